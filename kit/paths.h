@@ -1,0 +1,37 @@
+// Paths and file URLs, as host strings (UTF-8). Nothing here throws; what cannot be examined counts as absent.
+#ifndef KIT_PATHS_H
+#define KIT_PATHS_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kit {
+
+[[nodiscard]] bool IsFile(const std::string &path);
+[[nodiscard]] bool IsFolder(const std::string &path);
+[[nodiscard]] bool Exists(const std::string &path);
+// Whether this process may write to it; a folder is probed, since some file systems refuse in spite of the mode bits.
+[[nodiscard]] bool IsWritable(const std::string &path);
+
+[[nodiscard]] bool IsAbsolutePath(std::string_view path);
+// Everything before the last separator: "/" for a file in the root, "." for a bare name.
+[[nodiscard]] std::string FolderOf(std::string_view path);
+[[nodiscard]] std::string FileNameOf(std::string_view path);
+// "name.ext" without its extension, and the extension without its dot. ".profile" is all base name.
+[[nodiscard]] std::string BaseNameOf(std::string_view path);
+[[nodiscard]] std::string ExtensionOf(std::string_view path);
+[[nodiscard]] std::string JoinPath(std::string_view folder, std::string_view name);
+// Lexical: absolute against the working folder, without "." and "..".
+[[nodiscard]] std::string AbsolutePath(std::string_view path);
+
+// "file:" in any of its forms, with or without slashes.
+[[nodiscard]] bool IsFileUrl(std::string_view text);
+// The platform path of a file URL, escapes decoded; other text comes back as it is.
+[[nodiscard]] std::string UrlToPath(std::string_view text);
+// "file:///…" with everything escaped that a URI cannot carry.
+[[nodiscard]] std::string PathToUrl(std::string_view path);
+
+} // namespace kit
+
+#endif

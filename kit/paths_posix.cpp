@@ -1,0 +1,145 @@
+#include "kit/paths.h"
+#include "kit/text.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace kit {
+
+namespace {
+
+int HexDigit(char letter) {
+  if (letter >= '0' && letter <= '9')
+    return letter - '0';
+  if (letter >= 'a' && letter <= 'f')
+    return letter - 'a' + 10;
+  if (letter >= 'A' && letter <= 'F')
+    return letter - 'A' + 10;
+  return -1;
+}
+
+std::string DecodeEscapes(std::string_view text) {
+  std::string decoded;
+  for (size_t at = 0; at < text.size(); ++at) {
+    const int high = text[at] == '%' && at + 2 < text.size() ? HexDigit(text[at + 1]) : -1;
+    const int low = high >= 0 ? HexDigit(text[at + 2]) : -1;
+    if (low >= 0) {
+      decoded += static_cast<char>(high * 16 + low);
+      at += 2;
+    } else {
+      decoded += text[at];
+    }
+  }
+  return decoded;
+}
+
+// A folder is writable when a file can be made in it: mode bits say nothing about read-only mounts, and root passes
+// every access check.
+bool CanMakeFileIn(const std::string &folder) {
+  std::string probe = folder + "/.vlxslt-XXXXXX";
+  const int file = mkstemp(probe.data());
+  if (file < 0)
+    return false;
+  close(file);
+  unlink(probe.c_str());
+  return true;
+}
+
+} // namespace
+
+bool IsFile(const std::string &path) {
+  std::error_code error;
+  return fs::is_regular_file(path, error);
+}
+
+bool IsFolder(const std::string &path) {
+  std::error_code error;
+  return fs::is_directory(path, error);
+}
+
+bool Exists(const std::string &path) {
+  std::error_code error;
+  return fs::exists(path, error);
+}
+
+bool IsWritable(const std::string &path) {
+  return access(path.c_str(), W_OK) == 0 && (!IsFolder(path) || CanMakeFileIn(path));
+}
+
+bool IsAbsolutePath(std::string_view path) { return !path.empty() && path.front() == '/'; }
+
+std::string FolderOf(std::string_view path) {
+  const size_t slash = path.rfind('/');
+  if (slash == std::string_view::npos)
+    return ".";
+  return std::string(slash == 0 ? "/" : path.substr(0, slash));
+}
+
+std::string FileNameOf(std::string_view path) {
+  const size_t slash = path.rfind('/');
+  return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
+}
+
+std::string BaseNameOf(std::string_view path) {
+  const std::string name = FileNameOf(path);
+  const size_t dot = name.rfind('.');
+  return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+std::string ExtensionOf(std::string_view path) {
+  const std::string name = FileNameOf(path);
+  const size_t dot = name.rfind('.');
+  return dot == std::string::npos || dot == 0 ? std::string() : name.substr(dot + 1);
+}
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+  std::string joined(folder);
+  if (!joined.empty() && joined.back() != '/')
+    joined += '/';
+  return joined.append(name);
+}
+
+std::string AbsolutePath(std::string_view path) {
+  std::error_code error;
+  const fs::path absolute = fs::absolute(fs::path(path), error);
+  return error ? std::string(path) : absolute.lexically_normal().string();
+}
+
+bool IsFileUrl(std::string_view text) { return StartsWithIgnoreCase(text, "file:"); }
+
+std::string UrlToPath(std::string_view text) {
+  if (!IsFileUrl(text))
+    return std::string(text);
+  std::string_view rest = text.substr(5);
+  rest = rest.substr(0, rest.find_first_of("?#"));
+  if (rest.starts_with("//")) {
+    rest.remove_prefix(2);
+    const size_t path = rest.find('/');
+    const std::string_view authority = rest.substr(0, path);
+    if (path != std::string_view::npos && (authority.empty() || EqualsIgnoreCase(authority, "localhost")))
+      rest.remove_prefix(path);
+  }
+  return DecodeEscapes(rest);
+}
+
+std::string PathToUrl(std::string_view path) {
+  static constexpr std::string_view plain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/-._~!$&'()*+,;=:@";
+  static constexpr char digits[] = "0123456789ABCDEF";
+  std::string url = "file://";
+  for (const char letter : path) {
+    if (plain.find(letter) != std::string_view::npos) {
+      url += letter;
+    } else {
+      const auto byte = static_cast<unsigned char>(letter);
+      url += {'%', digits[byte >> 4], digits[byte & 15]};
+    }
+  }
+  return url;
+}
+
+} // namespace kit
