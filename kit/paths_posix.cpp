@@ -37,8 +37,15 @@ std::string DecodeEscapes(std::string_view text) {
   return decoded;
 }
 
-// A folder is writable when a file can be made in it: mode bits say nothing about read-only mounts, and root passes
-// every access check.
+// Root passes every access check; a file without any write permission is meant to be kept all the same.
+bool HasWritePermission(const std::string &path) {
+  std::error_code error;
+  constexpr fs::perms anyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+  const bool marked = (fs::status(path, error).permissions() & anyWrite) != fs::perms::none;
+  return !error && marked && access(path.c_str(), W_OK) == 0;
+}
+
+// Mode bits say nothing about read-only mounts and the like.
 bool CanMakeFileIn(const std::string &folder) {
   std::string probe = folder + "/.vlxslt-XXXXXX";
   const int file = mkstemp(probe.data());
@@ -67,7 +74,7 @@ bool Exists(const std::string &path) {
 }
 
 bool IsWritable(const std::string &path) {
-  return access(path.c_str(), W_OK) == 0 && (!IsFolder(path) || CanMakeFileIn(path));
+  return HasWritePermission(path) && (!IsFolder(path) || CanMakeFileIn(path));
 }
 
 bool IsAbsolutePath(std::string_view path) { return !path.empty() && path.front() == '/'; }

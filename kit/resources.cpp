@@ -16,7 +16,7 @@ constexpr size_t textsPerBlock = 16;
 // Reads little-endian numbers and UTF-16 text in order; going past the end turns it bad and yields zeros.
 class Cursor {
 public:
-  explicit Cursor(Resources::Bytes bytes) : bytes(bytes) {}
+  explicit Cursor(Resources::Bytes all) : bytes(all) {}
 
   uint16_t Word() {
     const Resources::Bytes pair = Take(2);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -16,6 +17,7 @@ struct V_StrListT {
 namespace {
 
 const V_HostT *attached = nullptr;
+std::string productName;
 
 // Calls the table's function `Member`, or answers with a zero value when this host has none.
 template <auto Member, class... Arguments> auto Forward(Arguments... arguments) {
@@ -70,6 +72,9 @@ int32_t V_AttachHost(const V_HostT *host) {
   attached = host;
   return 1;
 }
+
+void V_SetProductName(const char *name) { productName = name ? name : ""; }
+const char *V_ProductName() { return productName.c_str(); }
 
 void *V_Calloc(size_t count, size_t size) { return Forward<&V_HostT::allocate>(count, size); }
 

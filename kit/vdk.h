@@ -180,6 +180,10 @@ VDK_EXPORT const void *V_ClientResources(size_t *size);
 /* Remembers the table for all calls below; V_ClientAttach calls it. 0 when the table cannot be used. */
 int32_t V_AttachHost(const V_HostT *host);
 
+/* The host's product name, noted at initialisation for texts that show it. Never null. */
+void V_SetProductName(const char *name);
+const char *V_ProductName(void);
+
 /* Zero-filled memory, or null. */
 void *V_Calloc(size_t count, size_t size);
 void V_Free(void *block);

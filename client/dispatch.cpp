@@ -1,0 +1,138 @@
+#include "client/dispatch.h"
+
+#include "bridge/transformation_log.h"
+#include "client/catalogue_requests.h"
+#include "client/open_documents.h"
+#include "client/run_request.h"
+#include "client/transformation_run.h"
+#include "dialogs/dialogs.h"
+#include "kit/paths.h"
+#include "kit/text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string>
+
+namespace client {
+
+namespace {
+
+using bridge::MessageId;
+using kit::TypedValues;
+
+int32_t RunStatus(std::string_view text) {
+  RunRequest request;
+  if (ParseRunRequest(text, request) == RequestCheck::Refused || ValidateRunRequest(request) == RequestCheck::Refused)
+    return V_ERROR_BAD_REQUEST;
+  return RunTransformation(request) == RunResult::Done ? V_ERROR_NONE : V_ERROR_FAILED;
+}
+
+TypedValues AnswerRun(std::string_view text) {
+  bridge::ResetLog(WantsConsole(text.substr(runRequestName.size())));
+  V_ApiSetError(RunStatus(text));
+  TypedValues reply;
+  reply.AddInteger(V_ApiGetError());
+  reply.AddString(bridge::LogText());
+  bridge::ResetLog(false);
+  return reply;
+}
+
+TypedValues AnswerChooseXsl(std::string_view) {
+  static std::string lastFolder;
+  const std::string path =
+      kit::HostString::Adopt(V_ApiChooseFile(V_CHOOSE_OPEN, bridge::LoadMessage(MessageId::SelectXslFile).c_str(),
+                                             bridge::LoadMessage(MessageId::XslFilter).c_str(),
+                                             kit::OrNull(lastFolder)))
+          .Text();
+  TypedValues reply;
+  if (!path.empty()) {
+    lastFolder = kit::FolderOf(path);
+    reply.AddString(path);
+  }
+  return reply;
+}
+
+TypedValues AnswerChooseTransformation(std::string_view) { return dialogs::OpenChooseDialog(); }
+
+TypedValues AnswerManageTransformations(std::string_view) {
+  dialogs::OpenManageDialog();
+  return {};
+}
+
+TypedValues AnswerNewTransformation(std::string_view) {
+  dialogs::OpenNewDialog();
+  return {};
+}
+
+TypedValues AnswerAdvancedRun(std::string_view) {
+  if (const std::string request = dialogs::OpenAdvancedRunDialog(); !request.empty())
+    V_ApiCallClient("XSLT", request.c_str());
+  return {};
+}
+
+// The object number behind "-file"; 0 when there is none.
+V_ObjectT FindObjectOption(std::string_view text) {
+  kit::Tokenizer tokens(text);
+  V_ObjectT object = 0;
+  for (std::string token; tokens.Next(token);)
+    if (kit::EqualsIgnoreCase(token, "-file") && tokens.Next(token))
+      std::from_chars(token.data(), token.data() + token.size(), object);
+  return object;
+}
+
+TypedValues AnswerComponents(std::string_view text) {
+  const V_ObjectT named = FindObjectOption(text);
+  const std::vector<std::string> paths = ComponentPaths(named ? named : ActiveBookOrDocument());
+  TypedValues reply;
+  if (!paths.empty())
+    reply.AddStrings(paths);
+  return reply;
+}
+
+struct Entry {
+  std::string_view prefix;
+  TypedValues (*answer)(std::string_view text);
+};
+
+// The first match wins; a blank at the end of a prefix keeps a longer name from matching a shorter one.
+constexpr std::array entries = {
+    Entry{runRequestName, AnswerRun},
+    Entry{"XSLTGetTrScenarioFile ", AnswerTransformationFile},
+    Entry{"XSLTGetTrScenario ", AnswerTransformations},
+    Entry{"XSLTDeleteTrScenario ", AnswerDelete},
+    Entry{"XSLTChooseTranDlg ", AnswerChooseTransformation},
+    Entry{"XSLTChooseXSLDlg ", AnswerChooseXsl},
+    Entry{"XSLTManageTranDlg ", AnswerManageTransformations},
+    Entry{"XSLTAdvanceRunDlg ", AnswerAdvancedRun},
+    Entry{"NewTransformationDlg ", AnswerNewTransformation},
+    Entry{"XSLTGetDitamapComponents", AnswerComponents},
+    Entry{"VlxsltProcessors", AnswerProcessors},
+    Entry{"VlxsltStylesheetParams ", AnswerStylesheetParameters},
+    Entry{"VlxsltAddTransformation ", AnswerAdd},
+    Entry{"VlxsltEditTransformation ", AnswerEdit},
+};
+
+// Every request has a log of its own; the echo setting of the host is as before when it is over.
+class LogScope {
+public:
+  LogScope() : echoBefore(bridge::HostEcho()) { bridge::ResetLog(true); }
+  ~LogScope() { bridge::ResetLog(echoBefore); }
+  LogScope(const LogScope &) = delete;
+  LogScope &operator=(const LogScope &) = delete;
+
+private:
+  bool echoBefore;
+};
+
+} // namespace
+
+kit::TypedValues DispatchRequest(std::string_view request) {
+  const auto entry =
+      std::ranges::find_if(entries, [&](const Entry &each) { return kit::StartsWithIgnoreCase(request, each.prefix); });
+  const LogScope scope;
+  return entry == entries.end() ? TypedValues() : entry->answer(request);
+}
+
+} // namespace client

@@ -1,0 +1,64 @@
+// What the shared library exports. No exception leaves it.
+#include "kit/vdk.h"
+
+#include "bridge/messages.h"
+#include "bridge/processor_bridge.h"
+#include "bridge/processor_list.h"
+#include "catalogue/shut_down.h"
+#include "client/dispatch.h"
+#include "dialogs/dialogs.h"
+
+#include <exception>
+
+namespace {
+
+// A fault of ours must not take the host down; it is told and the request counts as failed.
+template <class Body> void Guard(Body body) noexcept {
+  try {
+    body();
+  } catch (const std::exception &fault) {
+    V_ApiSetError(V_ERROR_FAILED);
+    V_ApiWriteConsole("XSLT: internal error");
+    V_ApiWriteConsole(fault.what());
+  } catch (...) {
+    V_ApiSetError(V_ERROR_FAILED);
+    V_ApiWriteConsole("XSLT: internal error");
+  }
+}
+
+} // namespace
+
+int32_t V_ClientAttach(const V_HostT *host) { return V_AttachHost(host); }
+
+void V_ClientInitialize() {
+  Guard([] {
+    V_ApiSetEncoding("UTF-8");
+    const kit::HostString product = kit::HostString::Adopt(V_ApiGetString(V_SESSION, V_SP_PRODUCT_NAME));
+    V_SetProductName(product.Get());
+    V_ApiRequestNotification(V_NOTIFY_CALL_CLIENT, 1);
+    bridge::LoadProcessors();
+  });
+}
+
+void V_ClientNotify(int32_t notification, V_ObjectT, const char *text, int32_t) {
+  if (notification != V_NOTIFY_CALL_CLIENT || !text)
+    return;
+  Guard([&] { V_ApiReturnTypedVals(client::DispatchRequest(text).Release()); });
+}
+
+void V_ClientDialogEvent(int32_t dialog, int32_t item, int32_t modifiers) {
+  Guard([&] { dialogs::DialogEvent(dialog, item, modifiers); });
+}
+
+void V_ClientShutdown() {
+  Guard([] {
+    bridge::ShutDownBridge();
+    catalogue::ShutDownCatalogue();
+  });
+}
+
+const void *V_ClientResources(size_t *size) {
+  if (size)
+    *size = bridge::ResourceImage().size();
+  return bridge::ResourceImage().data();
+}

@@ -1,0 +1,57 @@
+// A run request as its options say it: "XSLTRunTrScenario " followed by options. Parsing gathers the inputs from the
+// host and from folders; validation decides whether a run starts. Both report their messages to the log.
+#ifndef CLIENT_RUN_REQUEST_H
+#define CLIENT_RUN_REQUEST_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace client {
+
+enum class InputKind : int32_t {
+  NotSpecified = 0,
+  CurrentFile = 1,
+  CurrentFileWithChildren = 2,
+  File = 3,
+  Folder = 4,
+  AllOpenFiles = 5
+};
+
+// The name under which the host's usage operation knows a kind.
+[[nodiscard]] std::string_view ScopeName(InputKind kind);
+
+struct RunRequest {
+  bool printStartLog = true;
+  bool printEndLog = true;
+  bool usePI = false;
+  InputKind inputKind = InputKind::NotSpecified; // that of the last input option
+  std::vector<std::string> inputs;
+  std::string applicationName;
+  std::string transformationFile;
+  std::string transformationName;
+  std::string xslPath;
+  std::string processor;
+  std::vector<std::string> outputs;    // by the position of the input, or none at all
+  std::vector<std::string> parameters; // name and expression alternately
+
+  [[nodiscard]] bool RunsBareXsl() const { return usePI || !xslPath.empty(); }
+};
+
+enum class RequestCheck { Refused, Accepted };
+
+inline constexpr std::string_view runRequestName = "XSLTRunTrScenario ";
+
+// Whether the request keeps the host's console quiet; asked first, so that no message is echoed too much.
+[[nodiscard]] bool WantsConsole(std::string_view request);
+
+// Refused when a folder that it names does not exist.
+[[nodiscard]] RequestCheck ParseRunRequest(std::string_view text, RunRequest &request);
+
+// Drops inputs that cannot be transformed, together with their outputs.
+[[nodiscard]] RequestCheck ValidateRunRequest(RunRequest &request);
+
+} // namespace client
+
+#endif

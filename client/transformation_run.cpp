@@ -1,0 +1,231 @@
+#include "client/transformation_run.h"
+
+#include "bridge/processor_bridge.h"
+#include "bridge/processor_list.h"
+#include "bridge/transformation_log.h"
+#include "catalogue/location.h"
+#include "client/output_placement.h"
+#include "client/run_files.h"
+#include "kit/paths.h"
+#include "kit/text.h"
+#include "kit/values.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace client {
+
+namespace {
+
+using bridge::MessageId;
+using catalogue::OpenOutputKind;
+using catalogue::OutputLocationKind;
+using catalogue::Transformation;
+
+constexpr std::string_view defaultsName = "<Defaults>";
+
+void ReportUsage(std::string_view what) { V_ApiReportUsage("StructuredVellis", "XSLT", std::string(what).c_str()); }
+
+RunResult ToResult(bool success) { return success ? RunResult::Done : RunResult::Failed; }
+
+bool SelectProcessor(const std::string &name) {
+  const std::string *className = bridge::FindProcessorClass(name);
+  if (bridge::SetTransformer(className ? className->c_str() : nullptr) == 1)
+    return true;
+  bridge::AppendMessage(MessageId::ProviderNotFound, {name});
+  return false;
+}
+
+std::vector<std::string> ResolvePaths(const std::vector<std::string> &paths) {
+  std::vector<std::string> resolved;
+  resolved.reserve(paths.size());
+  std::ranges::transform(paths, std::back_inserter(resolved),
+                         [](const std::string &path) { return catalogue::ResolvePath(path); });
+  return resolved;
+}
+
+// What each input of a run goes through, given by the two variants. Nothing: the input was not transformed.
+using RunInput = std::function<std::optional<RunResult>(size_t index, const std::string &input)>;
+
+// Takes the inputs in order until the person cancels. The result is that of the last one transformed.
+RunResult RunInputs(const std::vector<std::string> &inputs, const RunInput &runInput) {
+  RunResult result = RunResult::Failed;
+  const std::vector<std::string> resolved = ResolvePaths(inputs);
+  bridge::AnnounceInputs(resolved);
+  for (size_t index = 0; index < resolved.size() && !V_ApiIsCancelled(); ++index) {
+    V_ApiReportProgress(static_cast<int32_t>(index), static_cast<int32_t>(resolved.size()), resolved[index].c_str());
+    result = runInput(index, resolved[index]).value_or(result);
+  }
+  bridge::AnnounceInputs({});
+  return result;
+}
+
+bool CallBridge(const std::string &input, const std::string &xsl, const std::string &output,
+                const kit::StringList &parameters) {
+  return bridge::TransformXMLFile(input.c_str(), kit::OrNull(xsl), output.c_str(), parameters.Get()) == 1;
+}
+
+// ---- A transformation of a catalogue
+
+class CatalogueRun {
+public:
+  CatalogueRun(const RunRequest &validated, Transformation found)
+      : request(validated), transformation(std::move(found)),
+        parameters(kit::StringList::Of(transformation.parameters)) {}
+
+  RunResult Run() {
+    if (!SelectProcessor(transformation.processor))
+      return RunResult::Failed;
+    const RunResult result =
+        RunInputs(FilterInputs(), [this](size_t, const std::string &input) { return TransformInput(input); });
+    OpenOutputs();
+    files.DeleteListed();
+    return result;
+  }
+
+private:
+  [[nodiscard]] std::vector<std::string> FilterInputs() const {
+    if (request.applicationName.empty() || kit::EqualsIgnoreCase(request.applicationName, defaultsName))
+      return request.inputs;
+    std::vector<std::string> kept;
+    for (const std::string &input : request.inputs)
+      if (const auto names = catalogue::GetApplicationsForFile(catalogue::ResolvePath(input));
+          std::ranges::find(names, request.applicationName) != names.end())
+        kept.push_back(input);
+    return kept;
+  }
+
+  std::optional<RunResult> TransformInput(const std::string &input) {
+    const std::string xsl =
+        transformation.usePI ? std::string() : catalogue::ResolvePath(transformation.xslPath, input);
+    const bool isTemporary = transformation.output.outputLocation == OutputLocationKind::DoNotSave;
+    const OutputPlan plan = PlanOutput(transformation.output, input);
+    files.DeleteAtEnd(isTemporary ? plan.output : plan.temporary);
+    if (!transformation.usePI && !kit::Exists(xsl)) {
+      bridge::AppendMessage(MessageId::TransformationXslMissing, {xsl, transformation.name});
+      return std::nullopt;
+    }
+    if (CheckOutput(plan.output) == OutputCheck::Refused)
+      return std::nullopt;
+    if (request.printStartLog)
+      bridge::WriteStartSection(input, xsl, isTemporary ? std::string() : plan.output, transformation.processor);
+    const bool success = CallBridge(input, xsl, plan.Written(), parameters) && PlaceOutput(plan);
+    if (request.printEndLog)
+      bridge::WriteEndSection(success);
+    return ToResult(success);
+  }
+
+  bool PlaceOutput(const OutputPlan &plan) {
+    if (!plan.temporary.empty() && !ReplaceOutput(plan.temporary, plan.output)) {
+      bridge::AppendMessage(MessageId::OutputOpenElsewhere, {plan.output});
+      return false;
+    }
+    files.OpenAtEnd(plan.output);
+    return true;
+  }
+
+  void OpenOutputs() {
+    switch (transformation.output.openOutput) {
+    case OpenOutputKind::Vellis:
+      files.OpenListedInHost(transformation.output.outputLocation == OutputLocationKind::DoNotSave);
+      break;
+    case OpenOutputKind::DefaultProgram:
+      files.LaunchListed();
+      break;
+    case OpenOutputKind::None:
+      break;
+    }
+  }
+
+  const RunRequest &request;
+  Transformation transformation;
+  kit::StringList parameters;
+  RunFiles files;
+};
+
+RunResult RunCatalogueTransformation(const RunRequest &request) {
+  ReportUsage("XSLTRun_Transformation");
+  const bool byFile = !request.transformationFile.empty();
+  ReportUsage(byFile ? "XSLTRun_DefOrUserSpecifiedTrFile" : "XSLTRun_AppTrFile");
+  auto found = byFile ? catalogue::GetFileTransformation(request.transformationFile, request.transformationName)
+                      : catalogue::GetApplicationTransformation(request.applicationName, request.transformationName);
+  // Validation found it a moment ago; somebody may have changed the file since.
+  if (!found) {
+    bridge::AppendMessage(MessageId::TransformationNotFound, {request.transformationName});
+    return RunResult::Failed;
+  }
+  return CatalogueRun(request, std::move(*found)).Run();
+}
+
+// ---- A bare stylesheet
+
+class XslRun {
+public:
+  explicit XslRun(const RunRequest &validated)
+      : request(validated),
+        processor(validated.processor.empty() ? bridge::DefaultProcessorName() : validated.processor),
+        parameters(kit::StringList::Of(validated.parameters)) {}
+
+  RunResult Run() {
+    if (!SelectProcessor(processor))
+      return RunResult::Failed;
+    const RunResult result = RunInputs(
+        request.inputs, [this](size_t index, const std::string &input) { return TransformInput(index, input); });
+    files.OpenListedInHost(request.outputs.empty());
+    files.DeleteListed();
+    return result;
+  }
+
+private:
+  std::optional<RunResult> TransformInput(size_t index, const std::string &input) {
+    const std::string xsl = request.usePI ? std::string() : catalogue::ResolvePath(request.xslPath, input);
+    const bool isTemporary = request.outputs.empty();
+    const std::string output =
+        isTemporary ? TemporaryOutput(input) : catalogue::ResolvePath(request.outputs[index], input);
+    if (isTemporary)
+      files.DeleteAtEnd(output);
+    if (!request.usePI && !kit::Exists(xsl)) {
+      bridge::AppendMessage(MessageId::FileMissing, {xsl});
+      return std::nullopt;
+    }
+    if (CheckOutput(output) == OutputCheck::Refused)
+      return std::nullopt;
+    if (request.printStartLog)
+      WriteStart(input, xsl);
+    const bool success = CallBridge(input, xsl, output, parameters);
+    if (success && isTemporary)
+      files.OpenAtEnd(output);
+    if (request.printEndLog)
+      bridge::WriteEndSection(success);
+    return ToResult(success);
+  }
+
+  // The host says whether a bare stylesheet's run is worth a start section, and on whose behalf.
+  void WriteStart(const std::string &input, const std::string &xsl) const {
+    if (V_ApiGetInt(V_SESSION, V_SP_XSL_START_SECTION)) {
+      bridge::WriteStartSection(input, xsl, {}, processor);
+      return;
+    }
+    const V_ObjectT object =
+        V_ApiGetInt(V_SESSION, V_SP_XSL_OBJECT_START_SECTION) ? V_ApiGetObject(V_SESSION, V_SP_XSL_SECTION_OBJECT) : 0;
+    if (object && V_ApiGetInt(object, V_OP_XSL_START_SECTION))
+      bridge::WriteStartSection(kit::GetString(object, V_OP_NAME), xsl, input, processor);
+  }
+
+  const RunRequest &request;
+  std::string processor;
+  kit::StringList parameters;
+  RunFiles files;
+};
+
+} // namespace
+
+RunResult RunTransformation(const RunRequest &request) {
+  ReportUsage(ScopeName(request.inputKind));
+  if (!request.RunsBareXsl())
+    return RunCatalogueTransformation(request);
+  ReportUsage("XSLTRun_XSL");
+  return XslRun(request).Run();
+}
+
+} // namespace client
