@@ -74,6 +74,10 @@ enum class MessageId : uint16_t {
   TransformationXslMissing = 18057,
   SaveOutputFile = 18058,
   NoValue = 18061,
+  JavaNotFound = 18160,
+  JavaNotStarted = 18161,
+  JavaEnded = 18162,
+  BridgeJarUnusable = 18163,
 };
 
 // The embedded image, valid for the life of the client.

@@ -1,0 +1,184 @@
+package vlxslt;
+
+import java.io.File;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.security.CodeSource;
+import java.util.HashMap;
+import java.util.LinkedHashMap;
+import java.util.Map;
+import java.util.stream.Collectors;
+import java.util.stream.Stream;
+import javax.xml.transform.Templates;
+import javax.xml.transform.Transformer;
+import javax.xml.transform.TransformerFactory;
+import javax.xml.transform.TransformerFactoryConfigurationError;
+import javax.xml.transform.sax.SAXSource;
+import javax.xml.transform.stream.StreamResult;
+
+/** The one object that the native side drives. Results are 1 for success; why not is told to the handler. */
+public final class VLXSLTJavaLayer {
+  /** Stands for "leave the stylesheet's own default" where a value is expected. */
+  private static final String NO_VALUE = "<no value>";
+
+  private record Processor(TransformerFactory factory, Family family) {}
+
+  private static final VLXSLTJavaLayer instance = new VLXSLTJavaLayer();
+
+  private final Map<String, Processor> processors = new HashMap<>();
+  private final Stylesheets stylesheets = new Stylesheets();
+  private IVLXSLTJavaHandler handler;
+  private Documents documents;
+  private Processor current;
+  private String currentClass;
+
+  private VLXSLTJavaLayer() {}
+
+  public static VLXSLTJavaLayer GetInstance() {
+    return instance;
+  }
+
+  /** What the native side calls first. */
+  static void connectNative() {
+    instance.SetVLXSLTJavaHandler(new NativeHandler());
+  }
+
+  public void SetVLXSLTJavaHandler(IVLXSLTJavaHandler javaHandler) {
+    handler = javaHandler;
+    documents = new Documents(javaHandler);
+  }
+
+  /** Selects the processor by the class of its factory. */
+  public int SetTransformer(String tClass) {
+    current = null;
+    if (tClass == null || tClass.isEmpty())
+      return 0;
+    try {
+      current = find(tClass);
+      currentClass = tClass;
+      documents.startRun();
+      stylesheets.startRun();
+      return 1;
+    } catch (Throwable e) {
+      handler.Message(whyNot(tClass, e));
+      return 0;
+    }
+  }
+
+  /** The factory's class, its version, where it came from, and what is wrong with it; the last empty if nothing is. */
+  String[] probe(String tClass) {
+    try {
+      Processor processor = find(tClass);
+      TransformerFactory factory = processor.factory();
+      CodeSource source = factory.getClass().getProtectionDomain().getCodeSource();
+      String location = source == null || source.getLocation() == null ? System.getProperty("java.home")
+                                                                       : Addresses.shown(source.getLocation().toString());
+      String version = processor.family().version();
+      return new String[] {factory.getClass().getName(), version == null ? "" : version, location, ""};
+    } catch (Throwable e) {
+      return new String[] {"", "", "", whyNot(tClass, e)};
+    }
+  }
+
+  /** Runs one transformation to its end. */
+  public int TransformXMLFile(String xmlFilePath, String xslFilePath, String outputFilePath,
+      String[] stylesheetParams) {
+    Diagnostics diagnostics = new Diagnostics(handler);
+    try {
+      if (current == null)
+        throw new IllegalStateException("No processor is selected.");
+      transform(xmlFilePath, xslFilePath == null ? "" : xslFilePath, outputFilePath, pairsOf(stylesheetParams),
+          diagnostics);
+      return 1;
+    } catch (Throwable e) {
+      if (e instanceof OutOfMemoryError)
+        forgetEverything();
+      diagnostics.end(e);
+      return 0;
+    }
+  }
+
+  private void transform(String xml, String xsl, String output, Map<String, String> parameters,
+      Diagnostics diagnostics) throws Exception {
+    Path target = Path.of(output);
+    if (Files.exists(target) && Files.exists(Path.of(xml)) && Files.isSameFile(target, Path.of(xml)))
+      throw new java.io.IOException("The output is the input itself: " + output);
+    String input = Addresses.ofPath(xml);
+    Templates templates = compile(input, xsl, diagnostics);
+    try (Outputs outputs = new Outputs(target)) {
+      String address = Addresses.ofPath(output);
+      Transformer transformer = templates.newTransformer();
+      transformer.setURIResolver(documents.uriResolver(diagnostics, read -> {}));
+      current.family().connect(transformer, address, outputs, diagnostics);
+      current.family().setParameters(transformer, parameters);
+      StreamResult result = new StreamResult(outputs.principal());
+      result.setSystemId(address);
+      transformer.transform(documents.source(input, diagnostics, read -> {}), result);
+      outputs.commit();
+    }
+  }
+
+  private Templates compile(String input, String xsl, Diagnostics diagnostics) throws Exception {
+    String address;
+    if (!xsl.isEmpty()) {
+      address = Addresses.ofPath(xsl);
+    } else {
+      String href = StylesheetInstruction.find(documents.source(input, diagnostics, read -> {}));
+      if (href == null)
+        throw new java.io.IOException(
+            "No stylesheet: " + Addresses.shown(input) + " has no xml-stylesheet processing instruction for XSLT.");
+      if (href.startsWith("#"))
+        return compileEmbedded(input, diagnostics);
+      address = documents.resolution().resolve(null, null, input, href.replace('\\', '/'));
+    }
+    return stylesheets.compile(currentClass + '\n' + address, address, current.factory(), documents, diagnostics);
+  }
+
+  // A stylesheet inside its input is good for that input only; not kept.
+  private Templates compileEmbedded(String input, Diagnostics diagnostics) throws Exception {
+    TransformerFactory factory = current.factory();
+    factory.setErrorListener(diagnostics);
+    factory.setURIResolver(documents.uriResolver(diagnostics, read -> {}));
+    SAXSource source = documents.source(input, diagnostics, read -> {});
+    return factory.newTemplates(factory.getAssociatedStylesheet(source, null, null, null));
+  }
+
+  private Processor find(String tClass) {
+    Processor processor = processors.get(tClass);
+    if (processor == null) {
+      TransformerFactory factory = TransformerFactory.newInstance(tClass, null);
+      processor = new Processor(factory, Family.of(factory));
+      processors.put(tClass, processor);
+    }
+    return processor;
+  }
+
+  private static Map<String, String> pairsOf(String[] stylesheetParams) {
+    Map<String, String> pairs = new LinkedHashMap<>();
+    for (int i = 0; stylesheetParams != null && i + 1 < stylesheetParams.length; i += 2) {
+      String value = stylesheetParams[i + 1];
+      if (!stylesheetParams[i].isBlank() && !value.isEmpty() && !value.equals(NO_VALUE))
+        pairs.put(stylesheetParams[i].strip(), value);
+    }
+    return pairs;
+  }
+
+  private static String whyNot(String tClass, Throwable e) {
+    Throwable cause = e instanceof TransformerFactoryConfigurationError error && error.getException() != null
+        ? error.getException() : e;
+    String reason = cause instanceof ClassNotFoundException ? "no jar of the class path holds it."
+        : cause instanceof ClassCastException ? "it is not a javax.xml.transform.TransformerFactory."
+        : cause instanceof NoClassDefFoundError ? "it needs the class " + String.valueOf(cause.getMessage()).replace('/', '.')
+            + ", which no jar of the class path holds."
+                                               : String.valueOf(cause.getMessage()) + " (" + cause.getClass().getSimpleName() + ")";
+    String missing = Stream.of(System.getProperty("java.class.path", "").split(File.pathSeparator))
+        .filter(entry -> !entry.isEmpty() && !Files.exists(Path.of(entry))).collect(Collectors.joining(", "));
+    return "Cannot load the XSLT processor " + tClass + ": " + reason
+        + (missing.isEmpty() ? "" : " Missing from the class path: " + missing);
+  }
+
+  private void forgetEverything() {
+    stylesheets.clear();
+    documents.forget();
+  }
+}
