@@ -51,12 +51,10 @@ private:
   void FollowBook(const std::string &path, int depth) {
     const xmlNode *root = files.FindRoot(path);
     for (const xmlNode *child = root ? NextElement(root->children) : nullptr; child; child = NextElement(child->next)) {
-      const std::string href = LocalName(*child) == "component" ? Attribute(*child, "href") : std::string();
-      if (href.empty())
-        continue;
-      const std::string plain = kit::UrlToPath(href);
       const std::string component =
-          kit::AbsolutePath(kit::IsAbsolutePath(plain) ? plain : kit::JoinPath(kit::FolderOf(path), plain));
+          LocalName(*child) == "component" ? ResolveHref(Attribute(*child, "href"), path) : std::string();
+      if (component.empty())
+        continue;
       if (Yield(component))
         Descend(component, RecogniseComponentSource(component), depth + 1);
     }

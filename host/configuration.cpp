@@ -118,7 +118,14 @@ public:
   }
 
   void Report(const toml::source_position &at, const std::string &what) {
-    result.problems.push_back(path + ":" + std::to_string(at.line) + ":" + std::to_string(at.column) + ": " + what);
+    found.push_back({at, path + ":" + std::to_string(at.line) + ":" + std::to_string(at.column) + ": " + what});
+  }
+
+  // Tables come in the order of their keys; a person reads a file from its top.
+  void HandOverProblems() {
+    std::ranges::stable_sort(found, {}, [](const Problem &each) { return std::pair(each.at.line, each.at.column); });
+    for (Problem &each : found)
+      result.problems.push_back(std::move(each.text));
   }
 
 private:
@@ -226,7 +233,13 @@ private:
     return archives;
   }
 
+  struct Problem {
+    toml::source_position at;
+    std::string text;
+  };
+
   ConfigurationResult &result;
+  std::vector<Problem> found;
   std::string path;
   std::string folder;
 };
@@ -285,6 +298,7 @@ ConfigurationResult ReadConfiguration(const std::string &path, const Installatio
       reader.Report(parsed.error().source().begin, std::string(parsed.error().description()));
     else
       reader.Read(parsed.table());
+    reader.HandOverProblems();
     result.configuration.source = absolute;
     result.configuration.isInstalledDefault = absolute == kit::AbsolutePath(installation.DefaultConfigurationPath());
   }

@@ -20,11 +20,11 @@ struct ProcessorSetting {
 // Any rule that matches associates a file with the application.
 struct ApplicationSetting {
   std::string name;
-  std::string catalogue;
-  std::vector<std::string> roots;
-  std::vector<std::string> publicIds;  // "*" stands for anything
-  std::vector<std::string> namespaces; // likewise
-  std::vector<std::string> files;      // likewise, against the file's name
+  std::string catalogue = {};
+  std::vector<std::string> roots = {};
+  std::vector<std::string> publicIds = {};  // "*" stands for anything
+  std::vector<std::string> namespaces = {}; // likewise
+  std::vector<std::string> files = {};      // likewise, against the file's name
 };
 
 struct Configuration {

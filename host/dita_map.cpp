@@ -43,20 +43,6 @@ bool HasScheme(std::string_view href) {
   return colon != std::string_view::npos && colon > 1 && href.find_first_of("/?#") > colon;
 }
 
-// The path behind a local reference, without fragment and escapes; empty for a reference into the same file.
-std::string ResolveHref(std::string_view href, const std::string &mapPath) {
-  if (HasScheme(href) && !kit::IsFileUrl(href))
-    return std::string(href);
-  if (kit::IsFileUrl(href))
-    return kit::AbsolutePath(kit::UrlToPath(href));
-  const std::string_view file = href.substr(0, href.find_first_of("?#"));
-  if (file.empty())
-    return {};
-  std::string decoded = kit::UrlToPath("file:" + std::string(file));
-  std::ranges::replace(decoded, '\\', '/');
-  return kit::AbsolutePath(kit::IsAbsolutePath(decoded) ? decoded : kit::JoinPath(kit::FolderOf(mapPath), decoded));
-}
-
 TargetKind KindOf(const std::string &target, const std::string &scope, const std::string &format) {
   if (target.empty())
     return TargetKind::None;
@@ -74,6 +60,19 @@ std::string FormatOf(const std::string &target) {
 }
 
 } // namespace
+
+std::string ResolveHref(std::string_view href, const std::string &fromPath) {
+  if (HasScheme(href) && !kit::IsFileUrl(href))
+    return std::string(href);
+  if (kit::IsFileUrl(href))
+    return kit::AbsolutePath(kit::UrlToPath(href));
+  const std::string_view file = href.substr(0, href.find_first_of("?#"));
+  if (file.empty())
+    return {};
+  std::string decoded = kit::UrlToPath("file:" + std::string(file));
+  std::ranges::replace(decoded, '\\', '/');
+  return kit::AbsolutePath(kit::IsAbsolutePath(decoded) ? decoded : kit::JoinPath(kit::FolderOf(fromPath), decoded));
+}
 
 const xmlNode *DitaMapFiles::FindRoot(const std::string &path) {
   const auto [entry, isNew] = files.try_emplace(path);

@@ -61,6 +61,10 @@ private:
   std::vector<std::string> waiting; // included maps not yet read
 };
 
+// What a reference in a map or a book points to: an absolute path, without fragment and escapes, or a URL that is no
+// file's; empty for a reference into the file itself.
+[[nodiscard]] std::string ResolveHref(std::string_view href, const std::string &fromPath);
+
 // Whether an element can hold topic references at all; titles and metadata refer to other things.
 [[nodiscard]] bool HoldsReferences(const xmlNode &element);
 

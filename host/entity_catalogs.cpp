@@ -6,6 +6,7 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace host {
 
@@ -56,6 +57,16 @@ std::string DescribeCatalogError(const std::string &file, const xmlError &error)
   return place + ": catalog: " + message;
 }
 
+// libxml2 takes the path of a catalog for the base URL of what it says, which goes wrong with a blank or a "%" in it.
+// So it gets a catalog that leads to the real one by a proper URL.
+std::string MakeEntrance(const std::string &file) {
+  std::string url = kit::PathToUrl(file);
+  for (const auto &[letter, escape] : {std::pair{'&', "%26"}, std::pair{'\'', "%27"}})
+    for (size_t at = 0; (at = url.find(letter, at)) != std::string::npos; ++at)
+      url.replace(at, 1, escape);
+  return "<catalog xmlns='urn:oasis:names:tc:entity:xmlns:xml:catalog'><nextCatalog catalog='" + url + "'/></catalog>";
+}
+
 // What libxml2 answers, as something that can be opened: a path that is there, or a URL of another kind.
 std::string Usable(const std::string &answer) {
   if (!kit::IsFileUrl(answer) && !kit::IsAbsolutePath(answer))
@@ -69,16 +80,23 @@ std::string Usable(const std::string &answer) {
 EntityCatalogs::EntityCatalogs(std::vector<std::string> catalogFiles, Missing missingFiles, Warn warn)
     : paths(std::move(catalogFiles)), missing(missingFiles), warning(std::move(warn)) {}
 
+EntityCatalogs::~EntityCatalogs() { Unload(); }
+
+void EntityCatalogs::Unload() {
+  catalogs.clear();
+  // Or what is loaded next would be answered from these files.
+  if (isLoaded)
+    xmlCatalogCleanup();
+  isLoaded = false;
+}
+
 std::string EntityCatalogs::Resolve(const std::string &publicId, const std::string &baseUri,
                                     const std::string &systemId) {
   const std::string key = publicId + '\n' + systemId + '\n' + baseUri.substr(0, baseUri.rfind('/') + 1);
   if (const auto known = answers.find(key); known != answers.end())
     return known->second;
   Load();
-  const ErrorListener listener([this](const xmlError &error) {
-    if (error.level >= XML_ERR_ERROR && error.file)
-      WarnOnce(kit::UrlToPath(error.file), DescribeCatalogError(kit::UrlToPath(error.file), error));
-  });
+  const ErrorListener listener([this](const xmlError &error) { NoteError(error); });
   return answers.emplace(key, LookUp(publicId, baseUri, systemId)).first->second;
 }
 
@@ -107,10 +125,25 @@ std::string EntityCatalogs::LookUp(const std::string &publicId, const std::strin
 }
 
 template <class Ask> std::string EntityCatalogs::AskEach(Ask ask) {
-  for (const Catalog &catalog : catalogs)
-    if (std::string answer = Usable(Take(ask(catalog.Get()))); !answer.empty())
-      return answer;
-  return {};
+  std::string answer;
+  for (size_t index = 0; index < catalogs.size() && answer.empty(); ++index) {
+    answer = Usable(Take(ask(catalogs[index].handle.Get())));
+    if (std::exchange(wentInCircles, false)) {
+      WarnOnce(catalogs[index].path, catalogs[index].path + ": catalog: it includes itself, maybe through another one");
+      Unload();
+      Load();
+    }
+  }
+  return answer;
+}
+
+void EntityCatalogs::NoteError(const xmlError &error) {
+  if (error.code == XML_CATALOG_RECURSION) {
+    wentInCircles = true;
+  } else if (error.level >= XML_ERR_ERROR && error.file) {
+    const std::string file = kit::UrlToPath(error.file);
+    WarnOnce(file, DescribeCatalogError(file, error));
+  }
 }
 
 void EntityCatalogs::Load() {
@@ -123,10 +156,10 @@ void EntityCatalogs::Load() {
     if (!kit::IsFile(file)) {
       if (missing == Missing::Reported)
         WarnOnce(file, file + ": catalog: there is no such file");
-    } else if (Catalog catalog = Catalog::Adopt(xmlLoadACatalog(file.c_str())); catalog) {
-      catalogs.push_back(std::move(catalog));
     } else {
-      WarnOnce(file, file + ": catalog: cannot be read");
+      AnonymousFile entrance(MakeEntrance(file));
+      auto handle = kit::Handle<xmlCatalog, xmlFreeCatalog>::Adopt(xmlLoadACatalog(entrance.Path().c_str()));
+      catalogs.push_back({file, std::move(entrance), std::move(handle)});
     }
   }
 }

@@ -162,6 +162,12 @@ std::optional<CommandLine> ParseCommandLine(int count, char **arguments, ExitCod
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError &fault) {
+    // The library would only say that a command is missing, when it was misspelt too.
+    if (const auto unknown = app.remaining(); app.get_subcommands().empty() && !unknown.empty()) {
+      PrintError("there is no command \"" + unknown.front() + "\"; vlxslt --help lists them");
+      code = ExitCode::BadCommand;
+      return std::nullopt;
+    }
     code = app.exit(fault) == 0 ? ExitCode::Done : ExitCode::BadCommand;
     return std::nullopt;
   }

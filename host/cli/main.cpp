@@ -7,6 +7,7 @@
 #include "host/session.h"
 #include "host/terminal_front.h"
 
+#include <cstdio>
 #include <exception>
 #include <memory>
 
@@ -44,7 +45,7 @@ ExitCode RunProgram(int count, char **arguments) {
   const host::ConfigurationResult read =
       host::ReadConfiguration(host::FindConfigurationFile(line->session.configuration, installation), installation);
   for (const std::string &problem : read.problems)
-    PrintError(problem);
+    std::fputs((problem + "\n").c_str(), stderr);
   if (!read.problems.empty())
     return ExitCode::BadCommand;
   host::CatchInterrupts();
