@@ -39,6 +39,8 @@ public:
 
   [[nodiscard]] Plan Make(const RunInput &input, const std::string &conflict) const {
     Plan plan;
+    if (!kit::Exists(input.path))
+      Stop(plan, "input missing");
     ChooseStylesheet(input, plan);
     ChooseProcessor(plan);
     ChooseOutput(input, plan);

@@ -89,16 +89,20 @@ std::set<std::string> ReadTransformed(const std::string &log) {
 ExitCode ReportUntransformed(Environment environment, const RunOptions &options, const std::vector<RunInput> &inputs,
                              const std::string &log) {
   const std::set<std::string> transformed = ReadTransformed(log);
+  static constexpr size_t mostNames = 20;
   size_t missing = 0;
   std::string names;
   for (const RunInput &input : inputs)
     if (!transformed.contains(input.path) &&
         IsTakenBy(environment.session.Settings(), options.catalogue.application, input.path)) {
       ++missing;
-      names += "\n  " + input.path;
+      if (missing <= mostNames)
+        names += "\n  " + input.path;
     }
   if (missing == 0)
     return ExitCode::Done;
+  if (missing > mostNames)
+    names += "\n  and " + std::to_string(missing - mostNames) + " more";
   PrintError(std::to_string(missing) + " of " + std::to_string(inputs.size()) +
              " inputs were not transformed:" + names);
   return ExitCode::Failed;
@@ -111,8 +115,11 @@ ExitCode Run(Environment environment, const RunOptions &options) {
   if (error.empty())
     error = FindParameterFault(options).value_or("");
   std::vector<RunInput> inputs;
-  if (!error.empty() || !FindInputs(options, inputs, error))
+  std::vector<std::string> warnings;
+  if (!error.empty() || !FindInputs(options, inputs, warnings, error))
     return Refuse(error);
+  for (const std::string &warning : warnings)
+    environment.session.WriteConsole(warning);
 
   const bool isCatalogueRun = !options.transformation.empty();
   const std::string catalogue = isCatalogueRun ? FindCatalogue(environment, options.catalogue, error) : std::string();
