@@ -1,0 +1,20 @@
+// What a run would read, apply and write, without starting it.
+#ifndef HOST_CLI_DRY_RUN_H
+#define HOST_CLI_DRY_RUN_H
+
+#include "host/cli/commands.h"
+#include "host/cli/run_inputs.h"
+#include "host/cli/transformation_record.h"
+
+#include <vector>
+
+namespace cli {
+
+// Prints one line per input. `record` is the transformation, or null for a bare stylesheet; then the inputs hold their
+// outputs.
+[[nodiscard]] ExitCode PrintDryRun(Environment environment, const RunOptions &options, std::vector<RunInput> inputs,
+                                   const TransformationRecord *record);
+
+} // namespace cli
+
+#endif
