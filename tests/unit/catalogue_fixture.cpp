@@ -1,5 +1,6 @@
 #include "tests/unit/catalogue_fixture.h"
 
+#include "bridge/processor_list.h"
 #include "bridge/transformation_log.h"
 #include "catalogue/shut_down.h"
 
@@ -22,6 +23,7 @@ CatalogueTest::CatalogueTest() {
   host.strings[{V_SESSION, V_SP_INSTALL_DIR}] = install;
   host.strings[{V_SESSION, V_SP_STRUCTURE_DIR}] = root + "/structure";
   host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = {{"Saxon", "s.jar", "the.Class"}};
+  bridge::LoadProcessors();
   bridge::ResetLog(false);
 }
 
