@@ -74,6 +74,10 @@ enum class MessageId : uint16_t {
   TransformationXslMissing = 18057,
   SaveOutputFile = 18058,
   NoValue = 18061,
+  SchemaMissing = 18140,
+  EntitiesTooLarge = 18141,
+  CannotHoldCharacter = 18142,
+  TransformationFileNotWritten = 18143,
 };
 
 // The embedded image, valid for the life of the client.

@@ -43,10 +43,12 @@ Wording WordingOf(AlertKind kind) {
 std::optional<Answer> Understand(std::string_view line, const Wording &wording) {
   if (line.empty())
     return wording.byDefault;
-  if (kit::StartsWithIgnoreCase(wording.proceed, line))
-    return Answer::Proceed;
-  if (kit::StartsWithIgnoreCase(wording.decline, line))
-    return Answer::Decline;
+  for (const std::string_view word : {wording.proceed, std::string_view("Yes")})
+    if (kit::StartsWithIgnoreCase(word, line))
+      return Answer::Proceed;
+  for (const std::string_view word : {wording.decline, std::string_view("No")})
+    if (kit::StartsWithIgnoreCase(word, line))
+      return Answer::Decline;
   return std::nullopt;
 }
 
@@ -153,8 +155,12 @@ std::optional<std::string> TerminalFront::ReadLine() {
     char letter = 0;
     if (waiting[0].revents == 0)
       continue;
-    if (read(STDIN_FILENO, &letter, 1) != 1)
+    if (read(STDIN_FILENO, &letter, 1) != 1) {
+      // Nobody answers any more; the rest is declined without waiting.
+      isTerminal = false;
+      std::fputc('\n', stderr);
       return std::nullopt;
+    }
     if (letter == '\n')
       return line;
     if (letter != '\r')

@@ -41,7 +41,7 @@ int CheckTarget(const std::string &target, const struct stat &existing) {
   if (!S_ISREG(existing.st_mode))
     return EINVAL;
   // A rename would pass over a read-only file without asking.
-  return access(target.c_str(), W_OK) == 0 ? 0 : errno;
+  return IsWritable(target) ? 0 : EACCES;
 }
 
 // The owner can be given only by a privileged process, the group only to one of the caller's: what cannot be kept is
