@@ -1,4 +1,5 @@
-// The Java virtual machine of this process: found, started once, never moved. Jobs run on the pump's thread.
+// The virtual machine inside this process: one, created once. Everything here is called on the Java thread, except
+// where it says otherwise. Nothing throws, and no pending Java exception is left behind.
 #ifndef BRIDGE_JAVA_MACHINE_H
 #define BRIDGE_JAVA_MACHINE_H
 
@@ -12,40 +13,54 @@
 
 namespace bridge {
 
-struct JavaSettings {
-  std::string home;                 // as configured, or empty
-  std::vector<std::string> options; // the user's, they win over ours
-  std::string classPath;            // entries separated by ";"
+struct MachineSetup {
+  std::string library;                // libjvm
+  std::vector<std::string> classPath; // archives only: jars
+  std::vector<std::string> options;   // the user's; they win over ours
+  std::function<void()> abandon;      // the machine wants to end the process; must not return to it
 };
 
 class JavaMachine {
 public:
-  [[nodiscard]] static JavaMachine &GetInst();
+  // Null and a problem when the machine refuses.
+  [[nodiscard]] static std::unique_ptr<JavaMachine> Create(const MachineSetup &setup, std::string &problem);
+  ~JavaMachine();
+  JavaMachine(const JavaMachine &) = delete;
+  JavaMachine &operator=(const JavaMachine &) = delete;
 
-  // Why Java does not run; empty when it does. The first call decides for the life of the process.
-  [[nodiscard]] const std::string &Start(const JavaSettings &settings);
-  [[nodiscard]] bool IsRunning() const { return machine && !lost; }
+  [[nodiscard]] JNIEnv *Environment() const { return environment; }
 
-  // Runs `job` on Java's thread. False when Java is gone, which the reason then says.
-  [[nodiscard]] bool Run(const std::function<void(JNIEnv &)> &job);
-  // Only a machine that did real work has loaded what is worth keeping for the next one.
-  void NoteUse() { wasUsed = true; }
-  void Stop();
+  // Local references, valid until the current frame ends; null for null.
+  [[nodiscard]] jstring MakeString(const char *text) const;
+  [[nodiscard]] jobjectArray MakeStringArray(const std::vector<std::string> &items) const;
+  // What a pending exception says, which is cleared; empty when there is none.
+  [[nodiscard]] std::string TakeException() const;
 
 private:
-  JavaMachine() = default;
-  [[nodiscard]] std::string Create(const std::string &library);
-  [[nodiscard]] jint CreateWith(void *create);
-  void ComposeOptions(const JavaSettings &settings, const std::string &library);
+  JavaMachine(JavaVM *created, JNIEnv *attached, ClassArchive used)
+      : machine(created), environment(attached), archive(std::move(used)) {}
 
-  JavaVM *machine = nullptr;
-  JNIEnv *environment = nullptr;
-  std::vector<std::string> optionTexts;
-  std::unique_ptr<ClassArchive> archive;
-  std::string failure;
-  bool wasStarted = false;
-  bool wasUsed = false;
-  bool lost = false;
+  JavaVM *machine;
+  JNIEnv *environment;
+  ClassArchive archive;
+};
+
+// The text of a Java string; empty for null. Needs no machine, only the environment of a native method.
+[[nodiscard]] std::string ReadString(JNIEnv *environment, jstring text);
+
+// Why the machine refused, as far as it said so itself. Any thread.
+[[nodiscard]] std::string MachineWords();
+
+// Gives local references back when it goes.
+class LocalFrame {
+public:
+  explicit LocalFrame(JNIEnv *attached) : environment(attached) { environment->PushLocalFrame(32); }
+  ~LocalFrame() { environment->PopLocalFrame(nullptr); }
+  LocalFrame(const LocalFrame &) = delete;
+  LocalFrame &operator=(const LocalFrame &) = delete;
+
+private:
+  JNIEnv *environment;
 };
 
 } // namespace bridge

@@ -1,35 +1,59 @@
-// The bridge's own object between the native entry points and the Java layer. Host's thread.
+// The native face of the Java layer: starts Java when it is first needed, and calls the layer on the Java thread.
+// One per process, on the host's thread.
 #ifndef BRIDGE_MANAGED_LAYER_H
 #define BRIDGE_MANAGED_LAYER_H
 
+#include "bridge/java_machine.h"
+#include "bridge/java_pump.h"
 #include "bridge/processor_bridge.h"
 
-#include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace VLXSLT {
 
 class XSLTManagedLayer {
 public:
-  [[nodiscard]] static XSLTManagedLayer *GetInstance();
+  [[nodiscard]] static XSLTManagedLayer &GetInstance();
 
-  // Results are those of the Java layer, 0 when there is none.
+  // What the layer returns; 1 is success.
   [[nodiscard]] int32_t TransformXMLFile(const char *xmlFilePath, const char *xslFilePath, const char *outputFilePath,
                                          const V_StrListT *stylesheetParams);
   [[nodiscard]] int32_t SetTransformer(const char *tClass);
-  void SetClassPath(const char *path);
-  [[nodiscard]] bridge::ProcessorProbe Probe(const char *tClass);
+  void SetClassPath(const char *classPath);
+  [[nodiscard]] bridge::ProcessorProbe ProbeProcessor(const char *tClass);
   void ShutDown();
 
 private:
-  XSLTManagedLayer() = default;
-  // Starts Java when it does not run yet. Why it does not is in `reason`.
-  [[nodiscard]] bool Connect(std::string &reason);
+  // Methods of the Java layer; the machine keeps the classes loaded.
+  struct Methods {
+    jobject layer = nullptr; // global
+    jmethodID transform = nullptr;
+    jmethodID setTransformer = nullptr;
+    jmethodID probe = nullptr;
+  };
+
+  [[nodiscard]] bool EnsureJava();
+  void StartOnJava(const bridge::MachineSetup &setup, const std::string &folders);
+  [[nodiscard]] bool ConnectLayer(const std::string &folders);
+  [[nodiscard]] bool FindMethods(JNIEnv *java, jclass type);
+  void NameMissingEntries() const;
+  // Runs on the Java thread with the machine; a pending exception becomes a message. False when Java is gone.
+  template <class Body> bool RunInJava(Body body);
+  void NoteLoss();
 
   std::string classPath;
+  bridge::JavaPump pump;
+  std::unique_ptr<bridge::JavaMachine> machine; // made and destroyed on the Java thread
+  Methods methods;
+  std::string problem; // why Java cannot be used; asked for again every time
+  bool isStarted = false;
 };
 
-[[nodiscard]] XSLTManagedLayer *GetXSLTManagedLayerInstance();
+// "VLXSLT::GetXSLTManagedLayerInstance()" as the bridge's calls use it.
+[[nodiscard]] inline XSLTManagedLayer &GetXSLTManagedLayerInstance() { return XSLTManagedLayer::GetInstance(); }
 
 } // namespace VLXSLT
 

@@ -74,10 +74,10 @@ enum class MessageId : uint16_t {
   TransformationXslMissing = 18057,
   SaveOutputFile = 18058,
   NoValue = 18061,
-  JavaNotFound = 18160,
-  JavaNotStarted = 18161,
-  JavaEnded = 18162,
-  BridgeJarUnusable = 18163,
+  SchemaMissing = 18140,
+  EntitiesTooLarge = 18141,
+  CannotHoldCharacter = 18142,
+  TransformationFileNotWritten = 18143,
 };
 
 // The embedded image, valid for the life of the client.

@@ -1,5 +1,6 @@
 #include "bridge/processor_list.h"
 
+#include "bridge/messages.h"
 #include "bridge/processor_bridge.h"
 #include "bridge/transformation_log.h"
 #include "kit/values.h"
@@ -20,27 +21,21 @@ ProcessorList &TheList() {
   return list;
 }
 
-const ProcessorEntry *FindEntry(std::string_view name) {
-  const auto &entries = TheList().entries;
-  const auto found = std::ranges::find(entries, name, &ProcessorEntry::name);
-  return found == entries.end() ? nullptr : &*found;
+ProcessorEntry MakeEntry(std::vector<std::string> fields, int32_t position) {
+  fields.resize(3);
+  return {std::move(fields[0]), std::move(fields[1]), std::move(fields[2]), position};
 }
 
 } // namespace
 
 void LoadProcessors() {
-  const auto preferences = kit::TypedValues::Adopt(V_ApiGetTypedVals(V_SESSION, V_SP_XSLT_PROCESSORS));
   ProcessorList list;
-  for (uint32_t i = 0; i < preferences.Size(); ++i) {
-    auto strings = preferences.Strings(i);
-    if (!strings)
-      continue;
-    if (i == 0 && !strings->empty())
-      list.defaultName = strings->front();
-    strings->resize(std::max<size_t>(strings->size(), 3));
-    list.entries.push_back(
-        {(*strings)[0], (*strings)[1], (*strings)[2], static_cast<int32_t>(list.entries.size()) + 1});
-  }
+  const kit::TypedValues preferences = kit::TypedValues::Adopt(V_ApiGetTypedVals(V_SESSION, V_SP_XSLT_PROCESSORS));
+  for (uint32_t index = 0; index < preferences.Size(); ++index)
+    if (auto fields = preferences.Strings(index))
+      list.entries.push_back(MakeEntry(std::move(*fields), static_cast<int32_t>(list.entries.size()) + 1));
+  if (preferences.Strings(0))
+    list.defaultName = list.entries.front().name;
   TheList() = std::move(list);
   SetClassPath(BuildClassPath().c_str());
 }
@@ -48,24 +43,25 @@ void LoadProcessors() {
 const std::vector<ProcessorEntry> &Processors() { return TheList().entries; }
 
 const std::string *FindProcessorClass(std::string_view name) {
-  const ProcessorEntry *entry = FindEntry(name);
-  return entry ? &entry->className : nullptr;
+  const auto found = std::ranges::find(TheList().entries, name, &ProcessorEntry::name);
+  return found == TheList().entries.end() ? nullptr : &found->className;
 }
 
-bool IsKnownProcessor(std::string_view name) { return FindEntry(name) != nullptr; }
+bool IsKnownProcessor(std::string_view name) { return FindProcessorClass(name) != nullptr; }
 
 const std::string &DefaultProcessorName() { return TheList().defaultName; }
 
 std::string BuildClassPath() {
-  std::string path = ".;";
-  const ProcessorEntry *standard = FindEntry(DefaultProcessorName());
-  if (!standard)
-    return path;
-  path += standard->classPath + ";";
-  for (const ProcessorEntry &entry : Processors())
-    if (entry.classPath != standard->classPath)
-      path += entry.classPath + ";";
-  return path;
+  std::string classPath = ".;";
+  const auto &entries = TheList().entries;
+  const auto chosen = std::ranges::find(entries, TheList().defaultName, &ProcessorEntry::name);
+  if (chosen == entries.end())
+    return classPath;
+  classPath += chosen->classPath + ";";
+  for (const ProcessorEntry &entry : entries)
+    if (entry.classPath != chosen->classPath)
+      classPath += entry.classPath + ";";
+  return classPath;
 }
 
 bool CheckProcessor(std::string_view name) {
@@ -76,13 +72,12 @@ bool CheckProcessor(std::string_view name) {
 }
 
 ProcessorChoice MakeProcessorChoice(std::string_view currentName) {
-  ProcessorChoice choice;
-  choice.labels.push_back(LoadMessage(MessageId::XsltProcessors));
+  ProcessorChoice choice{{LoadMessage(MessageId::XsltProcessors)}, -1};
   if (!currentName.empty() && !IsKnownProcessor(currentName)) {
     choice.labels.emplace_back(currentName);
     choice.selected = 1;
   }
-  for (const ProcessorEntry &entry : Processors()) {
+  for (const ProcessorEntry &entry : TheList().entries) {
     if (!currentName.empty() && entry.name == currentName)
       choice.selected = static_cast<int32_t>(choice.labels.size());
     choice.labels.push_back(entry.name);

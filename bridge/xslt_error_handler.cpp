@@ -1,53 +1,53 @@
 #include "bridge/xslt_error_handler.h"
 
+#include "bridge/messages.h"
 #include "bridge/transformation_log.h"
 #include "kit/paths.h"
 #include "kit/values.h"
+
+#include <string>
 
 namespace bridge {
 
 namespace {
 
-// A network document is shown as the local copy that was read.
+std::string OrEmpty(const char *text) { return text ? text : ""; }
+
+// A platform path where the identifier is one; the local copy of a network document.
 std::string ShownFile(const char *systemId) {
-  std::string file = kit::UrlToPath(systemId ? systemId : "");
-  if (NetLibIsNetFile(file.c_str())) {
-    const auto cached = kit::HostString::Adopt(NetLibQueryCacheForURL(file.c_str()));
-    if (!cached.View().empty())
-      return cached.Text();
-  }
-  return file;
+  std::string file = kit::UrlToPath(OrEmpty(systemId));
+  if (!NetLibIsNetFile(file.c_str()))
+    return file;
+  const kit::HostString cached = kit::HostString::Adopt(NetLibQueryCacheForURL(file.c_str()));
+  return cached.View().empty() ? file : cached.Text();
 }
 
-void Report(MessageId id, const char *message, const char *systemId, int32_t line, int32_t column) {
-  AppendMessage(id, {ShownFile(systemId), std::to_string(line), std::to_string(column), message ? message : ""});
+void Report(MessageId pattern, const char *message, const char *systemId, int32_t line, int32_t column) {
+  AppendMessage(pattern, {ShownFile(systemId), std::to_string(line), std::to_string(column), OrEmpty(message)});
 }
 
 } // namespace
 
 XSLTErrorHandler &XSLTErrorHandler::GetInst() {
-  static XSLTErrorHandler mInst;
-  return mInst;
+  static XSLTErrorHandler handler;
+  return handler;
 }
 
-void XSLTErrorHandler::ReportFatalError(const char *message, const char * /*publicId*/, const char *systemId,
-                                        int32_t line, int32_t column) {
+void XSLTErrorHandler::ReportFatalError(const char *message, const char *, const char *systemId, int32_t line,
+                                        int32_t column) {
   Report(MessageId::DiagnosticFatalError, message, systemId, line, column);
 }
 
-void XSLTErrorHandler::ReportError(const char *message, const char * /*publicId*/, const char *systemId, int32_t line,
+void XSLTErrorHandler::ReportError(const char *message, const char *, const char *systemId, int32_t line,
                                    int32_t column) {
   Report(MessageId::DiagnosticError, message, systemId, line, column);
 }
 
-void XSLTErrorHandler::ReportWarn(const char *message, const char * /*publicId*/, const char *systemId, int32_t line,
+void XSLTErrorHandler::ReportWarn(const char *message, const char *, const char *systemId, int32_t line,
                                   int32_t column) {
   Report(MessageId::DiagnosticWarning, message, systemId, line, column);
 }
 
-void XSLTErrorHandler::ReportMessage(const char *message) {
-  if (message)
-    AppendLine(message);
-}
+void XSLTErrorHandler::ReportMessage(const char *message) { AppendLine(OrEmpty(message)); }
 
 } // namespace bridge

@@ -7,6 +7,9 @@
 #include "kit/paths.h"
 #include "kit/values.h"
 
+#include <filesystem>
+#include <system_error>
+
 namespace client {
 
 namespace {
@@ -93,6 +96,17 @@ OutputCheck CheckOutput(const std::string &output) {
     return OutputCheck::Refused;
   }
   return OutputCheck::Accepted;
+}
+
+bool ReplaceOutput(const std::string &temporary, const std::string &output) {
+  kit::AtomicFile file(output);
+  if (!file.WriteFile(temporary) || !file.Commit()) {
+    bridge::XSLTErrorHandler::GetInst().ReportMessage(file.Error().c_str());
+    return false;
+  }
+  std::error_code ignored;
+  std::filesystem::remove(temporary, ignored);
+  return true;
 }
 
 } // namespace client

@@ -25,7 +25,7 @@ struct FileChooser {
 
 struct Progress {
   int32_t index = 0; // from 0
-  int32_t count = 0;
+  int32_t count = 0; // 0 once the request is over
   std::string path;
 };
 

@@ -199,6 +199,20 @@ V_ObjectT V_ApiDialogItem(V_ObjectT dialog, int32_t item) { return Forward<&V_Ho
 void V_ApiRunDialog(int32_t number, V_ObjectT dialog) { Forward<&V_HostT::runDialog>(number, dialog); }
 void V_ApiKeepDialogUp(V_ObjectT dialog) { Forward<&V_HostT::keepDialogUp>(dialog); }
 
+V_ObjectT V_ApiMakeGrid(V_ObjectT dialog, int32_t item, int32_t frameItem, const char *header,
+                        const char *noValueText) {
+  return Forward<&V_HostT::makeGrid>(dialog, item, frameItem, header, noValueText);
+}
+int32_t V_ApiGridAddRow(V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values, int32_t options) {
+  return Forward<&V_HostT::gridAddRow>(grid, titles, values, options);
+}
+int32_t V_ApiGridRowCount(V_ObjectT grid) { return Forward<&V_HostT::gridRowCount>(grid); }
+int32_t V_ApiGridCellCount(V_ObjectT grid, int32_t row) { return Forward<&V_HostT::gridCellCount>(grid, row); }
+char *V_ApiGridCell(V_ObjectT grid, int32_t row, int32_t cell) { return Forward<&V_HostT::gridCell>(grid, row, cell); }
+int32_t V_ApiGridSelection(V_ObjectT grid, int32_t *cell) { return Forward<&V_HostT::gridSelection>(grid, cell); }
+void V_ApiGridSelect(V_ObjectT grid, int32_t row, int32_t cell) { Forward<&V_HostT::gridSelect>(grid, row, cell); }
+void V_ApiGridDeleteRow(V_ObjectT grid, int32_t row) { Forward<&V_HostT::gridDeleteRow>(grid, row); }
+
 int32_t NetLibIsNetFile(const char *path) { return Forward<&V_HostT::netIsNetFile>(path); }
 char *NetLibQueryCacheForURL(const char *url) { return Forward<&V_HostT::netQueryCacheForUrl>(url); }
 int32_t NetLibSave(const char *url) { return Forward<&V_HostT::netSave>(url); }

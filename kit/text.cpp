@@ -46,7 +46,7 @@ bool Tokenizer::Next(std::string &token) {
   if (quoted)
     rest.remove_prefix(1);
   const size_t length = std::min(rest.find(end), rest.size());
-  token = Truncate(rest.substr(0, length), longestToken);
+  token = Truncate(rest.substr(0, length), longest);
   rest.remove_prefix(std::min(length + 1, rest.size()));
   return true;
 }

@@ -16,16 +16,17 @@ namespace kit {
 [[nodiscard]] std::string FillPlaceholders(std::string_view pattern, std::initializer_list<std::string_view> values);
 
 // The tokenizer of request strings. Leading blanks are skipped; a token in double or single quotes runs to the same
-// quote, any other one to the next blank. At most 1023 bytes of a token are kept, never half a character.
+// quote, any other one to the next blank. At most `limit` bytes of a token are kept, never half a character.
 class Tokenizer {
 public:
-  explicit Tokenizer(std::string_view text) : rest(text) {}
+  static constexpr size_t longestToken = 1023;
+  explicit Tokenizer(std::string_view text, size_t limit = longestToken) : rest(text), longest(limit) {}
   // False at the end of the text. A quoted token may be empty.
   [[nodiscard]] bool Next(std::string &token);
-  static constexpr size_t longestToken = 1023;
 
 private:
   std::string_view rest;
+  size_t longest;
 };
 
 // The longest prefix of UTF-8 text that fits into `limit` bytes without cutting a character.

@@ -106,6 +106,9 @@ enum {
   V_IP_REPORTS_DOUBLE_CLICK = 3306 /* int */
 };
 
+/* A row of a grid whose first cell may be edited, too. */
+enum { V_GRID_FIRST_CELL_EDITABLE = 1 };
+
 /* Item numbers of a dialog event beside those of the items. */
 enum { V_ITEM_FRAME_CLOSED = -1, V_ITEM_INITIALISE = -9 };
 
@@ -160,6 +163,16 @@ typedef struct V_HostT {
   int32_t (*netIsNetFile)(void *host, const char *path);
   char *(*netQueryCacheForUrl)(void *host, const char *url);
   int32_t (*netSave)(void *host, const char *url);
+  V_ObjectT (*makeGrid)(void *host, V_ObjectT dialog, int32_t item, int32_t frameItem, const char *header,
+                        const char *noValueText);
+  int32_t (*gridAddRow)(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values,
+                        int32_t options);
+  int32_t (*gridRowCount)(void *host, V_ObjectT grid);
+  int32_t (*gridCellCount)(void *host, V_ObjectT grid, int32_t row);
+  char *(*gridCell)(void *host, V_ObjectT grid, int32_t row, int32_t cell);
+  int32_t (*gridSelection)(void *host, V_ObjectT grid, int32_t *cell);
+  void (*gridSelect)(void *host, V_ObjectT grid, int32_t row, int32_t cell);
+  void (*gridDeleteRow)(void *host, V_ObjectT grid, int32_t row);
 } V_HostT;
 
 /* ---- Entry points that a client exports -------------------------------------------------------------------------- */
@@ -253,6 +266,21 @@ V_ObjectT V_ApiDialogItem(V_ObjectT dialog, int32_t item);
 void V_ApiRunDialog(int32_t number, V_ObjectT dialog);
 /* The button event being served does not close the dialog. */
 void V_ApiKeepDialogUp(V_ObjectT dialog);
+
+/* Makes a property grid in the place of `frameItem`, in place of one that the dialog had before; 0 when it cannot. What
+ * a person selects or edits in it arrives as a dialog event of `item`. An empty value shows as `noValueText`. */
+V_ObjectT V_ApiMakeGrid(V_ObjectT dialog, int32_t item, int32_t frameItem, const char *header, const char *noValueText);
+/* Appends a row of as many cells as there are titles (V_GRID_... options); its index, or -1. */
+int32_t V_ApiGridAddRow(V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values, int32_t options);
+int32_t V_ApiGridRowCount(V_ObjectT grid);
+int32_t V_ApiGridCellCount(V_ObjectT grid, int32_t row);
+/* What the cell shows. V_Free. */
+char *V_ApiGridCell(V_ObjectT grid, int32_t row, int32_t cell);
+/* The selected row and its cell, -1 for the row itself; -1 when nothing is selected. */
+int32_t V_ApiGridSelection(V_ObjectT grid, int32_t *cell);
+void V_ApiGridSelect(V_ObjectT grid, int32_t row, int32_t cell);
+/* The selection is empty afterwards. */
+void V_ApiGridDeleteRow(V_ObjectT grid, int32_t row);
 
 int32_t NetLibIsNetFile(const char *path);
 /* The local copy of a network document; null when there is none. V_Free. */

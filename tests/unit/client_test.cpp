@@ -355,13 +355,14 @@ TEST_F(ClientTest, AnyFailingHostCallLosesNothing) {
     MakeHost();
     Write("a.xml", "one");
     host->FailCall(++failures);
-    const kit::TypedValues reply = client::DispatchRequest("XSLTRunTrScenario " + run);
+    (void)client::DispatchRequest("XSLTRunTrScenario " + run);
     again = host->HasFailed();
+    EXPECT_EQ(host->LiveBlocks(), 0U) << failures;
     const std::string text = ReadFile(first);
     EXPECT_TRUE(text == "one" || text == "Xone") << failures << ": " << text;
     EXPECT_EQ(FilesIn("temp"), std::vector<std::string>()) << failures;
   }
-  EXPECT_GT(failures, 20U);
+  EXPECT_GT(failures, 10U);
 }
 
 } // namespace

@@ -1,14 +1,17 @@
 package vlxslt;
 
-import java.io.File;
+import java.net.MalformedURLException;
+import java.net.URL;
+import java.net.URLClassLoader;
 import java.nio.file.Files;
+import java.nio.file.InvalidPathException;
 import java.nio.file.Path;
 import java.security.CodeSource;
+import java.util.ArrayList;
 import java.util.HashMap;
 import java.util.LinkedHashMap;
+import java.util.List;
 import java.util.Map;
-import java.util.stream.Collectors;
-import java.util.stream.Stream;
 import javax.xml.transform.Templates;
 import javax.xml.transform.Transformer;
 import javax.xml.transform.TransformerFactory;
@@ -38,14 +41,24 @@ public final class VLXSLTJavaLayer {
     return instance;
   }
 
-  /** What the native side calls first. */
-  static void connectNative() {
-    instance.SetVLXSLTJavaHandler(new NativeHandler());
-  }
-
   public void SetVLXSLTJavaHandler(IVLXSLTJavaHandler javaHandler) {
     handler = javaHandler;
     documents = new Documents(javaHandler);
+  }
+
+  /** The folders of the class path, separated by ";"; its jars are on Java's own. Processors may lie in either. */
+  public void SetClassPath(String classPath) {
+    List<URL> folders = new ArrayList<>();
+    for (String folder : classPath.split(";")) {
+      try {
+        if (!folder.isEmpty())
+          folders.add(Path.of(folder).toUri().toURL());
+      } catch (MalformedURLException | InvalidPathException e) {
+        handler.Message("The class path names a folder that cannot be used: " + folder);
+      }
+    }
+    ClassLoader loader = new URLClassLoader(folders.toArray(new URL[0]), VLXSLTJavaLayer.class.getClassLoader());
+    Thread.currentThread().setContextClassLoader(loader);
   }
 
   /** Selects the processor by the class of its factory. */
@@ -66,7 +79,7 @@ public final class VLXSLTJavaLayer {
   }
 
   /** The factory's class, its version, where it came from, and what is wrong with it; the last empty if nothing is. */
-  String[] probe(String tClass) {
+  public String[] ProbeProcessor(String tClass) {
     try {
       Processor processor = find(tClass);
       TransformerFactory factory = processor.factory();
@@ -166,15 +179,14 @@ public final class VLXSLTJavaLayer {
   private static String whyNot(String tClass, Throwable e) {
     Throwable cause = e instanceof TransformerFactoryConfigurationError error && error.getException() != null
         ? error.getException() : e;
-    String reason = cause instanceof ClassNotFoundException ? "no jar of the class path holds it."
-        : cause instanceof ClassCastException ? "it is not a javax.xml.transform.TransformerFactory."
-        : cause instanceof NoClassDefFoundError ? "it needs the class " + String.valueOf(cause.getMessage()).replace('/', '.')
-            + ", which no jar of the class path holds."
-                                               : String.valueOf(cause.getMessage()) + " (" + cause.getClass().getSimpleName() + ")";
-    String missing = Stream.of(System.getProperty("java.class.path", "").split(File.pathSeparator))
-        .filter(entry -> !entry.isEmpty() && !Files.exists(Path.of(entry))).collect(Collectors.joining(", "));
-    return "Cannot load the XSLT processor " + tClass + ": " + reason
-        + (missing.isEmpty() ? "" : " Missing from the class path: " + missing);
+    String reason = String.valueOf(cause.getMessage());
+    if (cause instanceof ClassNotFoundException)
+      reason = "no jar of the class path holds it.";
+    else if (cause instanceof ClassCastException || reason.contains("not a subtype") || reason.contains("cannot be cast"))
+      reason = "it is not a javax.xml.transform.TransformerFactory.";
+    else if (cause instanceof NoClassDefFoundError)
+      reason = "it needs the class " + reason.replace('/', '.') + ", which no jar of the class path holds.";
+    return "Cannot load the XSLT processor " + tClass + ": " + reason;
   }
 
   private void forgetEverything() {

@@ -1,0 +1,74 @@
+#include "catalogue/entity_sources.h"
+
+#include "catalogue/xml_text.h"
+#include "kit/paths.h"
+
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/sax/InputSource.hpp>
+#include <xercesc/util/XMLResourceIdentifier.hpp>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace catalogue {
+
+namespace {
+
+using xercesc::XMLResourceIdentifier;
+
+// A source that owns its text.
+class TextSource : public xercesc::InputSource {
+public:
+  TextSource(std::string owned, const XMLCh *systemId) : xercesc::InputSource(systemId), text(std::move(owned)) {}
+  [[nodiscard]] xercesc::BinInputStream *makeStream() const override {
+    return xercesc::MemBufInputSource(reinterpret_cast<const XMLByte *>(text.data()), text.size(), getSystemId())
+        .makeStream();
+  }
+
+private:
+  std::string text;
+};
+
+class MissingSource : public xercesc::InputSource {
+public:
+  explicit MissingSource(const XMLCh *systemId) : xercesc::InputSource(systemId) {}
+  [[nodiscard]] xercesc::BinInputStream *makeStream() const override { return nullptr; }
+};
+
+bool IsSchema(const XMLResourceIdentifier &resource) {
+  const auto type = resource.getResourceIdentifierType();
+  return type != XMLResourceIdentifier::ExternalEntity && type != XMLResourceIdentifier::UnKnown;
+}
+
+const XMLCh *SystemIdOf(const XMLResourceIdentifier &resource) {
+  const XMLCh *location = resource.getSystemId() ? resource.getSystemId() : resource.getSchemaLocation();
+  return location ? location : u"";
+}
+
+// Relative to the file that refers to it.
+std::string LocalPath(const XMLResourceIdentifier &resource) {
+  const std::string path = kit::UrlToPath(ToUtf8(resource.getSystemId()));
+  if (path.empty() || kit::IsAbsolutePath(path))
+    return path;
+  return kit::JoinPath(kit::FolderOf(kit::UrlToPath(ToUtf8(resource.getBaseURI()))), path);
+}
+
+} // namespace
+
+xercesc::InputSource *NoEntities::resolveEntity(XMLResourceIdentifier *resource) {
+  if (IsSchema(*resource))
+    return new MissingSource(SystemIdOf(*resource));
+  return new TextSource({}, SystemIdOf(*resource));
+}
+
+xercesc::InputSource *LocalEntities::resolveEntity(XMLResourceIdentifier *resource) {
+  const std::string path = LocalPath(*resource);
+  if (IsSchema(*resource) || !kit::IsFile(path))
+    return NoEntities::resolveEntity(resource);
+  std::ifstream file(path, std::ios::binary);
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  return new TextSource(std::move(text), ToUtf16(path).value_or(std::u16string()).c_str());
+}
+
+} // namespace catalogue

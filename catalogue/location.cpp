@@ -1,0 +1,169 @@
+#include "catalogue/location.h"
+
+#include "catalogue/reader.h"
+#include "catalogue/state.h"
+#include "kit/paths.h"
+#include "kit/text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace catalogue {
+
+namespace {
+
+constexpr std::string_view defaultsName = "<Defaults>";
+constexpr const char *dispatcher = "VlDispatcher";
+
+struct PathVariable {
+  std::string_view name;
+  int32_t property;
+};
+
+constexpr std::array pathVariables = {PathVariable{"$STRUCTDIR", V_SP_STRUCTURE_DIR},
+                                      PathVariable{"$VLHOME", V_SP_INSTALL_DIR}};
+
+std::optional<std::string> &DefaultCatalogue() {
+  static std::optional<std::string> path;
+  return path;
+}
+
+// "scheme://", as network documents have it. One letter is a drive of another system, not a scheme.
+bool IsUrl(std::string_view path) {
+  const size_t colon = path.find("://");
+  static constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-.";
+  return colon != std::string_view::npos && colon > 1 && path.find_first_not_of(letters) == colon;
+}
+
+// URL form becomes a platform path, and the separators of another system become ours. A file of this system whose name
+// really holds a backslash is left alone.
+std::string ToPlatformPath(const std::string &given) {
+  std::string path = kit::UrlToPath(given);
+  const bool literal = path.find('\\') == std::string::npos || (kit::IsAbsolutePath(path) && kit::Exists(path));
+  if (!literal && !IsUrl(path))
+    std::ranges::replace(path, '\\', '/');
+  return path;
+}
+
+// Empty when the path begins with a variable that the host has no folder for.
+std::string ExpandVariable(std::string path) {
+  for (const PathVariable &variable : pathVariables) {
+    if (!kit::StartsWithIgnoreCase(path, variable.name))
+      continue;
+    const std::string folder = kit::GetString(V_SESSION, variable.property);
+    return folder.empty() ? folder : folder + path.substr(variable.name.size());
+  }
+  return path;
+}
+
+// The value of -appname in a request, as the client that gets the request will read it.
+std::string ScanApplicationName(std::string_view request) {
+  kit::Tokenizer tokens(request);
+  std::string token;
+  std::string name;
+  while (tokens.Next(token))
+    if (kit::EqualsIgnoreCase(token, "-appname") && !tokens.Next(name))
+      name.clear();
+  return name;
+}
+
+bool HasCatalogue(const std::string &applicationName) { return !GetTransformationFile(applicationName).empty(); }
+
+void AddWithCatalogue(std::vector<std::string> &names, const std::string &name) {
+  if (!name.empty() && HasCatalogue(name))
+    names.push_back(name);
+}
+
+} // namespace
+
+std::string ResolvePath(const std::string &path, const std::string &basePath) {
+  if (path.empty())
+    return {};
+  std::string expanded = ExpandVariable(ToPlatformPath(path));
+  if (expanded.empty() || kit::IsAbsolutePath(expanded) || IsUrl(expanded))
+    return expanded;
+  if (!basePath.empty()) {
+    const std::string base = ResolvePath(basePath);
+    return base.empty() ? base : kit::JoinPath(kit::FolderOf(base), expanded);
+  }
+  const std::string installation = kit::GetString(V_SESSION, V_SP_INSTALL_DIR);
+  return installation.empty() ? installation : installation + expanded;
+}
+
+std::string TransformationFileRequest(const std::string &applicationName) {
+  // The command word brings a blank of its own, so two stand before the option.
+  return "XSLTGetTrScenarioFile  -appname \"" + applicationName + "\"";
+}
+
+std::string GetTransformationFile(const std::string &applicationName) {
+  if (applicationName.empty())
+    return {};
+  const std::string name = ScanApplicationName(TransformationFileRequest(applicationName));
+  if (name.empty())
+    return {};
+  const kit::TypedValues reply = kit::CallClient(dispatcher, TransformationFileRequest(name));
+  return ResolvePath(reply.String(0).value_or(std::string()));
+}
+
+std::vector<std::string> GetApplicationsForFile(const std::string &filePath) {
+  std::vector<std::string> names;
+  AddWithCatalogue(names, std::string(defaultsName));
+  const char quote = filePath.find('"') == std::string::npos ? '"' : '\'';
+  const kit::TypedValues reply = kit::CallClient(dispatcher, "GetAppsForFile " + (quote + filePath) + quote);
+  if (reply.Size() == 1)
+    for (const std::string &name : reply.Strings(0).value_or(std::vector<std::string>()))
+      AddWithCatalogue(names, name);
+  return names;
+}
+
+std::vector<std::string> GetApplicationsForDocument(V_ObjectT document) {
+  if (document == 0)
+    return {};
+  if (const std::string path = kit::GetString(document, V_OP_FULL_NAME); !path.empty())
+    return GetApplicationsForFile(path);
+  std::vector<std::string> names;
+  AddWithCatalogue(names, std::string(defaultsName));
+  AddWithCatalogue(names, kit::GetString(document, V_OP_APPLICATION));
+  return names;
+}
+
+std::vector<std::string> GetAllApplications() {
+  std::vector<std::string> names;
+  AddWithCatalogue(names, std::string(defaultsName));
+  for (const std::string &name : kit::GetStrings(V_SESSION, V_SP_APPLICATIONS))
+    AddWithCatalogue(names, name);
+  return names;
+}
+
+std::string GetDefaultTransformationFile() {
+  std::optional<std::string> &path = DefaultCatalogue();
+  if (!path)
+    path = ResolvePath(kit::GetString(V_SESSION, V_SP_DEFAULT_CATALOGUE));
+  return *path;
+}
+
+void ForgetDefaultTransformationFile() noexcept { DefaultCatalogue().reset(); }
+
+std::optional<std::vector<std::string>> GetTransformationNames(const std::string &applicationName) {
+  const std::string path = GetTransformationFile(applicationName);
+  if (path.empty())
+    return std::nullopt;
+  std::vector<std::string> names;
+  for (Transformation &transformation : LoadTransformationFile(path).list.value_or(TransformationList()))
+    names.push_back(std::move(transformation.name));
+  return names;
+}
+
+std::optional<Transformation> GetApplicationTransformation(const std::string &applicationName,
+                                                           const std::string &transformationName) {
+  return GetFileTransformation(GetTransformationFile(applicationName), transformationName);
+}
+
+std::optional<Transformation> GetFileTransformation(const std::string &cataloguePath,
+                                                    const std::string &transformationName) {
+  const LoadResult loaded = LoadTransformationFile(cataloguePath);
+  const int32_t index = loaded.list ? FindTransformation(*loaded.list, transformationName) : -1;
+  return index < 0 ? std::nullopt : std::optional((*loaded.list)[static_cast<size_t>(index)]);
+}
+
+} // namespace catalogue

@@ -1,0 +1,172 @@
+#include "catalogue/parse_file.h"
+
+#include "bridge/messages.h"
+#include "bridge/xslt_error_handler.h"
+#include "catalogue/entity_sources.h"
+#include "catalogue/xml_text.h"
+#include "kit/handle.h"
+#include "kit/paths.h"
+
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/validators/common/Grammar.hpp>
+
+#include <cerrno>
+#include <cstdio>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace catalogue {
+
+namespace {
+
+using bridge::MessageId;
+using bridge::XSLTErrorHandler;
+using xercesc::XercesDOMParser;
+
+// Room for what a file of its size can need, many times over.
+constexpr size_t memoryAtLeast = size_t{256} << 20;
+constexpr size_t memoryPerByte = 200;
+constexpr XMLSize_t mostExpansions = 50000;
+
+struct CloseFile {
+  void operator()(FILE *file) const { std::fclose(file); }
+};
+
+std::optional<std::string> Unreadable(const std::string &path, int code) {
+  XSLTErrorHandler::GetInst().ReportMessage((path + ": " + std::generic_category().message(code)).c_str());
+  return std::nullopt;
+}
+
+// The library would take a path through the locale's character set, so files are opened here.
+std::optional<std::string> ReadBytes(const std::string &path) {
+  const auto file = kit::Handle<FILE, CloseFile{}>::Adopt(std::fopen(path.c_str(), "rbe"));
+  if (!file)
+    return Unreadable(path, errno);
+  std::string bytes;
+  char buffer[1 << 16];
+  while (const size_t count = std::fread(buffer, 1, sizeof(buffer), file.Get()))
+    bytes.append(buffer, count);
+  return std::ferror(file.Get()) ? Unreadable(path, errno) : std::optional(std::move(bytes));
+}
+
+// The bytes must outlive the source.
+xercesc::MemBufInputSource SourceOver(const std::string &bytes, const std::string &path) {
+  return {reinterpret_cast<const XMLByte *>(bytes.data()), bytes.size(),
+          ToUtf16(path).value_or(std::u16string()).c_str()};
+}
+
+// Runs a parse; what the library throws becomes a line of the log. False when something was thrown.
+template <class Parse> bool GuardParse(const std::string &path, Diagnostics diagnostics, const Parse &parse) {
+  const auto report = [diagnostics](const std::string &message) {
+    if (diagnostics == Diagnostics::Report)
+      XSLTErrorHandler::GetInst().ReportMessage(message.c_str());
+    return false;
+  };
+  try {
+    parse();
+    return true;
+  } catch (const xercesc::OutOfMemoryException &) {
+    return report(bridge::FormatMessage(MessageId::EntitiesTooLarge, {path}));
+  } catch (const xercesc::XMLException &exception) {
+    return report(ToUtf8(exception.getMessage()));
+  } catch (const xercesc::DOMException &exception) {
+    return report(ToUtf8(exception.getMessage()));
+  } catch (const xercesc::SAXParseException &exception) {
+    return report(ToUtf8(exception.getMessage()));
+  } catch (...) {
+    return false;
+  }
+}
+
+void InstallHandlers(XercesDOMParser &parser, const std::string &path, Diagnostics diagnostics,
+                     xercesc::XMLEntityResolver &entities) {
+  XSLTErrorHandlerImpl &handler = XSLTErrorHandlerImpl::GetInst();
+  handler.BeginFile(path, diagnostics);
+  parser.setErrorHandler(&handler);
+  parser.setXMLEntityResolver(&entities);
+  parser.setDisableDefaultEntityResolution(true);
+  parser.setCreateEntityReferenceNodes(false);
+}
+
+// The grammar is loaded beforehand: as a location it would have to be a URI, which paths with blanks are not.
+bool RequireSchema(XercesDOMParser &parser, const std::string &schemaPath) {
+  if (!kit::IsFile(schemaPath)) {
+    XSLTErrorHandler::GetInst().ReportMessage(bridge::FormatMessage(MessageId::SchemaMissing, {schemaPath}).c_str());
+    return false;
+  }
+  const auto bytes = ReadBytes(schemaPath);
+  if (!bytes)
+    return false;
+  parser.setDoSchema(true);
+  parser.setValidationScheme(XercesDOMParser::Val_Always);
+  parser.setExitOnFirstFatalError(true);
+  parser.setValidationConstraintFatal(true);
+  // Declarations of entities still count.
+  parser.setSkipDTDValidation(true);
+  parser.loadGrammar(SourceOver(*bytes, schemaPath), xercesc::Grammar::SchemaGrammarType, true);
+  parser.useCachedGrammarInParse(true);
+  return !ParseErrorsSeen();
+}
+
+bool DeclaresElements(const xercesc::DOMDocument &document) {
+  const xercesc::DOMDocumentType *type = document.getDoctype();
+  return type && (type->getSystemId() || ToUtf8(type->getInternalSubset()).find("<!ELEMENT") != std::string::npos);
+}
+
+ParsedFilePtr ParseStylesheetBytes(const std::string &path, const std::string &bytes,
+                                   XercesDOMParser::ValSchemes validation) {
+  auto parsed = std::make_unique<ParsedFile>(bytes.size());
+  LocalEntities entities;
+  parsed->parser.setValidationScheme(validation);
+  InstallHandlers(parsed->parser, path, Diagnostics::Report, entities);
+  const bool done = GuardParse(path, Diagnostics::Report, [&] { parsed->parser.parse(SourceOver(bytes, path)); });
+  parsed->parser.setXMLEntityResolver(nullptr);
+  return done && !ParseErrorsSeen() && parsed->Document() ? std::move(parsed) : nullptr;
+}
+
+} // namespace
+
+ParsedFile::ParsedFile(size_t fileSize) : memory(memoryAtLeast + memoryPerByte * fileSize), parser(nullptr, &memory) {
+  bounds.setEntityExpansionLimit(mostExpansions);
+  parser.setSecurityManager(&bounds);
+  parser.setDoNamespaces(true);
+}
+
+bool ParseErrorsSeen() { return XSLTErrorHandlerImpl::GetInst().ErrorsSeen(); }
+
+ParsedFilePtr ParseFile(const std::string &path, const std::string &schemaPath, Diagnostics diagnostics) {
+  const auto bytes = path.empty() ? std::nullopt : ReadBytes(path);
+  if (!bytes)
+    return nullptr;
+  auto parsed = std::make_unique<ParsedFile>(bytes->size());
+  XercesDOMParser &parser = parsed->parser;
+  NoEntities entities;
+  parser.setValidationScheme(XercesDOMParser::Val_Never);
+  parser.setLoadExternalDTD(false);
+  InstallHandlers(parser, path, diagnostics, entities);
+  bool valid = true;
+  const bool done = GuardParse(path, diagnostics, [&] {
+    valid = schemaPath.empty() || RequireSchema(parser, schemaPath);
+    if (valid)
+      parser.parse(SourceOver(*bytes, path));
+  });
+  parser.setXMLEntityResolver(nullptr);
+  if (!done || !valid || (!schemaPath.empty() && ParseErrorsSeen()))
+    return nullptr;
+  return parsed;
+}
+
+ParsedFilePtr ParseStylesheet(const std::string &path) {
+  const auto bytes = ReadBytes(path);
+  if (!bytes)
+    return nullptr;
+  auto parsed = ParseStylesheetBytes(path, *bytes, XercesDOMParser::Val_Never);
+  // A document type that only brings entities does not ask for validation; the library's own automatic would think so.
+  if (parsed && DeclaresElements(*parsed->Document()))
+    parsed = ParseStylesheetBytes(path, *bytes, XercesDOMParser::Val_Auto);
+  return parsed;
+}
+
+} // namespace catalogue

@@ -1,0 +1,195 @@
+#include "catalogue/writer.h"
+
+#include "bridge/messages.h"
+#include "bridge/processor_list.h"
+#include "bridge/xslt_error_handler.h"
+#include "catalogue/location.h"
+#include "catalogue/network.h"
+#include "catalogue/reader.h"
+#include "catalogue/serialize_transformations.h"
+#include "catalogue/xml_library.h"
+#include "kit/atomic_file.h"
+#include "kit/paths.h"
+
+#include <filesystem>
+
+namespace catalogue {
+
+namespace {
+
+using bridge::MessageId;
+using bridge::XSLTErrorHandler;
+
+enum class EditMode { Add = 1, Edit = 2 };
+
+void Report(const std::string &message) { XSLTErrorHandler::GetInst().ReportMessage(message.c_str()); }
+
+void Show(MessageId id, std::string_view value) {
+  V_ApiAlert(bridge::FormatMessage(id, {value}).c_str(), V_ALERT_PLAIN);
+}
+
+bool Ask(MessageId id, std::string_view value, int32_t kind) {
+  return V_ApiAlert(bridge::FormatMessage(id, {value}).c_str(), kind) == V_ANSWER_PROCEED;
+}
+
+bool HasContents(const std::string &path) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  return !error && size != 0;
+}
+
+bool CanWriteFolder(const std::string &folder) {
+  if (!kit::IsFolder(folder)) {
+    Show(MessageId::FolderMissing, folder);
+    return false;
+  }
+  if (!kit::IsWritable(folder)) {
+    Show(MessageId::FolderNotWritable, folder);
+    return false;
+  }
+  return true;
+}
+
+// The catalogue that is being changed, loaded once for the checks and the change.
+struct Edit {
+  explicit Edit(const std::string &path) : loaded(LoadTransformationFile(path)) {}
+  [[nodiscard]] TransformationList TakeList() { return std::move(loaded.list).value_or(TransformationList()); }
+
+  LoadResult loaded;
+};
+
+FieldCheck CheckReplacing(const std::string &path, const Transformation &record, const LoadResult &loaded) {
+  // A catalogue that cannot be read counts as empty, so saving would drop what it holds: not without asking.
+  if (loaded.status == LoadStatus::NotLoaded && !Ask(MessageId::OverwriteExistingFile, path, V_ALERT_OK_CANCEL))
+    return FieldCheck::Declined;
+  if (loaded.list && FindTransformation(*loaded.list, record.name) >= 0 &&
+      !Ask(MessageId::ReplaceTransformation, record.name, V_ALERT_YES_NO))
+    return FieldCheck::Declined;
+  return FieldCheck::GoOn;
+}
+
+// GoOn leaves the loaded catalogue in `edit`.
+FieldCheck CheckTransformationEdit(EditMode mode, const std::string &path, const Transformation &record,
+                                   const std::string &oldName, std::optional<Edit> &edit) {
+  if (path.empty() || (mode == EditMode::Edit && oldName.empty()))
+    return FieldCheck::Stop;
+  if (!CanWriteTransformationFile(path))
+    return FieldCheck::Declined;
+  edit.emplace(path);
+  if (mode == EditMode::Add || record.name != oldName)
+    if (const FieldCheck replacing = CheckReplacing(path, record, edit->loaded); replacing != FieldCheck::GoOn)
+      return replacing;
+  return CheckTransformationFields(record, CheckMode::Interactive);
+}
+
+EditResult Stopped(FieldCheck check) {
+  return check == FieldCheck::Declined ? EditResult::Stopped : EditResult::Failed;
+}
+
+EditResult Save(const std::string &path, const TransformationList &list) {
+  return SaveTransformationFile(path, list) ? EditResult::Saved : EditResult::Failed;
+}
+
+} // namespace
+
+bool SaveTransformationFile(const std::string &path, const TransformationList &list) {
+  const std::string resolved = ResolvePath(path);
+  if (resolved.empty() || !TransformationScenarioReader::GetInstance().IsReady())
+    return false;
+  const auto bytes = SerializeTransformations(list);
+  if (!bytes)
+    return false;
+  kit::AtomicFile file(LocalCopy(resolved));
+  if (!file.Write(*bytes) || !file.Commit()) {
+    Report(bridge::FormatMessage(MessageId::TransformationFileNotWritten, {file.Error()}));
+    return false;
+  }
+  return PushBack(resolved);
+}
+
+bool CanWriteTransformationFile(const std::string &path) {
+  const std::string file = LocalCopy(ResolvePath(path));
+  if (file.empty() || !CanWriteFolder(kit::FolderOf(file)))
+    return false;
+  if (!kit::Exists(file))
+    return Ask(MessageId::CreateMissingFile, path, V_ALERT_YES_NO);
+  if (!kit::IsFile(file)) {
+    Show(MessageId::FileMissing, path);
+    return false;
+  }
+  if (HasContents(file) && !IsTransformationFile(path) &&
+      !Ask(MessageId::OverwriteExistingFile, path, V_ALERT_OK_CANCEL))
+    return false;
+  if (!kit::IsWritable(file)) {
+    Show(MessageId::CannotSaveTransformationFile, path);
+    return false;
+  }
+  return true;
+}
+
+FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mode) {
+  const bool quiet = mode == CheckMode::Quiet;
+  const auto stop = [quiet](MessageId id, const std::string &value) {
+    if (quiet)
+      Report(bridge::FormatMessage(id, {value}));
+    else
+      Show(id, value);
+    return FieldCheck::Stop;
+  };
+  if (!record.usePI && record.xslPath.empty())
+    return stop(MessageId::XslNotSpecified, record.name);
+  if (record.output.outputLocation == OutputLocationKind::DirPath && record.output.dirPath.empty())
+    return stop(MessageId::OutputFolderNotSpecified, record.name);
+  if (bridge::IsKnownProcessor(record.processor))
+    return FieldCheck::GoOn;
+  if (quiet)
+    return stop(MessageId::ProcessorNotFound, record.processor);
+  return Ask(MessageId::ProcessorNotFoundCreateAnyway, record.processor, V_ALERT_YES_NO) ? FieldCheck::GoOn
+                                                                                         : FieldCheck::Declined;
+}
+
+EditResult AddTransformation(const std::string &path, const Transformation &record) {
+  std::optional<Edit> edit;
+  if (const FieldCheck check = CheckTransformationEdit(EditMode::Add, path, record, {}, edit);
+      check != FieldCheck::GoOn)
+    return Stopped(check);
+  TransformationList list = edit->TakeList();
+  if (const int32_t index = FindTransformation(list, record.name); index >= 0)
+    list[static_cast<size_t>(index)] = record;
+  else
+    list.push_back(record);
+  return Save(path, list);
+}
+
+EditResult EditTransformation(const std::string &path, const Transformation &record, const std::string &oldName) {
+  std::optional<Edit> edit;
+  if (const FieldCheck check = CheckTransformationEdit(EditMode::Edit, path, record, oldName, edit);
+      check != FieldCheck::GoOn)
+    return Stopped(check);
+  TransformationList list = edit->TakeList();
+  // Renamed onto a name that exists, that one is replaced and the old one stays.
+  int32_t index = FindTransformation(list, record.name);
+  if (index < 0)
+    index = FindTransformation(list, oldName);
+  if (index < 0) {
+    Report(bridge::FormatMessage(MessageId::TransformationNotFound, {oldName}));
+    return EditResult::Failed;
+  }
+  list[static_cast<size_t>(index)] = record;
+  return Save(path, list);
+}
+
+EditResult DeleteTransformation(const std::string &path, const std::string &name) {
+  if (path.empty() || name.empty())
+    return EditResult::Failed;
+  if (!CanWriteTransformationFile(path))
+    return EditResult::Stopped;
+  const LoadResult loaded = LoadTransformationFile(path);
+  if (!loaded.list)
+    return EditResult::Failed;
+  TransformationList kept = *loaded.list;
+  std::erase_if(kept, [&](const Transformation &each) { return each.name == name; });
+  return Save(path, kept);
+}
+
+} // namespace catalogue

@@ -1,0 +1,189 @@
+#include "host/cli/command_line.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <memory>
+
+namespace cli {
+
+namespace {
+
+constexpr const char *about = "Applies XSLT stylesheets to XML: documents, books, DITA maps, folders.";
+
+constexpr const char *examples = R"(Examples:
+  vlxslt run article.xml --xsl html.xsl -o article.html -p toc.depth=2
+  vlxslt run topics --recursive --match '*.dita' --xsl topic.xsl -o out/ --extension html
+  vlxslt run guide.ditamap --components --xsl topic.xsl -o out/ --extension html
+  vlxslt run report.xml --transformation HTML --application DocBook
+  vlxslt list --application DocBook
+  vlxslt dialog manage --script answers.txt
+  vlxslt call 'XSLTGetTrScenario -trfile "/data/Transformations.xml"' --json
+
+Exit codes: 0 done; 1 the run failed; 2 bad command line, configuration or request;
+3 a script did not fit what was asked; 130 cancelled.)";
+
+// Everything that the options are stored in while the line is read; commands keep it alive.
+struct Parsed {
+  SessionOptions session;
+  CallOptions call;
+  RunOptions run;
+  CatalogueOptions catalogue;
+  RecordOptions record;
+  std::string stylesheet;
+  std::string dialog;
+  std::function<ExitCode(Environment)> command;
+};
+
+using Command = std::function<ExitCode(Environment, const Parsed &)>;
+
+// An option that may be given again, each time with one value.
+void AddRepeatable(CLI::App &command, const std::string &names, std::vector<std::string> &values,
+                   const std::string &help, const std::string &valueName) {
+  command.add_option(names, values, help)->type_name(valueName)->allow_extra_args(false);
+}
+
+void AddText(CLI::App &command, const std::string &names, std::string &value, const std::string &help,
+             const std::string &valueName) {
+  command.add_option(names, value, help)->type_name(valueName);
+}
+
+CLI::App &AddCommand(CLI::App &app, const std::shared_ptr<Parsed> &parsed, const std::string &name,
+                     const std::string &help, Command command) {
+  CLI::App &added = *app.add_subcommand(name, help);
+  SessionOptions &session = parsed->session;
+  added.add_flag("--yes,-y", session.agreesToAll, "answer Yes or OK to every question");
+  added.add_flag("--no-input", session.declinesAll, "ask nothing; every question is declined");
+  added.add_flag("--json", session.printsJson, "print the reply and what happened as one JSON object");
+  added.callback([parsed, command = std::move(command)] {
+    // The weak side of the circle: the line's values must not keep themselves alive.
+    const Parsed *values = parsed.get();
+    parsed->command = [values, command](Environment environment) { return command(environment, *values); };
+  });
+  return added;
+}
+
+void AddDocumentOptions(CLI::App &command, SessionOptions &session) {
+  AddRepeatable(command, "--open", session.open, "an open document, book or map", "FILE");
+  AddRepeatable(command, "--active", session.active, "open it and make it the active document", "FILE");
+  AddRepeatable(command, "--book", session.book, "open it and make it the active book", "FILE");
+  AddRepeatable(command, "--modified", session.modified, "open it with unsaved changes", "FILE");
+  AddText(command, "--script", session.script, "a script that answers questions and works dialogs", "FILE");
+}
+
+void AddCatalogueOptions(CLI::App &command, CatalogueOptions &catalogue) {
+  AddText(command, "--catalogue", catalogue.file, "the catalogue", "FILE");
+  AddText(command, "--application", catalogue.application, "the application whose catalogue it is", "NAME");
+}
+
+void AddRecordOptions(CLI::App &command, RecordOptions &record) {
+  AddText(command, "--xsl", record.stylesheet, "the stylesheet, kept as written: relative to the input", "FILE");
+  command.add_flag("--use-pi", record.usesInstruction, "take the stylesheet that each input names");
+  AddText(command, "--processor", record.processor, "the processor", "NAME");
+  AddRepeatable(command, "-p,--param", record.parameters, "a stylesheet parameter", "NAME=EXPRESSION");
+  AddText(command, "--output", record.output, "donotsave, prompt, dirpath or samelocation", "WHERE");
+  AddText(command, "--folder", record.folder, "the output folder (means --output dirpath)", "DIR");
+  AddText(command, "--suffix", record.suffix, "added to the input's name (means --output samelocation)", "TEXT");
+  AddText(command, "--open-output", record.openOutput, "none, vellis (in the host) or default (its program)", "HOW");
+}
+
+void AddRun(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
+  RunOptions &run = parsed->run;
+  CLI::App &command = AddCommand(app, parsed, "run", "transform files and folders",
+                                 [](Environment environment, const Parsed &all) { return Run(environment, all.run); });
+  command.add_option("INPUT", run.inputs, "files, and folders whose files are taken")->type_name("PATH");
+  AddText(command, "--transformation", run.transformation, "a transformation of a catalogue", "NAME");
+  AddCatalogueOptions(command, run.catalogue);
+  AddText(command, "--xsl", run.stylesheet, "a stylesheet", "FILE");
+  command.add_flag("--use-pi", run.usesInstruction, "the stylesheet that each input names");
+  AddText(command, "--processor", run.processor, "the processor; the first configured one without it", "NAME");
+  AddRepeatable(command, "-p,--param", run.parameters, "a stylesheet parameter", "NAME=EXPRESSION");
+  AddText(command, "-o", run.output, "a file for one input; a folder (existing, or ending in /) for several", "PATH");
+  AddText(command, "--extension", run.extension, "of the outputs in a folder, in place of the inputs' own", "EXT");
+  command.add_flag("--recursive,-r", run.isRecursive, "take the files in folders of folders too");
+  command.add_flag("--components", run.takesComponents, "take the components of books and DITA maps behind them");
+  AddRepeatable(command, "--match", run.patterns, "take only files of such names from folders", "PATTERN");
+  command.add_flag("--dry-run", run.isDryRun, "print what would be read, applied and written; start nothing");
+  AddDocumentOptions(command, parsed->session);
+}
+
+void AddRequestCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
+  CLI::App &call = AddCommand(app, parsed, "call", "send one request to a client and print the reply",
+                              [](Environment environment, const Parsed &all) { return Call(environment, all.call); });
+  call.add_option("REQUEST", parsed->call.request, "the request; - reads it from standard input, @FILE from a file")
+      ->type_name("TEXT")
+      ->required();
+  AddText(call, "--client", parsed->call.client, "XSLT, VlDispatcher or XmlUtilities", "NAME");
+  AddDocumentOptions(call, parsed->session);
+
+  CLI::App &dialog =
+      AddCommand(app, parsed, "dialog", "open one dialog of the client",
+                 [](Environment environment, const Parsed &all) { return OpenDialog(environment, all.dialog); });
+  dialog.add_option("NAME", parsed->dialog, "choose, manage, new, advanced or xsl")->type_name("TEXT")->required();
+  AddDocumentOptions(dialog, parsed->session);
+
+  AddCommand(app, parsed, "processors", "the configured processors, and whether each one loads",
+             [](Environment environment, const Parsed &) { return ListProcessors(environment); });
+  CLI::App &params = AddCommand(
+      app, parsed, "params", "the parameters that a stylesheet declares",
+      [](Environment environment, const Parsed &all) { return ListParameters(environment, all.stylesheet); });
+  params.add_option("XSL", parsed->stylesheet, "the stylesheet")->type_name("FILE")->required();
+}
+
+void AddCatalogueCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
+  RecordOptions &record = parsed->record;
+  CLI::App &list = AddCommand(
+      app, parsed, "list", "the transformations of a catalogue",
+      [](Environment environment, const Parsed &all) { return ListTransformations(environment, all.catalogue); });
+  CLI::App &add = AddCommand(app, parsed, "add", "add a transformation to a catalogue",
+                             [](Environment environment, const Parsed &all) {
+                               return AddTransformation(environment, all.catalogue, all.record);
+                             });
+  CLI::App &edit = AddCommand(app, parsed, "edit", "change a transformation; what is not named stays as it is",
+                              [](Environment environment, const Parsed &all) {
+                                return EditTransformation(environment, all.catalogue, all.record);
+                              });
+  CLI::App &remove =
+      AddCommand(app, parsed, "delete", "delete a transformation", [](Environment environment, const Parsed &all) {
+        return DeleteTransformation(environment, all.catalogue, all.record.name);
+      });
+  for (CLI::App *command : {&add, &edit, &remove})
+    command->add_option("NAME", record.name, "its name")->type_name("TEXT")->required();
+  for (CLI::App *command : {&list, &add, &edit, &remove})
+    AddCatalogueOptions(*command, parsed->catalogue);
+  AddRecordOptions(add, record);
+  AddRecordOptions(edit, record);
+  AddText(edit, "--rename", record.newName, "its new name", "TEXT");
+  AddRepeatable(edit, "--drop-param", record.droppedParameters, "a parameter to take out", "NAME");
+}
+
+} // namespace
+
+std::optional<CommandLine> ParseCommandLine(int count, char **arguments, ExitCode &code) {
+  const auto parsed = std::make_shared<Parsed>();
+  CLI::App app(about, "vlxslt");
+  app.footer(examples);
+  app.set_version_flag("--version", std::string("vlxslt ") + VLXSLT_VERSION);
+  AddText(app, "--config", parsed->session.configuration, "the configuration file", "FILE");
+  app.require_subcommand(1);
+  app.fallthrough();
+  AddRun(app, parsed);
+  AddRequestCommands(app, parsed);
+  AddCatalogueCommands(app, parsed);
+  try {
+    app.parse(count, arguments);
+  } catch (const CLI::ParseError &fault) {
+    // The library would only say that a command is missing, when it was misspelt too.
+    if (const auto unknown = app.remaining(); app.get_subcommands().empty() && !unknown.empty()) {
+      PrintError("there is no command \"" + unknown.front() + "\"; vlxslt --help lists them");
+      code = ExitCode::BadCommand;
+      return std::nullopt;
+    }
+    code = app.exit(fault) == 0 ? ExitCode::Done : ExitCode::BadCommand;
+    return std::nullopt;
+  }
+  return CommandLine{parsed->session, [parsed](Environment environment) { return parsed->command(environment); }};
+}
+
+} // namespace cli

@@ -1,0 +1,51 @@
+// What the program can do, one function per command. Each prints its results on standard output and what went wrong on
+// standard error.
+#ifndef HOST_CLI_COMMANDS_H
+#define HOST_CLI_COMMANDS_H
+
+#include "host/cli/options.h"
+#include "host/cli/transformation_record.h"
+#include "host/session.h"
+
+#include <string>
+
+namespace cli {
+
+struct Environment {
+  host::Session &session;
+  const SessionOptions &options;
+};
+
+[[nodiscard]] ExitCode Call(Environment environment, const CallOptions &options);
+// Opens one of the client's dialogs by the name that the command line has for it.
+[[nodiscard]] ExitCode OpenDialog(Environment environment, const std::string &name);
+[[nodiscard]] ExitCode Run(Environment environment, const RunOptions &options);
+[[nodiscard]] ExitCode ListTransformations(Environment environment, const CatalogueOptions &catalogue);
+[[nodiscard]] ExitCode ListParameters(Environment environment, const std::string &stylesheet);
+[[nodiscard]] ExitCode ListProcessors(Environment environment);
+[[nodiscard]] ExitCode AddTransformation(Environment environment, const CatalogueOptions &catalogue,
+                                         const RecordOptions &record);
+[[nodiscard]] ExitCode EditTransformation(Environment environment, const CatalogueOptions &catalogue,
+                                          const RecordOptions &record);
+[[nodiscard]] ExitCode DeleteTransformation(Environment environment, const CatalogueOptions &catalogue,
+                                            const std::string &name);
+
+// Shared by the commands. -----------------------------------------------------------------------------------------
+
+// "vlxslt: ..." on standard error.
+void PrintError(const std::string &text);
+// Prints the error and says that the command line is at fault.
+[[nodiscard]] ExitCode Refuse(const std::string &text);
+// How a served request ends the program; prints the reply first when JSON is wanted.
+[[nodiscard]] ExitCode Finish(Environment environment, const host::ClientReply &reply);
+// An absolute path for one on the command line; a path variable or a file URL is understood too.
+[[nodiscard]] std::string ReadPath(Environment environment, const std::string &text);
+// The absolute path of the catalogue; empty and an error text when there is none.
+[[nodiscard]] std::string FindCatalogue(Environment environment, const CatalogueOptions &catalogue, std::string &error);
+// False and an error text when the catalogue has no such transformation.
+[[nodiscard]] bool FindRecord(Environment environment, const std::string &catalogue, const std::string &name,
+                              TransformationRecord &record, std::string &error);
+
+} // namespace cli
+
+#endif

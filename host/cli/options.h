@@ -1,0 +1,77 @@
+// The command line as values, one struct per command, and how the program ends.
+#ifndef HOST_CLI_OPTIONS_H
+#define HOST_CLI_OPTIONS_H
+
+#include "host/terminal_front.h"
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+enum class ExitCode : int { Done = 0, Failed = 1, BadCommand = 2, ScriptMisfit = 3, Cancelled = 130 };
+
+// What every command that sends a request understands.
+struct SessionOptions {
+  std::string configuration;
+  std::vector<std::string> open;
+  std::vector<std::string> active;
+  std::vector<std::string> book;
+  std::vector<std::string> modified;
+  bool agreesToAll = false;
+  bool declinesAll = false;
+  std::string script; // plays the person
+  bool printsJson = false;
+
+  [[nodiscard]] host::Answers Answers() const {
+    if (agreesToAll)
+      return host::Answers::ConfirmAll;
+    return declinesAll ? host::Answers::Decline : host::Answers::AskPerson;
+  }
+};
+
+struct CallOptions {
+  std::string request;
+  std::string client = "XSLT";
+};
+
+// A catalogue by its file, or by the application that it belongs to.
+struct CatalogueOptions {
+  std::string file;
+  std::string application;
+};
+
+struct RunOptions {
+  std::vector<std::string> inputs;
+  std::vector<std::string> patterns; // of file names in folders; none takes every file
+  std::string transformation;
+  CatalogueOptions catalogue;
+  std::string stylesheet;
+  bool usesInstruction = false;
+  std::string processor;
+  std::vector<std::string> parameters; // NAME=EXPRESSION
+  bool isRecursive = false;
+  bool takesComponents = false;
+  bool isDryRun = false;
+  std::string output;
+  std::string extension;
+};
+
+// The fields of `add` and `edit`; for `edit` an empty one means "as it is".
+struct RecordOptions {
+  std::string name;
+  std::string newName;
+  std::string stylesheet;
+  bool usesInstruction = false;
+  std::string processor;
+  std::vector<std::string> parameters;
+  std::vector<std::string> droppedParameters;
+  std::string output;
+  std::string folder;
+  std::string suffix;
+  std::string openOutput;
+};
+
+} // namespace cli
+
+#endif

@@ -1,0 +1,100 @@
+#include "host/cli/printing.h"
+
+#include "kit/values.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <span>
+
+namespace cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::span<const V_TypedValT> Values(const V_TypedValsT &values) { return {values.val, values.len}; }
+
+void AppendLine(std::string &text, int depth, std::string_view line) {
+  text.append(static_cast<size_t>(depth) * 2, ' ').append(line);
+  if (!line.ends_with('\n'))
+    text += '\n';
+}
+
+void AppendReply(std::string &text, const V_TypedValsT &reply, int depth) {
+  for (const V_TypedValT &value : Values(reply)) {
+    switch (value.kind) {
+    case V_KIND_INTEGER:
+      AppendLine(text, depth, std::to_string(value.u.integer));
+      break;
+    case V_KIND_STRING:
+      AppendLine(text, depth, value.u.string ? value.u.string : "");
+      break;
+    case V_KIND_STRINGS:
+      for (const std::string &item : kit::ReadStrings(value.u.strings))
+        AppendLine(text, depth, item);
+      break;
+    case V_KIND_TYPED_VALUES:
+      AppendReply(text, value.u.values, depth + 1);
+      break;
+    default:
+      break;
+    }
+  }
+}
+
+Json ToJson(const V_TypedValsT &reply) {
+  Json list = Json::array();
+  for (const V_TypedValT &value : Values(reply)) {
+    Json content;
+    if (value.kind == V_KIND_INTEGER)
+      content = value.u.integer;
+    else if (value.kind == V_KIND_STRING)
+      content = value.u.string ? value.u.string : "";
+    else if (value.kind == V_KIND_STRINGS)
+      content = kit::ReadStrings(value.u.strings);
+    else if (value.kind == V_KIND_TYPED_VALUES)
+      content = ToJson(value.u.values);
+    list.push_back({{"kind", value.kind}, {"value", std::move(content)}});
+  }
+  return list;
+}
+
+} // namespace
+
+std::string FormatReply(const V_TypedValsT &reply) {
+  std::string text;
+  AppendReply(text, reply, 0);
+  return text;
+}
+
+std::string FormatJson(const V_TypedValsT &reply, const host::SessionRecord &record) {
+  Json asked = Json::array();
+  for (const host::AskedQuestion &question : record.asked)
+    asked.push_back({{"kind", question.kind}, {"text", question.text}, {"answer", question.answer}});
+  Json object;
+  object["reply"] = ToJson(reply);
+  object["opened"] = record.opened;
+  object["launched"] = record.launched;
+  object["asked"] = std::move(asked);
+  object["console"] = record.console;
+  // A path need not be UTF-8; the object must be.
+  return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string FormatFields(const std::vector<std::string> &fields) {
+  std::string line;
+  for (const std::string &field : fields)
+    line.append(line.empty() && &field == &fields.front() ? "" : "\t").append(field);
+  return line + "\n";
+}
+
+bool Print(const std::string &text) {
+  const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+  if (!isWritten)
+    std::perror("vlxslt: cannot write to standard output");
+  return isWritten;
+}
+
+} // namespace cli

@@ -1,0 +1,145 @@
+#include "host/cli/commands.h"
+
+#include "host/cancellation.h"
+#include "host/cli/printing.h"
+#include "host/request_builder.h"
+#include "kit/paths.h"
+#include "kit/text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+namespace cli {
+
+namespace {
+
+struct RequestText {
+  std::string text;
+  std::string error;
+};
+
+// A request that is too long for a command line comes from a file or through a pipe; the line end that an editor puts
+// behind it does not belong to it.
+RequestText ReadRequest(const std::string &argument) {
+  RequestText request;
+  if (argument == "-") {
+    request.text.assign(std::istreambuf_iterator<char>(std::cin), {});
+  } else if (argument.starts_with('@')) {
+    const std::string path = argument.substr(1);
+    std::ifstream file(path, std::ios::binary);
+    if (!kit::IsFile(path) || !file)
+      request.error = "there is no request file " + path;
+    request.text.assign(std::istreambuf_iterator<char>(file), {});
+  } else {
+    request.text = argument;
+    return request;
+  }
+  while (!request.text.empty() && (request.text.back() == '\n' || request.text.back() == '\r'))
+    request.text.pop_back();
+  if (request.text.find('\0') != std::string::npos)
+    request.error = "a request is text; this one holds a zero byte";
+  return request;
+}
+
+ExitCode SendAndPrint(Environment environment, const std::string &client, const std::string &request) {
+  const host::ClientReply reply = environment.session.Send(client, request);
+  const ExitCode code = Finish(environment, reply);
+  if (!reply.error.empty() || environment.options.printsJson)
+    return code;
+  return Print(FormatReply(reply.values.Get())) ? code : ExitCode::Failed;
+}
+
+struct DialogName {
+  std::string_view name;
+  std::string_view request;
+  bool hasItems; // else the host's file chooser is all there is
+};
+constexpr std::array dialogNames = {
+    DialogName{"choose", "XSLTChooseTranDlg ", true}, DialogName{"manage", "XSLTManageTranDlg ", true},
+    DialogName{"new", "NewTransformationDlg ", true}, DialogName{"advanced", "XSLTAdvanceRunDlg ", true},
+    DialogName{"xsl", "XSLTChooseXSLDlg ", false},
+};
+
+std::vector<std::string> ReadTexts(const V_TypedValT &value) {
+  std::vector<std::string> texts;
+  if (value.kind == V_KIND_STRINGS)
+    return kit::ReadStrings(value.u.strings);
+  if (value.kind == V_KIND_TYPED_VALUES)
+    for (uint32_t index = 0; index < value.u.values.len; ++index) {
+      const V_TypedValT &each = value.u.values.val[index];
+      texts.emplace_back(each.kind == V_KIND_STRING && each.u.string ? each.u.string : "");
+    }
+  return texts;
+}
+
+} // namespace
+
+void PrintError(const std::string &text) { std::fputs(("vlxslt: " + text + "\n").c_str(), stderr); }
+
+ExitCode Refuse(const std::string &text) {
+  PrintError(text);
+  return ExitCode::BadCommand;
+}
+
+ExitCode Finish(Environment environment, const host::ClientReply &reply) {
+  if (!reply.error.empty())
+    return Refuse(reply.error);
+  if (environment.options.printsJson && !Print(FormatJson(reply.values.Get(), environment.session.Record())))
+    return ExitCode::Failed;
+  if (host::IsInterrupted())
+    return ExitCode::Cancelled;
+  if (reply.status == V_ERROR_BAD_REQUEST)
+    return ExitCode::BadCommand;
+  return reply.status == V_ERROR_NONE ? ExitCode::Done : ExitCode::Failed;
+}
+
+std::string ReadPath(Environment environment, const std::string &text) {
+  if (text.starts_with('$'))
+    return host::ExpandStoredPath(environment.session.Settings(), text);
+  return kit::AbsolutePath(kit::UrlToPath(text));
+}
+
+ExitCode Call(Environment environment, const CallOptions &options) {
+  const RequestText request = ReadRequest(options.request);
+  if (!request.error.empty())
+    return Refuse(request.error);
+  return SendAndPrint(environment, options.client, request.text);
+}
+
+ExitCode OpenDialog(Environment environment, const std::string &name) {
+  const auto *dialog = std::ranges::find(dialogNames, name, &DialogName::name);
+  if (dialog == dialogNames.end())
+    return Refuse("there is no dialog \"" + name + "\"; the dialogs are choose, manage, new, advanced and xsl");
+  if (dialog->hasItems && environment.options.script.empty())
+    return Refuse("a terminal cannot show the dialog \"" + name + "\"; --script FILE plays it");
+  return SendAndPrint(environment, "XSLT", std::string(dialog->request));
+}
+
+ExitCode ListProcessors(Environment environment) {
+  const host::ClientReply reply = environment.session.Send("XSLT", "VlxsltProcessors");
+  ExitCode code = Finish(environment, reply);
+  if (code == ExitCode::BadCommand)
+    return code;
+  if (reply.values.Size() == 0)
+    PrintError("no processors are configured; add [[processor]] to the configuration");
+  std::string text;
+  for (uint32_t index = 0; index < reply.values.Size(); ++index) {
+    std::vector<std::string> fields = ReadTexts(reply.values.Get().val[index]);
+    fields.resize(7);
+    const auto &[name, path, className, implementation, version, location, error] =
+        std::tie(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5], fields[6]);
+    if (error.empty())
+      text += FormatFields({name, className, implementation, version, location});
+    else
+      text += FormatFields({name, className, "cannot be loaded: " + error, "", path});
+    if (!error.empty())
+      code = ExitCode::Failed;
+  }
+  return environment.options.printsJson || Print(text) ? code : ExitCode::Failed;
+}
+
+} // namespace cli

@@ -1,0 +1,56 @@
+#include "kit/byte_cursor.h"
+
+#include <unicode/unistr.h>
+
+namespace kit {
+
+uint8_t ByteCursor::Byte() {
+  const Bytes one = Take(1);
+  return one.empty() ? uint8_t{0} : std::to_integer<uint8_t>(one[0]);
+}
+
+uint16_t ByteCursor::Word() {
+  const Bytes pair = Take(2);
+  return pair.empty()
+             ? uint16_t{0}
+             : static_cast<uint16_t>(std::to_integer<unsigned>(pair[0]) | std::to_integer<unsigned>(pair[1]) << 8);
+}
+
+uint32_t ByteCursor::DoubleWord() {
+  const uint32_t low = Word();
+  return low | static_cast<uint32_t>(Word()) << 16;
+}
+
+std::string ByteCursor::WideText(uint16_t first) {
+  std::u16string text;
+  for (uint16_t unit = first; unit != 0; unit = Word())
+    text += static_cast<char16_t>(unit);
+  return WideToUtf8(text);
+}
+
+std::string ByteCursor::NarrowText() {
+  std::string text;
+  for (uint8_t byte = Byte(); byte != 0; byte = Byte())
+    text += static_cast<char>(byte);
+  return text;
+}
+
+ByteCursor::Bytes ByteCursor::Take(size_t count) {
+  if (count > bytes.size() - at) {
+    good = false;
+    at = bytes.size();
+    return {};
+  }
+  at += count;
+  return bytes.subspan(at - count, count);
+}
+
+void ByteCursor::AlignTo(size_t step) { Take((step - at % step) % step); }
+
+std::string WideToUtf8(const std::u16string &text) {
+  std::string utf8;
+  icu::UnicodeString(text.data(), static_cast<int32_t>(text.size())).toUTF8String(utf8);
+  return utf8;
+}
+
+} // namespace kit

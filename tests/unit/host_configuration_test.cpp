@@ -1,0 +1,146 @@
+// The configuration file: what it may hold, how faults are told, and which applications its rules find.
+#include "host/applications.h"
+#include "host/configuration.h"
+#include "tests/unit/host_files.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+const host::Installation installation = {"/opt/vlxslt/lib", "/opt/vlxslt/share/"};
+
+TEST(Configuration, ReadsEveryKeyAndTakesPathsFromItsOwnFolder) {
+  const test::Folder folder;
+  folder.Write("conf/jars/b.jar", "");
+  folder.Write("conf/jars/a.jar", "");
+  folder.Write("conf/jars/readme.txt", "");
+  const std::string file = folder.Write("conf/vlxslt.toml", R"(
+product = "Publisher"
+install_dir = "../home"
+structure_dir = "structure/"
+default_catalogue = '..\default.xml'
+temp_dir = "/var/tmp/x"
+catalogs = ["catalog.xml", "file:///etc/xml/catalog"]
+java_home = "jdk"
+java_options = ["-Xmx2g", "-Dx=y z"]
+[[processor]]
+name = "One"
+class_path = "jars/*;/abs/c.jar;;classes"
+class_name = "x.Factory"
+[[processor]]
+name = "Bare"
+class_name = "y.Factory"
+[[application]]
+name = "DITA"
+catalogue = '$structdir\dita\Transformations.xml'
+root = ["topic"]
+public_id = ["-//OASIS//DTD DITA*"]
+namespace = ["urn:x"]
+file = ["*.dita"]
+)");
+  const host::ConfigurationResult read = host::ReadConfiguration(file, installation);
+  EXPECT_EQ(read.problems, Names());
+  const host::Configuration &made = read.configuration;
+  EXPECT_EQ(made.product, "Publisher");
+  EXPECT_EQ(made.installFolder, folder.Path("home/"));
+  EXPECT_EQ(made.structureFolder, folder.Path("conf/structure"));
+  EXPECT_EQ(made.defaultCatalogue, folder.Path("default.xml"));
+  EXPECT_EQ(made.tempFolder, "/var/tmp/x");
+  EXPECT_EQ(made.catalogs, (Names{folder.Path("conf/catalog.xml"), "file:///etc/xml/catalog"}));
+  EXPECT_EQ(made.javaHome, folder.Path("conf/jdk"));
+  EXPECT_EQ(made.javaOptions, (Names{"-Xmx2g", "-Dx=y z"}));
+  ASSERT_EQ(made.processors.size(), 2U);
+  EXPECT_EQ(made.processors[0].classPath, folder.Path("conf/jars/a.jar") + ";" + folder.Path("conf/jars/b.jar") +
+                                              ";/abs/c.jar;" + folder.Path("conf/classes"));
+  EXPECT_EQ(made.processors[1].classPath, "");
+  ASSERT_EQ(made.applications.size(), 1U);
+  EXPECT_EQ(made.applications[0].catalogue, "$structdir\\dita\\Transformations.xml");
+  EXPECT_EQ(host::ExpandStoredPath(made, made.applications[0].catalogue),
+            folder.Path("conf/structure/dita/Transformations.xml"));
+  EXPECT_EQ(host::ExpandStoredPath(made, "$VLHOME/a/../b.xsl"), folder.Path("home/b.xsl"));
+  EXPECT_EQ(host::ExpandStoredPath(made, "x.xsl", "/docs/in.xml"), "/docs/x.xsl");
+  EXPECT_EQ(host::ExpandStoredPath(made, "file:///a%20b/x.xsl"), "/a b/x.xsl");
+}
+
+TEST(Configuration, TellsEveryFaultWithItsPlaceAndWhatWasMeant) {
+  struct Case {
+    const char *text;
+    Names problems; // behind the file's name
+  };
+  const Case cases[] = {
+      {"product = \"x\"\ncatalog = []\n", {":2:1: unknown key \"catalog\"; did you mean \"catalogs\"?"}},
+      {"quite_different = 1\n", {":1:1: unknown key \"quite_different\""}},
+      {"product = 3\n", {":1:11: \"product\" must be text, not a number"}},
+      {"java_options = \"-Xmx1g\"\n", {":1:16: \"java_options\" must be a list of texts, not text"}},
+      {"catalogs = [\"a\", true]\n", {":1:18: \"catalogs\" must be text, not true or false"}},
+      {"[processor]\nname = \"x\"\n", {":1:1: \"processor\" must be written as [[processor]], not as a table"}},
+      {"[[processor]]\nclas_name = \"x\"\nname = \"y\"\n",
+       {":1:1: [[processor]] needs the key \"class_name\"",
+        ":2:1: unknown key \"clas_name\"; did you mean \"class_name\"?"}},
+      {"[[application]]\nname = \"x\"\nroots = []\n", {":3:1: unknown key \"roots\"; did you mean \"root\"?"}},
+  };
+  const test::Folder folder;
+  for (const Case &each : cases) {
+    const std::string file = folder.Write("c.toml", each.text);
+    Names expected;
+    for (const std::string &problem : each.problems)
+      expected.push_back(file + problem);
+    EXPECT_EQ(host::ReadConfiguration(file, installation).problems, expected) << each.text;
+  }
+  // A file that was cut short: the parser's own words, with the line that it stopped at.
+  for (const auto &[cut, line] : {std::pair{"product = \"Vel", ":1:"}, std::pair{"product", ":1:"},
+                                  std::pair{"product = \"x\"\ncatalogs = [\"a\",\n", ":2:"}}) {
+    const std::string file = folder.Write("cut.toml", cut);
+    const Names problems = host::ReadConfiguration(file, installation).problems;
+    ASSERT_EQ(problems.size(), 1U) << cut;
+    EXPECT_TRUE(problems.front().starts_with(file + line)) << problems.front();
+  }
+  EXPECT_EQ(host::ReadConfiguration(folder.Path("none.toml"), installation).problems.size(), 1U);
+  EXPECT_EQ(host::ReadConfiguration(folder.Path(""), installation).problems.size(), 1U);
+}
+
+TEST(Configuration, HasDefaultsForAnInstallationWithoutOne) {
+  const host::ConfigurationResult read = host::ReadConfiguration("", installation);
+  EXPECT_EQ(read.problems, Names());
+  EXPECT_EQ(read.configuration.product, "Vellis");
+  EXPECT_EQ(read.configuration.installFolder, "/opt/vlxslt/share/");
+  EXPECT_EQ(read.configuration.structureFolder, "/opt/vlxslt/share/structure");
+}
+
+TEST(Applications, AssociateAFileByAnyRuleThatMatches) {
+  host::Configuration configuration;
+  configuration.applications = {
+      {.name = "Root", .roots = {"topic", "concept"}},
+      {.name = "Public", .publicIds = {"-//OASIS//DTD DITA*"}},
+      {.name = "Space", .namespaces = {"http://docbook.org/ns/*"}},
+      {.name = "Name", .files = {"*.dita", "report-?.xml"}},
+      {.name = "Nothing"},
+  };
+  struct Case {
+    const char *name;
+    const char *content;
+    Names applications;
+  };
+  const Case cases[] = {
+      {"a.xml", "<?xml version='1.0'?>\n<!-- c --><topic id='a'/>", {"Root"}},
+      {"b.xml",
+       "<!DOCTYPE concept PUBLIC \"-//OASIS//DTD DITA Concept//EN\" \"no.dtd\"><concept/>",
+       {"Root", "Public"}},
+      {"c.xml", "<d:book xmlns:d='http://docbook.org/ns/docbook'/>", {"Space"}},
+      {"d.dita", "<topic>", {"Root", "Name"}},
+      {"report-1.xml", "no XML at all", {"Name"}},
+      {"report-12.xml", "<x/>", {}},
+      {"e.xml", "<x:topic xmlns:x='urn:other'/>", {"Root"}},
+      {"f.xml", "", {}},
+      {"g.xml", "<!DOCTYPE x PUBLIC \"-//Other//EN\" \"\"><x/>", {}},
+  };
+  const test::Folder folder;
+  for (const Case &each : cases)
+    EXPECT_EQ(host::FindApplications(configuration, folder.Write(each.name, each.content)), each.applications)
+        << each.name;
+  EXPECT_EQ(host::FindApplications(configuration, folder.Path("missing.dita")), Names{"Name"});
+}
+
+} // namespace

@@ -1,0 +1,1 @@
+vlxslt_add_unit_test(kit_test SOURCES kit_test.cpp)
