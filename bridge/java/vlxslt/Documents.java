@@ -68,6 +68,8 @@ final class Documents {
           ? EntityResolution.open(address, input.getPublicId()) : input;
       try {
         parser.parse(opened, resolution).forEach(onRead);
+      } catch (IOException e) {
+        diagnostics.fatalError(settings.locate(e, address));
       } finally {
         if (opened.getByteStream() != null)
           opened.getByteStream().close();

@@ -1,5 +1,6 @@
 package vlxslt;
 
+import java.io.IOException;
 import java.net.MalformedURLException;
 import java.net.URL;
 import java.net.URLClassLoader;
@@ -18,6 +19,7 @@ import javax.xml.transform.TransformerFactory;
 import javax.xml.transform.TransformerFactoryConfigurationError;
 import javax.xml.transform.sax.SAXSource;
 import javax.xml.transform.stream.StreamResult;
+import org.xml.sax.SAXParseException;
 
 /** The one object that the native side drives. Results are 1 for success; why not is told to the handler. */
 public final class VLXSLTJavaLayer {
@@ -115,11 +117,12 @@ public final class VLXSLTJavaLayer {
       Diagnostics diagnostics) throws Exception {
     Path target = Path.of(output);
     if (Files.exists(target) && Files.exists(Path.of(xml)) && Files.isSameFile(target, Path.of(xml)))
-      throw new java.io.IOException("The output is the input itself: " + output);
+      throw new IOException("The output is the input itself: " + output);
     String input = Addresses.ofPath(xml);
     Templates templates = compile(input, xsl, diagnostics);
     try (Outputs outputs = new Outputs(target)) {
       String address = Addresses.ofPath(output);
+      diagnostics.setSubject(input);
       Transformer transformer = templates.newTransformer();
       transformer.setURIResolver(documents.uriResolver(diagnostics, read -> {}));
       current.family().connect(transformer, address, outputs, diagnostics);
@@ -127,6 +130,7 @@ public final class VLXSLTJavaLayer {
       StreamResult result = new StreamResult(outputs.principal());
       result.setSystemId(address);
       transformer.transform(documents.source(input, diagnostics, read -> {}), result);
+      diagnostics.failOn(Diagnostics.Level.FATAL);
       outputs.commit();
     }
   }
@@ -138,8 +142,8 @@ public final class VLXSLTJavaLayer {
     } else {
       String href = StylesheetInstruction.find(documents.source(input, diagnostics, read -> {}));
       if (href == null)
-        throw new java.io.IOException(
-            "No stylesheet: " + Addresses.shown(input) + " has no xml-stylesheet processing instruction for XSLT.");
+        throw new SAXParseException(
+            "No stylesheet: the input has no xml-stylesheet processing instruction for XSLT.", null, input, -1, -1);
       if (href.startsWith("#"))
         return compileEmbedded(input, diagnostics);
       address = documents.resolution().resolve(null, null, input, href.replace('\\', '/'));
