@@ -36,7 +36,11 @@ XALAN = Processor(
 )
 JDK_FACTORY = "com.sun.org.apache.xalan.internal.xsltc.trax.TransformerFactoryImpl"
 # The JDK has no command line of its own any more; Xalan's drives any factory.
-JDK = Processor("JDK", XALAN.jars, JDK_FACTORY, [f"-Djavax.xml.transform.TransformerFactory={JDK_FACTORY}"], False)
+# It refuses stylesheets of this size unless told otherwise.
+JDK_LIMITS = ["-Djdk.xml.xpathExprOpLimit=0", "-Djdk.xml.xpathTotalOpLimit=0"]
+JDK = Processor(
+    "JDK", XALAN.jars, JDK_FACTORY, [f"-Djavax.xml.transform.TransformerFactory={JDK_FACTORY}", *JDK_LIMITS], False
+)
 ALL = [SAXON_12, SAXON_9, XALAN, JDK]
 
 
@@ -79,7 +83,9 @@ def write_keys(path: Path) -> str:
 
 
 def write_configuration(path: Path, processors: list[Processor]) -> None:
-    lines = [f'java_home = "{find_java_home()}"', f'catalogs = ["{CATALOG}"]']
+    limits = JDK_LIMITS if JDK in processors else []
+    lines = [f"java_options = {limits}"]
+    lines += [f'java_home = "{find_java_home()}"', f'catalogs = ["{CATALOG}"]']
     for processor in processors:
         jars = [] if processor.factory == JDK_FACTORY else processor.jars
         class_path = ";".join(map(str, jars))
