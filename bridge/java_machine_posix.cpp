@@ -45,6 +45,13 @@ void JNICALL RefuseExit(jint) {
     pause();
 }
 
+// The way out of a machine that cannot be created. A crash later on is left to take its course: nothing that runs on
+// after it could be trusted.
+void JNICALL RefuseAbort() {
+  if (TheCreation().isListening)
+    RefuseExit(1);
+}
+
 constexpr std::array ownOptions = {
     "-Xrs", // Ctrl-C belongs to the host
     "-Xshare:auto",
@@ -118,7 +125,8 @@ std::unique_ptr<JavaMachine> JavaMachine::Create(const MachineSetup &setup, std:
   if (const std::string option = made->archive.Option(); !option.empty())
     options.insert(options.begin(), option);
 
-  std::vector<JavaVMOption> given = {Hook("vfprintf", ListenToMachine), Hook("exit", RefuseExit)};
+  std::vector<JavaVMOption> given = {Hook("vfprintf", ListenToMachine), Hook("exit", RefuseExit),
+                                     Hook("abort", RefuseAbort)};
   for (std::string &option : options)
     given.push_back({option.data(), nullptr});
   JavaVMInitArgs arguments{JNI_VERSION_10, static_cast<jint>(given.size()), given.data(), JNI_FALSE};
