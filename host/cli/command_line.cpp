@@ -18,9 +18,11 @@ constexpr const char *examples = R"(Examples:
   vlxslt run guide.ditamap --components --xsl topic.xsl -o out/ --extension html
   vlxslt run report.xml --transformation HTML --application DocBook
   vlxslt list --application DocBook
+  vlxslt dialog manage --script answers.txt
   vlxslt call 'XSLTGetTrScenario -trfile "/data/Transformations.xml"' --json
 
-Exit codes: 0 done; 1 the run failed; 2 bad command line, configuration or request; 130 cancelled.)";
+Exit codes: 0 done; 1 the run failed; 2 bad command line, configuration or request;
+3 a script did not fit what was asked; 130 cancelled.)";
 
 // Everything that the options are stored in while the line is read; commands keep it alive.
 struct Parsed {
@@ -30,6 +32,7 @@ struct Parsed {
   CatalogueOptions catalogue;
   RecordOptions record;
   std::string stylesheet;
+  std::string dialog;
   std::function<ExitCode(Environment)> command;
 };
 
@@ -66,6 +69,7 @@ void AddDocumentOptions(CLI::App &command, SessionOptions &session) {
   AddRepeatable(command, "--active", session.active, "open it and make it the active document", "FILE");
   AddRepeatable(command, "--book", session.book, "open it and make it the active book", "FILE");
   AddRepeatable(command, "--modified", session.modified, "open it with unsaved changes", "FILE");
+  AddText(command, "--script", session.script, "a script that answers questions and works dialogs", "FILE");
 }
 
 void AddCatalogueOptions(CLI::App &command, CatalogueOptions &catalogue) {
@@ -112,6 +116,12 @@ void AddRequestCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
       ->required();
   AddText(call, "--client", parsed->call.client, "XSLT, VlDispatcher or XmlUtilities", "NAME");
   AddDocumentOptions(call, parsed->session);
+
+  CLI::App &dialog =
+      AddCommand(app, parsed, "dialog", "open one dialog of the client",
+                 [](Environment environment, const Parsed &all) { return OpenDialog(environment, all.dialog); });
+  dialog.add_option("NAME", parsed->dialog, "choose, manage, new, advanced or xsl")->type_name("TEXT")->required();
+  AddDocumentOptions(dialog, parsed->session);
 
   AddCommand(app, parsed, "processors", "the configured processors, and whether each one loads",
              [](Environment environment, const Parsed &) { return ListProcessors(environment); });

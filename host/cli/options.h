@@ -20,6 +20,7 @@ struct SessionOptions {
   std::vector<std::string> modified;
   bool agreesToAll = false;
   bool declinesAll = false;
+  std::string script; // plays the person
   bool printsJson = false;
 
   [[nodiscard]] host::Answers Answers() const {
