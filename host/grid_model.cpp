@@ -16,6 +16,11 @@ bool GridModel::HasPlace(GridSelection place) const {
   return row && place.cell >= -1 && place.cell < static_cast<int32_t>(row->values.size());
 }
 
+int32_t GridModel::CellCount(int32_t row) const {
+  const GridRow *found = FindRow(row);
+  return found ? static_cast<int32_t>(found->values.size()) : 0;
+}
+
 std::string GridModel::Shown(int32_t row, int32_t cell) const {
   if (cell < 0 || !HasPlace({row, cell}))
     return {};

@@ -32,6 +32,7 @@ public:
   [[nodiscard]] const std::string &Header() const { return header; }
   [[nodiscard]] const std::vector<GridRow> &Rows() const { return rows; }
   [[nodiscard]] GridSelection Selection() const { return selection; }
+  [[nodiscard]] int32_t CellCount(int32_t row) const;
   // What the cell shows: its value, or the text for no value. Empty when there is no such cell.
   [[nodiscard]] std::string Shown(int32_t row, int32_t cell) const;
 

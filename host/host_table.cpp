@@ -49,6 +49,10 @@ V_ObjectT GetObject(void *host, V_ObjectT object, int32_t property) noexcept {
 V_StringsT GetStrings(void *host, V_ObjectT object, int32_t property) noexcept {
   return Guarded([&] { return kit::MakeStrings(At(host).GetStrings(object, property)); });
 }
+void SetStrings(void *host, V_ObjectT object, int32_t property, const V_StringsT *value) noexcept {
+  Guarded(
+      [&] { At(host).SetStrings(object, property, value ? kit::ReadStrings(*value) : std::vector<std::string>()); });
+}
 V_TypedValsT GetTypedVals(void *host, V_ObjectT object, int32_t property) noexcept {
   return Guarded([&] { return At(host).GetTypedVals(object, property).Release(); });
 }
@@ -105,6 +109,61 @@ int32_t NextComponent(void *, V_WalkT *walk, char **path) noexcept {
 }
 void EndWalk(void *, V_WalkT *walk) noexcept { delete walk; }
 
+V_ObjectT OpenDialog(void *host, const char *name) noexcept {
+  return Guarded([&] { return At(host).OpenDialog(Text(name)); });
+}
+V_ObjectT DialogItemOf(void *host, V_ObjectT dialog, int32_t item) noexcept {
+  return Guarded([&] { return At(host).Dialogs().Item(dialog, item); });
+}
+void RunDialog(void *host, int32_t number, V_ObjectT dialog) noexcept {
+  Guarded([&] { At(host).RunDialog(number, dialog); });
+}
+void KeepDialogUp(void *host, V_ObjectT dialog) noexcept {
+  Guarded([&] { At(host).Dialogs().KeepUp(dialog); });
+}
+
+V_ObjectT MakeGrid(void *host, V_ObjectT dialog, int32_t item, int32_t frameItem, const char *header,
+                   const char *noValueText) noexcept {
+  return Guarded(
+      [&] { return At(host).Dialogs().MakeGrid(dialog, item, frameItem, GridModel(Text(header), Text(noValueText))); });
+}
+// What `body` makes of the grid, or `otherwise` when there is no such grid.
+template <class Result, class Body> Result WithGrid(void *host, V_ObjectT grid, Result otherwise, Body body) noexcept {
+  return Guarded([&] {
+    GridModel *model = At(host).Dialogs().FindGrid(grid);
+    return model ? body(*model) : otherwise;
+  });
+}
+int32_t GridAddRow(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values,
+                   int32_t options) noexcept {
+  return WithGrid(host, grid, -1, [&](GridModel &model) {
+    const bool canEditFirst = (options & V_GRID_FIRST_CELL_EDITABLE) != 0;
+    return titles && values ? model.AddRow({kit::ReadStrings(*titles), kit::ReadStrings(*values), canEditFirst}) : -1;
+  });
+}
+int32_t GridRowCount(void *host, V_ObjectT grid) noexcept {
+  return WithGrid(host, grid, 0, [](const GridModel &model) { return static_cast<int32_t>(model.Rows().size()); });
+}
+int32_t GridCellCount(void *host, V_ObjectT grid, int32_t row) noexcept {
+  return WithGrid(host, grid, 0, [&](const GridModel &model) { return model.CellCount(row); });
+}
+char *GridCell(void *host, V_ObjectT grid, int32_t row, int32_t cell) noexcept {
+  return WithGrid<char *>(host, grid, nullptr, [&](const GridModel &model) { return Give(model.Shown(row, cell)); });
+}
+int32_t GridSelectionOf(void *host, V_ObjectT grid, int32_t *cell) noexcept {
+  const GridSelection selection =
+      WithGrid(host, grid, GridSelection(), [](const GridModel &model) { return model.Selection(); });
+  if (cell)
+    *cell = selection.cell;
+  return selection.row;
+}
+void GridSelect(void *host, V_ObjectT grid, int32_t row, int32_t cell) noexcept {
+  WithGrid(host, grid, 0, [&](GridModel &model) { return model.Select({row, cell}), 0; });
+}
+void GridDeleteRow(void *host, V_ObjectT grid, int32_t row) noexcept {
+  WithGrid(host, grid, 0, [&](GridModel &model) { return model.DeleteRow(row), 0; });
+}
+
 } // namespace
 
 V_HostT MakeHostTable(Session &session) {
@@ -123,6 +182,7 @@ V_HostT MakeHostTable(Session &session) {
   table.setString = SetString;
   table.getObject = GetObject;
   table.getStrings = GetStrings;
+  table.setStrings = SetStrings;
   table.getTypedVals = GetTypedVals;
   table.callClient = CallClient;
   table.returnTypedVals = ReturnTypedVals;
@@ -137,6 +197,18 @@ V_HostT MakeHostTable(Session &session) {
   table.startWalk = StartWalk;
   table.nextComponent = NextComponent;
   table.endWalk = EndWalk;
+  table.openDialog = OpenDialog;
+  table.dialogItem = DialogItemOf;
+  table.runDialog = RunDialog;
+  table.keepDialogUp = KeepDialogUp;
+  table.makeGrid = MakeGrid;
+  table.gridAddRow = GridAddRow;
+  table.gridRowCount = GridRowCount;
+  table.gridCellCount = GridCellCount;
+  table.gridCell = GridCell;
+  table.gridSelection = GridSelectionOf;
+  table.gridSelect = GridSelect;
+  table.gridDeleteRow = GridDeleteRow;
   return table;
 }
 

@@ -147,6 +147,25 @@ V_ObjectT Session::OpenOutput(const std::string &path, const std::string &asName
   return document->object;
 }
 
+V_ObjectT Session::OpenDialog(const std::string &name) {
+  if (!module)
+    return 0;
+  if (!clientResources) {
+    size_t size = 0;
+    const auto *image = static_cast<const std::byte *>(module->Resources(size));
+    clientResources = kit::Resources::Read({image, size});
+  }
+  const V_ObjectT dialog = clientResources ? dialogs.Open(name, *clientResources) : 0;
+  if (!dialog)
+    WriteConsole("The client's resources hold no dialog \"" + name + "\", or a damaged one.");
+  return dialog;
+}
+
+void Session::RunDialog(int32_t number, V_ObjectT dialog) {
+  dialogs.Run(number, dialog, front,
+              [this](int32_t dialogNumber, int32_t item) { module->SendDialogEvent(dialogNumber, item, 0); });
+}
+
 // The one place that decides what becomes of a finished output: a command line names it and starts no other program,
 // since nobody may sit in front of it.
 int32_t Session::Launch(const std::string &path) {

@@ -7,6 +7,7 @@
 #include "host/built_in_clients.h"
 #include "host/client_module.h"
 #include "host/configuration.h"
+#include "host/dialog_host.h"
 #include "host/documents.h"
 #include "host/front.h"
 #include "host/temp_folder.h"
@@ -64,6 +65,7 @@ public:
   // Nothing when the object has no such text.
   [[nodiscard]] std::optional<std::string> GetString(V_ObjectT object, int32_t property);
   void SetString(V_ObjectT object, int32_t property, const std::string &value);
+  void SetStrings(V_ObjectT object, int32_t property, std::vector<std::string> value);
   [[nodiscard]] V_ObjectT GetObject(V_ObjectT object, int32_t property);
   [[nodiscard]] std::vector<std::string> GetStrings(V_ObjectT object, int32_t property);
   [[nodiscard]] kit::TypedValues GetTypedVals(V_ObjectT object, int32_t property);
@@ -76,6 +78,9 @@ public:
   [[nodiscard]] int32_t Launch(const std::string &path);
   // Nothing when the object is neither a book nor a map.
   [[nodiscard]] std::optional<ComponentList> Walk(V_ObjectT object, int32_t options);
+  [[nodiscard]] V_ObjectT OpenDialog(const std::string &name);
+  void RunDialog(int32_t number, V_ObjectT dialog);
+  [[nodiscard]] DialogHost &Dialogs() { return dialogs; }
   [[nodiscard]] int32_t Error() const { return error; }
   void SetError(int32_t value) { error = value; }
   void RequestNotification(int32_t notification, bool on);
@@ -95,6 +100,8 @@ private:
   std::map<int32_t, int32_t> settings; // session numbers
   TempFolder tempFolder;
   SessionRecord record;
+  std::optional<kit::Resources> clientResources; // read when the client opens its first dialog
+  DialogHost dialogs;
   VlDispatcher dispatcher;
   XmlUtilities utilities;
   std::vector<kit::TypedValues> replies; // one per request being served

@@ -48,6 +48,8 @@ int32_t Find(const std::map<int32_t, int32_t> &numbers, int32_t property) {
 int32_t Session::GetInt(V_ObjectT object, int32_t property) {
   if (object == V_SESSION)
     return property == V_OP_TYPE ? static_cast<int32_t>(V_TYPE_SESSION) : Find(settings, property);
+  if (DialogHost::Owns(object))
+    return dialogs.GetInt(object, property);
   const Document *document = documents.Find(object);
   if (!document)
     return 0;
@@ -63,6 +65,8 @@ int32_t Session::GetInt(V_ObjectT object, int32_t property) {
 void Session::SetInt(V_ObjectT object, int32_t property, int32_t value) {
   if (object == V_SESSION) {
     settings[property] = value;
+  } else if (DialogHost::Owns(object)) {
+    dialogs.SetInt(object, property, value);
   } else if (Document *document = documents.Find(object)) {
     if (bool Document::*const flag = FindField(documentFlags, property))
       document->*flag = value != 0;
@@ -78,6 +82,8 @@ std::optional<std::string> Session::GetString(V_ObjectT object, int32_t property
     const auto field = FindField(sessionTexts, property);
     return field ? std::optional(configuration.*field) : std::nullopt;
   }
+  if (DialogHost::Owns(object))
+    return dialogs.GetString(object, property);
   const Document *document = documents.Find(object);
   if (document && property == V_OP_APPLICATION)
     return ApplicationOf(*document);
@@ -85,8 +91,14 @@ std::optional<std::string> Session::GetString(V_ObjectT object, int32_t property
   return document && field ? std::optional(document->*field) : std::nullopt;
 }
 
-// Names of documents are the files' names; nothing else here can be written.
-void Session::SetString(V_ObjectT, int32_t, const std::string &) {}
+// Names of documents are the files' names; only dialogs have texts that can be written.
+void Session::SetString(V_ObjectT object, int32_t property, const std::string &value) {
+  dialogs.SetString(object, property, value);
+}
+
+void Session::SetStrings(V_ObjectT object, int32_t property, std::vector<std::string> value) {
+  dialogs.SetStrings(object, property, std::move(value));
+}
 
 V_ObjectT Session::GetObject(V_ObjectT object, int32_t property) {
   if (object != V_SESSION)
@@ -105,7 +117,7 @@ V_ObjectT Session::GetObject(V_ObjectT object, int32_t property) {
 
 std::vector<std::string> Session::GetStrings(V_ObjectT object, int32_t property) {
   if (object != V_SESSION)
-    return {};
+    return dialogs.GetStrings(object, property);
   if (property == V_SP_JAVA_OPTIONS)
     return configuration.javaOptions;
   std::vector<std::string> names;

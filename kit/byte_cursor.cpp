@@ -1,6 +1,5 @@
 #include "kit/byte_cursor.h"
 
-#include <algorithm>
 #include <unicode/unistr.h>
 
 namespace kit {
@@ -46,7 +45,7 @@ ByteCursor::Bytes ByteCursor::Take(size_t count) {
   return bytes.subspan(at - count, count);
 }
 
-void ByteCursor::AlignTo(size_t step) { Take(std::min((step - at % step) % step, bytes.size() - at)); }
+void ByteCursor::AlignTo(size_t step) { Take((step - at % step) % step); }
 
 std::string WideToUtf8(const std::u16string &text) {
   std::string utf8;

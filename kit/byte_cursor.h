@@ -24,7 +24,6 @@ public:
   // Bytes up to their NUL.
   [[nodiscard]] std::string NarrowText();
   Bytes Take(size_t count);
-  // Skips padding; at the end of the bytes there may be less of it.
   void AlignTo(size_t step);
 
   [[nodiscard]] bool AtEnd() const { return at == bytes.size(); }

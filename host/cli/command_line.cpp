@@ -15,11 +15,14 @@ constexpr const char *about = "Applies XSLT stylesheets to XML: documents, books
 constexpr const char *examples = R"(Examples:
   vlxslt run article.xml --xsl html.xsl -o article.html -p toc.depth=2
   vlxslt run topics --recursive --match '*.dita' --xsl topic.xsl -o out/ --extension html
+  vlxslt run guide.ditamap --components --xsl topic.xsl -o out/ --extension html
   vlxslt run report.xml --transformation HTML --application DocBook
   vlxslt list --application DocBook
+  vlxslt dialog manage --script answers.txt
   vlxslt call 'XSLTGetTrScenario -trfile "/data/Transformations.xml"' --json
 
-Exit codes: 0 done; 1 the run failed; 2 bad command line, configuration or request; 130 cancelled.)";
+Exit codes: 0 done; 1 the run failed; 2 bad command line, configuration or request;
+3 a script did not fit what was asked; 130 cancelled.)";
 
 // Everything that the options are stored in while the line is read; commands keep it alive.
 struct Parsed {
@@ -29,6 +32,7 @@ struct Parsed {
   CatalogueOptions catalogue;
   RecordOptions record;
   std::string stylesheet;
+  std::string dialog;
   std::function<ExitCode(Environment)> command;
 };
 
@@ -65,6 +69,7 @@ void AddDocumentOptions(CLI::App &command, SessionOptions &session) {
   AddRepeatable(command, "--active", session.active, "open it and make it the active document", "FILE");
   AddRepeatable(command, "--book", session.book, "open it and make it the active book", "FILE");
   AddRepeatable(command, "--modified", session.modified, "open it with unsaved changes", "FILE");
+  AddText(command, "--script", session.script, "a script that answers questions and works dialogs", "FILE");
 }
 
 void AddCatalogueOptions(CLI::App &command, CatalogueOptions &catalogue) {
@@ -97,6 +102,7 @@ void AddRun(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
   AddText(command, "-o", run.output, "a file for one input; a folder (existing, or ending in /) for several", "PATH");
   AddText(command, "--extension", run.extension, "of the outputs in a folder, in place of the inputs' own", "EXT");
   command.add_flag("--recursive,-r", run.isRecursive, "take the files in folders of folders too");
+  command.add_flag("--components", run.takesComponents, "take the components of books and DITA maps behind them");
   AddRepeatable(command, "--match", run.patterns, "take only files of such names from folders", "PATTERN");
   command.add_flag("--dry-run", run.isDryRun, "print what would be read, applied and written; start nothing");
   AddDocumentOptions(command, parsed->session);
@@ -110,6 +116,12 @@ void AddRequestCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
       ->required();
   AddText(call, "--client", parsed->call.client, "XSLT, VlDispatcher or XmlUtilities", "NAME");
   AddDocumentOptions(call, parsed->session);
+
+  CLI::App &dialog =
+      AddCommand(app, parsed, "dialog", "open one dialog of the client",
+                 [](Environment environment, const Parsed &all) { return OpenDialog(environment, all.dialog); });
+  dialog.add_option("NAME", parsed->dialog, "choose, manage, new, advanced or xsl")->type_name("TEXT")->required();
+  AddDocumentOptions(dialog, parsed->session);
 
   AddCommand(app, parsed, "processors", "the configured processors, and whether each one loads",
              [](Environment environment, const Parsed &) { return ListProcessors(environment); });

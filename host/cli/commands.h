@@ -17,6 +17,8 @@ struct Environment {
 };
 
 [[nodiscard]] ExitCode Call(Environment environment, const CallOptions &options);
+// Opens one of the client's dialogs by the name that the command line has for it.
+[[nodiscard]] ExitCode OpenDialog(Environment environment, const std::string &name);
 [[nodiscard]] ExitCode Run(Environment environment, const RunOptions &options);
 [[nodiscard]] ExitCode ListTransformations(Environment environment, const CatalogueOptions &catalogue);
 [[nodiscard]] ExitCode ListParameters(Environment environment, const std::string &stylesheet);

@@ -4,6 +4,7 @@
 #include "host/cli/commands.h"
 #include "host/configuration.h"
 #include "host/installation.h"
+#include "host/script_front.h"
 #include "host/session.h"
 #include "host/terminal_front.h"
 
@@ -15,8 +16,15 @@ namespace cli {
 
 namespace {
 
-std::unique_ptr<host::Front> MakeFront(const SessionOptions &options) {
-  return std::make_unique<host::TerminalFront>(options.Answers());
+// A script that did not fit outweighs how the command ended: its result says nothing. Ctrl-C outweighs both.
+ExitCode EndScript(host::ScriptFront &script, ExitCode code) {
+  if (code == ExitCode::Cancelled)
+    return code;
+  script.Finish();
+  if (!script.HasFailed())
+    return code;
+  PrintError(script.Failure());
+  return ExitCode::ScriptMisfit;
 }
 
 bool OpenFiles(host::Session &session, const SessionOptions &options) {
@@ -34,6 +42,12 @@ bool OpenFiles(host::Session &session, const SessionOptions &options) {
   return true;
 }
 
+ExitCode RunCommand(const CommandLine &line, const host::Configuration &configuration,
+                    const host::Installation &installation, host::Front &front) {
+  host::Session session(configuration, installation, front);
+  return OpenFiles(session, line.session) ? line.command({session, line.session}) : ExitCode::BadCommand;
+}
+
 ExitCode RunProgram(int count, char **arguments) {
   ExitCode code = ExitCode::Done;
   const std::optional<CommandLine> line = ParseCommandLine(count, arguments, code);
@@ -41,6 +55,8 @@ ExitCode RunProgram(int count, char **arguments) {
     return code;
   if (line->session.agreesToAll && line->session.declinesAll)
     return Refuse("--yes and --no-input contradict each other");
+  if (!line->session.script.empty() && (line->session.agreesToAll || line->session.declinesAll))
+    return Refuse("--script gives all answers itself; leave out --yes and --no-input");
   const host::Installation installation = host::FindInstallation();
   const host::ConfigurationResult read =
       host::ReadConfiguration(host::FindConfigurationFile(line->session.configuration, installation), installation);
@@ -49,11 +65,12 @@ ExitCode RunProgram(int count, char **arguments) {
   if (!read.problems.empty())
     return ExitCode::BadCommand;
   host::CatchInterrupts();
-  const std::unique_ptr<host::Front> front = MakeFront(line->session);
-  host::Session session(read.configuration, installation, *front);
-  if (!OpenFiles(session, line->session))
-    return ExitCode::BadCommand;
-  return line->command({session, line->session});
+  host::TerminalFront terminal(line->session.Answers());
+  if (line->session.script.empty())
+    return RunCommand(*line, read.configuration, installation, terminal);
+  std::string problem;
+  const std::unique_ptr<host::ScriptFront> script = host::MakeScriptFront(line->session.script, terminal, problem);
+  return script ? EndScript(*script, RunCommand(*line, read.configuration, installation, *script)) : Refuse(problem);
 }
 
 } // namespace

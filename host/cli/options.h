@@ -20,6 +20,7 @@ struct SessionOptions {
   std::vector<std::string> modified;
   bool agreesToAll = false;
   bool declinesAll = false;
+  std::string script; // plays the person
   bool printsJson = false;
 
   [[nodiscard]] host::Answers Answers() const {
@@ -50,6 +51,7 @@ struct RunOptions {
   std::string processor;
   std::vector<std::string> parameters; // NAME=EXPRESSION
   bool isRecursive = false;
+  bool takesComponents = false;
   bool isDryRun = false;
   std::string output;
   std::string extension;

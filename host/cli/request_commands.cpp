@@ -6,6 +6,8 @@
 #include "kit/paths.h"
 #include "kit/text.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -42,6 +44,25 @@ RequestText ReadRequest(const std::string &argument) {
     request.error = "a request is text; this one holds a zero byte";
   return request;
 }
+
+ExitCode SendAndPrint(Environment environment, const std::string &client, const std::string &request) {
+  const host::ClientReply reply = environment.session.Send(client, request);
+  const ExitCode code = Finish(environment, reply);
+  if (!reply.error.empty() || environment.options.printsJson)
+    return code;
+  return Print(FormatReply(reply.values.Get())) ? code : ExitCode::Failed;
+}
+
+struct DialogName {
+  std::string_view name;
+  std::string_view request;
+  bool hasItems; // else the host's file chooser is all there is
+};
+constexpr std::array dialogNames = {
+    DialogName{"choose", "XSLTChooseTranDlg ", true}, DialogName{"manage", "XSLTManageTranDlg ", true},
+    DialogName{"new", "NewTransformationDlg ", true}, DialogName{"advanced", "XSLTAdvanceRunDlg ", true},
+    DialogName{"xsl", "XSLTChooseXSLDlg ", false},
+};
 
 std::vector<std::string> ReadTexts(const V_TypedValT &value) {
   std::vector<std::string> texts;
@@ -86,11 +107,16 @@ ExitCode Call(Environment environment, const CallOptions &options) {
   const RequestText request = ReadRequest(options.request);
   if (!request.error.empty())
     return Refuse(request.error);
-  const host::ClientReply reply = environment.session.Send(options.client, request.text);
-  const ExitCode code = Finish(environment, reply);
-  if (!reply.error.empty() || environment.options.printsJson)
-    return code;
-  return Print(FormatReply(reply.values.Get())) ? code : ExitCode::Failed;
+  return SendAndPrint(environment, options.client, request.text);
+}
+
+ExitCode OpenDialog(Environment environment, const std::string &name) {
+  const auto *dialog = std::ranges::find(dialogNames, name, &DialogName::name);
+  if (dialog == dialogNames.end())
+    return Refuse("there is no dialog \"" + name + "\"; the dialogs are choose, manage, new, advanced and xsl");
+  if (dialog->hasItems && environment.options.script.empty())
+    return Refuse("a terminal cannot show the dialog \"" + name + "\"; --script FILE plays it");
+  return SendAndPrint(environment, "XSLT", std::string(dialog->request));
 }
 
 ExitCode ListProcessors(Environment environment) {
