@@ -25,10 +25,6 @@ void SetClassPath(const char *classPath);
 [[nodiscard]] int32_t TransformXMLFile(const char *xmlFilePath, const char *xslFilePath, const char *outputFilePath,
                                        const V_StrListT *stylesheetParams);
 
-// Says which inputs the next calls of TransformXMLFile will bring, in order, so that the bridge may work ahead.
-// Advice only: it changes no result, and an empty list takes it back.
-void AnnounceInputs(const std::vector<std::string> &xmlFilePaths);
-
 // Full paths; with sub-folders, their files come before the folder's own. A failure is reported as a message and ends
 // the listing with what was found before it.
 [[nodiscard]] kit::StringList GetAllFilesInFolder(const char *folder, int32_t includeSubFolders);

@@ -58,7 +58,7 @@ xercesc::MemBufInputSource SourceOver(const std::string &bytes, const std::strin
 }
 
 // Runs a parse; what the library throws becomes a line of the log. False when something was thrown.
-template <class Parse> bool GuardParse(const std::string &path, Diagnostics diagnostics, const Parse &parse) noexcept {
+template <class Parse> bool GuardParse(const std::string &path, Diagnostics diagnostics, const Parse &parse) {
   const auto report = [diagnostics](const std::string &message) {
     if (diagnostics == Diagnostics::Report)
       XSLTErrorHandler::GetInst().ReportMessage(message.c_str());
@@ -80,10 +80,10 @@ template <class Parse> bool GuardParse(const std::string &path, Diagnostics diag
   }
 }
 
-void InstallHandlers(XercesDOMParser &parser, Diagnostics diagnostics, xercesc::XMLEntityResolver &entities) {
+void InstallHandlers(XercesDOMParser &parser, const std::string &path, Diagnostics diagnostics,
+                     xercesc::XMLEntityResolver &entities) {
   XSLTErrorHandlerImpl &handler = XSLTErrorHandlerImpl::GetInst();
-  handler.resetErrors();
-  handler.SetDiagnostics(diagnostics);
+  handler.BeginFile(path, diagnostics);
   parser.setErrorHandler(&handler);
   parser.setXMLEntityResolver(&entities);
   parser.setDisableDefaultEntityResolution(true);
@@ -120,7 +120,7 @@ ParsedFilePtr ParseStylesheetBytes(const std::string &path, const std::string &b
   auto parsed = std::make_unique<ParsedFile>(bytes.size());
   LocalEntities entities;
   parsed->parser.setValidationScheme(validation);
-  InstallHandlers(parsed->parser, Diagnostics::Report, entities);
+  InstallHandlers(parsed->parser, path, Diagnostics::Report, entities);
   const bool done = GuardParse(path, Diagnostics::Report, [&] { parsed->parser.parse(SourceOver(bytes, path)); });
   parsed->parser.setXMLEntityResolver(nullptr);
   return done && !ParseErrorsSeen() && parsed->Document() ? std::move(parsed) : nullptr;
@@ -145,7 +145,7 @@ ParsedFilePtr ParseFile(const std::string &path, const std::string &schemaPath, 
   NoEntities entities;
   parser.setValidationScheme(XercesDOMParser::Val_Never);
   parser.setLoadExternalDTD(false);
-  InstallHandlers(parser, diagnostics, entities);
+  InstallHandlers(parser, path, diagnostics, entities);
   bool valid = true;
   const bool done = GuardParse(path, diagnostics, [&] {
     valid = schemaPath.empty() || RequireSchema(parser, schemaPath);

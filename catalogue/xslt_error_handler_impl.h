@@ -3,7 +3,12 @@
 #ifndef CATALOGUE_XSLT_ERROR_HANDLER_IMPL_H
 #define CATALOGUE_XSLT_ERROR_HANDLER_IMPL_H
 
+#include "bridge/xslt_error_handler.h"
+
 #include <xercesc/sax/ErrorHandler.hpp>
+
+#include <cstdint>
+#include <string>
 
 namespace catalogue {
 
@@ -21,11 +26,16 @@ public:
 
   // Warnings count: a catalogue with a mere warning is rejected.
   [[nodiscard]] bool ErrorsSeen() const { return errorsSeen; }
-  void SetDiagnostics(Diagnostics wanted) { diagnostics = wanted; }
+  // What is going to be parsed; problems that come without a file are put down to it.
+  void BeginFile(const std::string &path, Diagnostics wanted);
 
 private:
   bool errorsSeen = false;
+  using Report = void (bridge::XSLTErrorHandler::*)(const char *, const char *, const char *, int32_t, int32_t);
+  void Take(Report report, const xercesc::SAXParseException &problem);
+
   Diagnostics diagnostics = Diagnostics::Report;
+  std::string file;
 };
 
 } // namespace catalogue

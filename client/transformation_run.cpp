@@ -51,12 +51,10 @@ using RunInput = std::function<std::optional<RunResult>(size_t index, const std:
 RunResult RunInputs(const std::vector<std::string> &inputs, const RunInput &runInput) {
   RunResult result = RunResult::Failed;
   const std::vector<std::string> resolved = ResolvePaths(inputs);
-  bridge::AnnounceInputs(resolved);
   for (size_t index = 0; index < resolved.size() && !V_ApiIsCancelled(); ++index) {
     V_ApiReportProgress(static_cast<int32_t>(index), static_cast<int32_t>(resolved.size()), resolved[index].c_str());
     result = runInput(index, resolved[index]).value_or(result);
   }
-  bridge::AnnounceInputs({});
   return result;
 }
 

@@ -15,8 +15,12 @@ const std::string &TempFolder::Path() {
     std::filesystem::create_directories(path, error);
     return path;
   }
-  std::string pattern = (std::filesystem::temp_directory_path(error) / "vlxslt-XXXXXX").string();
-  if (!error && mkdtemp(pattern.data())) {
+  std::filesystem::path parent = std::filesystem::temp_directory_path(error);
+  // A $TMPDIR that is not there must not keep anybody from working.
+  if (error)
+    parent = "/tmp";
+  std::string pattern = (parent / "vlxslt-XXXXXX").string();
+  if (mkdtemp(pattern.data())) {
     path = pattern;
     isPrivate = true;
   }

@@ -124,7 +124,12 @@ std::optional<std::string> TerminalFront::ChooseFile(const FileChooser &chooser)
 // A dialog needs windows or a script; on a bare terminal it counts as closed at once.
 void TerminalFront::RunDialog(DialogModel &) { WriteLine("A dialog cannot be shown on a terminal."); }
 
-void TerminalFront::WriteConsole(std::string_view text) { WriteLine(text == "\n" ? std::string_view() : text); }
+void TerminalFront::WriteConsole(std::string_view text) {
+  std::string line(text == "\n" ? std::string_view() : text);
+  // Some texts bring the line ends of another platform.
+  std::erase(line, '\r');
+  WriteLine(line);
+}
 
 void TerminalFront::ReportProgress(const Progress &next) {
   ClearProgress();

@@ -180,6 +180,9 @@ class Player:
             shutil.copytree(given, self.work, symlinks=True, dirs_exist_ok=True)
         for folder in ("install", "structure", "temp"):
             os.makedirs(os.path.join(self.work, folder), exist_ok=True)
+        schemas = os.path.join(self.build, "share", "vlxslt", "vlinit")
+        if os.path.isdir(schemas):
+            shutil.copytree(schemas, os.path.join(self.work, "install", "vlinit"), dirs_exist_ok=True)
         self.write_configuration()
 
     def write_configuration(self):

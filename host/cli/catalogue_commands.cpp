@@ -86,7 +86,10 @@ ExitCode ListTransformations(Environment environment, const CatalogueOptions &op
   if (!error.empty())
     return Refuse(error);
   const host::ClientReply reply = environment.session.Send("XSLT", request.Text());
-  const ExitCode code = Finish(environment, reply);
+  ExitCode code = Finish(environment, reply);
+  // A catalogue that cannot be read looks empty in the reply; why stands on the console.
+  if (code == ExitCode::Done && reply.values.Size() == 0 && !environment.session.Record().console.empty())
+    code = ExitCode::Failed;
   if (environment.options.printsJson)
     return code;
   static constexpr std::string_view opens[] = {"", "opens in the host", "opens with the default program"};

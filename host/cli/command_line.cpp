@@ -15,6 +15,7 @@ constexpr const char *about = "Applies XSLT stylesheets to XML: documents, books
 constexpr const char *examples = R"(Examples:
   vlxslt run article.xml --xsl html.xsl -o article.html -p toc.depth=2
   vlxslt run topics --recursive --match '*.dita' --xsl topic.xsl -o out/ --extension html
+  vlxslt run guide.ditamap --components --xsl topic.xsl -o out/ --extension html
   vlxslt run report.xml --transformation HTML --application DocBook
   vlxslt list --application DocBook
   vlxslt dialog manage --script answers.txt
@@ -101,6 +102,7 @@ void AddRun(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
   AddText(command, "-o", run.output, "a file for one input; a folder (existing, or ending in /) for several", "PATH");
   AddText(command, "--extension", run.extension, "of the outputs in a folder, in place of the inputs' own", "EXT");
   command.add_flag("--recursive,-r", run.isRecursive, "take the files in folders of folders too");
+  command.add_flag("--components", run.takesComponents, "take the components of books and DITA maps behind them");
   AddRepeatable(command, "--match", run.patterns, "take only files of such names from folders", "PATTERN");
   command.add_flag("--dry-run", run.isDryRun, "print what would be read, applied and written; start nothing");
   AddDocumentOptions(command, parsed->session);

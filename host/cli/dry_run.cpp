@@ -39,14 +39,13 @@ public:
 
   [[nodiscard]] Plan Make(const RunInput &input, const std::string &conflict) const {
     Plan plan;
+    if (!kit::Exists(input.path))
+      Stop(plan, "input missing");
     ChooseStylesheet(input, plan);
     ChooseProcessor(plan);
     ChooseOutput(input, plan);
-    if (record && !options.catalogue.application.empty() && options.catalogue.application != "<Defaults>") {
-      const std::vector<std::string> names = host::FindApplications(configuration, input.path);
-      if (std::ranges::find(names, options.catalogue.application) == names.end())
-        Stop(plan, "not of the application " + options.catalogue.application);
-    }
+    if (record && !IsTakenBy(configuration, options.catalogue.application, input.path))
+      Stop(plan, "not of the application " + options.catalogue.application);
     if (!conflict.empty())
       plan.marks.push_back(conflict);
     return plan;
@@ -105,6 +104,13 @@ std::string JoinMarks(const std::vector<std::string> &marks) {
 }
 
 } // namespace
+
+bool IsTakenBy(const Configuration &configuration, const std::string &application, const std::string &input) {
+  if (application.empty() || application == "<Defaults>")
+    return true;
+  const std::vector<std::string> names = host::FindApplications(configuration, input);
+  return std::ranges::find(names, application) != names.end();
+}
 
 ExitCode PrintDryRun(Environment environment, const RunOptions &options, std::vector<RunInput> inputs,
                      const TransformationRecord *record) {

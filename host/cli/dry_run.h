@@ -10,6 +10,10 @@
 
 namespace cli {
 
+// Whether a run for that application takes the input; every one does without an application, or for the defaults.
+[[nodiscard]] bool IsTakenBy(const host::Configuration &configuration, const std::string &application,
+                             const std::string &input);
+
 // Prints one line per input. `record` is the transformation, or null for a bare stylesheet; then the inputs hold their
 // outputs.
 [[nodiscard]] ExitCode PrintDryRun(Environment environment, const RunOptions &options, std::vector<RunInput> inputs,

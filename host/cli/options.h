@@ -54,6 +54,7 @@ struct RunOptions {
   std::string processor;
   std::vector<std::string> parameters; // NAME=EXPRESSION
   bool isRecursive = false;
+  bool takesComponents = false;
   bool isDryRun = false;
   std::string output;
   std::string extension;

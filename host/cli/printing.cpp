@@ -91,7 +91,10 @@ std::string FormatFields(const std::vector<std::string> &fields) {
 }
 
 bool Print(const std::string &text) {
-  return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+  const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+  if (!isWritten)
+    std::perror("vlxslt: cannot write to standard output");
+  return isWritten;
 }
 
 } // namespace cli

@@ -5,24 +5,12 @@
 #include "host/request_builder.h"
 #include "kit/paths.h"
 
-#include <sys/stat.h>
-
-#include <algorithm>
-#include <tuple>
+#include <set>
+#include <sstream>
 
 namespace cli {
 
 namespace {
-
-// What tells whether an output was put in place anew.
-using FileStamp = std::tuple<dev_t, ino_t, time_t, long, off_t>;
-
-FileStamp StampOf(const std::string &path) {
-  struct stat status = {};
-  if (path.empty() || stat(path.c_str(), &status) != 0)
-    return {};
-  return {status.st_dev, status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_size};
-}
 
 // Empty when the options fit together.
 std::string FindContradiction(const RunOptions &options) {
@@ -81,34 +69,43 @@ host::RequestBuilder ComposeRequest(Environment environment, const RunOptions &o
   return request;
 }
 
-// The request's own status is that of its last input; a script wants to know about every one.
-ExitCode ReportUnwritten(const std::vector<RunInput> &inputs, const std::vector<FileStamp> &before) {
-  size_t missing = 0;
-  std::string names;
-  for (size_t index = 0; index < inputs.size(); ++index) {
-    const FileStamp after = StampOf(inputs[index].output);
-    if (inputs[index].output.empty() || (after != FileStamp() && after != before[index]))
-      continue;
-    ++missing;
-    names += "\n  " + inputs[index].path;
+// The inputs that the log of a run calls transformed.
+std::set<std::string> ReadTransformed(const std::string &log) {
+  static constexpr std::string_view inputHeading = "Input: ";
+  std::set<std::string> transformed;
+  std::string input;
+  std::istringstream lines(log);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(inputHeading))
+      input = line.substr(inputHeading.size());
+    else if (line == "Transformation Successful.\r")
+      transformed.insert(input);
   }
-  if (missing == 0)
-    return ExitCode::Done;
-  PrintError(std::to_string(missing) + " of " + std::to_string(inputs.size()) + " outputs were not written:" + names);
-  return ExitCode::Failed;
+  return transformed;
 }
 
-ExitCode SendRun(Environment environment, const std::string &request, const std::vector<RunInput> &inputs) {
-  std::vector<FileStamp> before;
-  before.reserve(inputs.size());
+// The request's own status is that of its last input, and an input that was refused leaves no section in the log; a
+// script wants to know about every one.
+ExitCode ReportUntransformed(Environment environment, const RunOptions &options, const std::vector<RunInput> &inputs,
+                             const std::string &log) {
+  const std::set<std::string> transformed = ReadTransformed(log);
+  static constexpr size_t mostNames = 20;
+  size_t missing = 0;
+  std::string names;
   for (const RunInput &input : inputs)
-    before.push_back(StampOf(input.output));
-  const host::ClientReply reply = environment.session.Send("XSLT", request);
-  const ExitCode code = Finish(environment, reply);
-  if (code != ExitCode::Done && (code != ExitCode::Failed || inputs.size() == 1))
-    return code;
-  const ExitCode written = ReportUnwritten(inputs, before);
-  return code == ExitCode::Done ? written : code;
+    if (!transformed.contains(input.path) &&
+        IsTakenBy(environment.session.Settings(), options.catalogue.application, input.path)) {
+      ++missing;
+      if (missing <= mostNames)
+        names += "\n  " + input.path;
+    }
+  if (missing == 0)
+    return ExitCode::Done;
+  if (missing > mostNames)
+    names += "\n  and " + std::to_string(missing - mostNames) + " more";
+  PrintError(std::to_string(missing) + " of " + std::to_string(inputs.size()) +
+             " inputs were not transformed:" + names);
+  return ExitCode::Failed;
 }
 
 } // namespace
@@ -118,8 +115,11 @@ ExitCode Run(Environment environment, const RunOptions &options) {
   if (error.empty())
     error = FindParameterFault(options).value_or("");
   std::vector<RunInput> inputs;
-  if (!error.empty() || !FindInputs(options, inputs, error))
+  std::vector<std::string> warnings;
+  if (!error.empty() || !FindInputs(options, inputs, warnings, error))
     return Refuse(error);
+  for (const std::string &warning : warnings)
+    environment.session.WriteConsole(warning);
 
   const bool isCatalogueRun = !options.transformation.empty();
   const std::string catalogue = isCatalogueRun ? FindCatalogue(environment, options.catalogue, error) : std::string();
@@ -141,7 +141,12 @@ ExitCode Run(Environment environment, const RunOptions &options) {
     PrintError(error);
     return ExitCode::Failed;
   }
-  return SendRun(environment, request.Text(), inputs);
+  const host::ClientReply reply = environment.session.Send("XSLT", request.Text());
+  const ExitCode code = Finish(environment, reply);
+  if (code != ExitCode::Done && code != ExitCode::Failed)
+    return code;
+  const ExitCode all = ReportUntransformed(environment, options, inputs, reply.values.String(1).value_or(""));
+  return code == ExitCode::Done ? all : code;
 }
 
 } // namespace cli

@@ -1,5 +1,6 @@
 #include "host/cli/run_inputs.h"
 
+#include "host/component_walk.h"
 #include "kit/paths.h"
 
 #include <fnmatch.h>
@@ -84,6 +85,20 @@ bool AddFolder(const RunOptions &options, const std::string &folder, std::vector
   return !files.empty();
 }
 
+// The file and its components, below the folder that holds them all.
+void AddComponents(const std::string &path, host::ComponentSource source, std::vector<RunInput> &inputs,
+                   std::vector<std::string> &warnings) {
+  host::ComponentList components = host::ListComponents(path, source, {});
+  warnings.insert(warnings.end(), components.problems.begin(), components.problems.end());
+  components.paths.insert(components.paths.begin(), path);
+  std::string base = kit::JoinPath(kit::FolderOf(path), "");
+  const auto isBelow = [&](const std::string &each) { return each.starts_with(base); };
+  while (!std::ranges::all_of(components.paths, isBelow))
+    base = kit::JoinPath(kit::FolderOf(base.substr(0, base.size() - 1)), "");
+  for (const std::string &each : components.paths)
+    inputs.push_back({each, each.substr(base.size()), {}});
+}
+
 std::string ReplaceExtension(const std::string &relative, std::string extension) {
   if (extension.empty())
     return relative;
@@ -96,7 +111,8 @@ std::string ReplaceExtension(const std::string &relative, std::string extension)
 
 } // namespace
 
-bool FindInputs(const RunOptions &options, std::vector<RunInput> &inputs, std::string &error) {
+bool FindInputs(const RunOptions &options, std::vector<RunInput> &inputs, std::vector<std::string> &warnings,
+                std::string &error) {
   for (const std::string &named : options.inputs) {
     std::string path = kit::AbsolutePath(kit::UrlToPath(named));
     if (path.size() > 1 && path.ends_with('/'))
@@ -105,7 +121,12 @@ bool FindInputs(const RunOptions &options, std::vector<RunInput> &inputs, std::s
       if (!AddFolder(options, path, inputs, error))
         return false;
     } else if (kit::IsFile(path)) {
-      inputs.push_back({path, kit::FileNameOf(path), {}});
+      const host::ComponentSource source =
+          options.takesComponents ? host::RecogniseComponentSource(path) : host::ComponentSource::None;
+      if (source != host::ComponentSource::None)
+        AddComponents(path, source, inputs, warnings);
+      else
+        inputs.push_back({path, kit::FileNameOf(path), {}});
     } else {
       error = "there is no file or folder " + path;
       return false;

@@ -15,8 +15,10 @@ struct RunInput {
   std::string output;   // absolute; empty when the transformation decides
 };
 
-// Files as they are named, the files of folders by name. False and an error text when one of them is not there.
-[[nodiscard]] bool FindInputs(const RunOptions &options, std::vector<RunInput> &inputs, std::string &error);
+// Files as they are named, the files of folders by name, the components of books and maps in their order; those need
+// not exist. False and an error text when a named file is not there. `warnings` gets what could not be read of a map.
+[[nodiscard]] bool FindInputs(const RunOptions &options, std::vector<RunInput> &inputs,
+                              std::vector<std::string> &warnings, std::string &error);
 
 // Fills in the outputs that -o and --extension ask for. False and an error text when they cannot be told apart or a
 // folder is needed and none was named.

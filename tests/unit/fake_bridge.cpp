@@ -41,8 +41,6 @@ int32_t TransformXMLFile(const char *xmlFilePath, const char *xslFilePath, const
   return 1;
 }
 
-void AnnounceInputs(const std::vector<std::string> &) {}
-
 kit::StringList GetAllFilesInFolder(const char *folder, int32_t) {
   std::vector<std::string> files;
   for (const auto &entry : std::filesystem::directory_iterator(folder))

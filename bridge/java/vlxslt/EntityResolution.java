@@ -1,0 +1,45 @@
+package vlxslt;
+
+import java.io.IOException;
+import java.io.InputStream;
+import java.nio.file.Files;
+import java.nio.file.NoSuchFileException;
+import java.nio.file.Path;
+import org.xml.sax.InputSource;
+
+/** Finds what documents refer to: the host is asked first, then the address itself is taken. */
+final class EntityResolution {
+  private final IVLXSLTJavaHandler handler;
+
+  EntityResolution(IVLXSLTJavaHandler handler) {
+    this.handler = handler;
+  }
+
+  /** The address to read; null when there is nothing to go by. */
+  String resolve(String name, String publicId, String baseUri, String systemId) {
+    String answer = handler.ResolveEntity(name, publicId, baseUri, systemId);
+    if (answer != null && !answer.isEmpty())
+      return Addresses.ofAnswer(answer);
+    return Addresses.resolve(baseUri, systemId);
+  }
+
+  /** Opens a document or entity; what lies on the network is not fetched unasked. */
+  static InputSource open(String address, String publicId) throws IOException {
+    if (Addresses.isNetwork(address))
+      throw new IOException("\"" + address + "\" is not fetched from the network; no catalog says where a copy lies.");
+    InputSource source = new InputSource(address);
+    source.setPublicId(publicId);
+    Path file = Addresses.fileOf(address);
+    if (file != null)
+      source.setByteStream(read(file));
+    return source;
+  }
+
+  private static InputStream read(Path file) throws IOException {
+    if (Files.isDirectory(file))
+      throw new IOException(file + " is a folder.");
+    if (!Files.exists(file))
+      throw new NoSuchFileException(file.toString());
+    return new java.io.BufferedInputStream(Files.newInputStream(file), 1 << 16);
+  }
+}

@@ -1,0 +1,39 @@
+package vlxslt;
+
+/** The handler on the other side of JNI. Each call returns when the host's thread has carried it out. */
+final class NativeHandler implements IVLXSLTJavaHandler {
+  @Override
+  public native void FatalError(String message, String publicId, String systemId, int lineNumber, int columnNumber);
+
+  @Override
+  public native void Error(String message, String publicId, String systemId, int lineNumber, int columnNumber);
+
+  @Override
+  public native void Warning(String message, String publicId, String systemId, int lineNumber, int columnNumber);
+
+  @Override
+  public native void Message(String message);
+
+  @Override
+  public native String ResolveEntity(String name, String publicId, String baseURI, String systemId);
+
+  @Override
+  public native void StartDocument(String filePath);
+
+  @Override
+  public native void EndDocument();
+
+  // Nobody listens to these, so they stay on this side of the border.
+
+  @Override
+  public void StartEntity(String name) {}
+
+  @Override
+  public void EndEntity(String name) {}
+
+  @Override
+  public void StartDTD(String name, String publicId, String systemId) {}
+
+  @Override
+  public void EndDTD() {}
+}

@@ -1,0 +1,150 @@
+package vlxslt;
+
+import java.io.IOException;
+import java.io.OutputStream;
+import java.nio.file.AtomicMoveNotSupportedException;
+import java.nio.file.Files;
+import java.nio.file.LinkOption;
+import java.nio.file.Path;
+import java.nio.file.StandardCopyOption;
+import java.nio.file.StandardOpenOption;
+import java.nio.file.attribute.PosixFileAttributeView;
+import java.nio.file.attribute.PosixFileAttributes;
+import java.util.concurrent.atomic.AtomicInteger;
+
+/**
+ * One output that appears whole or not at all: it is written beside its target and takes the target's place on commit.
+ * A target that is a link keeps being one, an existing file keeps its owner and permissions.
+ */
+final class OutputFile extends OutputStream {
+  private static final AtomicInteger counter = new AtomicInteger();
+
+  private final Path target;
+  private final Path written;
+  private final boolean renames;
+  private OutputStream stream;
+  private IOException failure;
+
+  OutputFile(Path target) throws IOException {
+    this.target = followLinks(target);
+    if (Files.isDirectory(this.target))
+      throw new IOException("The output is a folder: " + target);
+    boolean exists = Files.exists(this.target);
+    if (exists && !Files.isWritable(this.target))
+      throw new IOException("The output may not be written: " + target);
+    Path folder = this.target.toAbsolutePath().getParent();
+    if (!Files.isDirectory(folder))
+      throw new IOException("The folder of the output does not exist: " + folder);
+    String name = ".vlxslt-" + ProcessHandle.current().pid() + "-" + counter.incrementAndGet() + ".tmp";
+    // A device or a pipe cannot be replaced, nor a file in a folder that takes no new ones: those get a copy.
+    renames = (!exists || Files.isRegularFile(this.target)) && Files.isWritable(folder);
+    if (!renames && !exists)
+      throw new IOException("No permission to write into the folder " + folder);
+    written = renames ? folder.resolve(name) : Files.createTempFile("vlxslt-", ".tmp");
+    stream = new java.io.BufferedOutputStream(
+        Files.newOutputStream(written, StandardOpenOption.CREATE, StandardOpenOption.TRUNCATE_EXISTING), 1 << 16);
+  }
+
+  @Override
+  public void write(int b) throws IOException {
+    remember(() -> open().write(b));
+  }
+
+  @Override
+  public void write(byte[] bytes, int from, int count) throws IOException {
+    remember(() -> open().write(bytes, from, count));
+  }
+
+  @Override
+  public void flush() throws IOException {
+    // Processors flush often, and some once more after closing; only the end matters.
+  }
+
+  @Override
+  public void close() throws IOException {
+    OutputStream open = stream;
+    stream = null;
+    if (open != null)
+      remember(open::close);
+  }
+
+  void commit() throws IOException {
+    close();
+    if (failure != null)
+      throw failure;
+    if (!renames) {
+      try (OutputStream out = Files.newOutputStream(target)) {
+        Files.copy(written, out);
+      }
+      Files.delete(written);
+      return;
+    }
+    keepAttributes();
+    try {
+      Files.move(written, target, StandardCopyOption.ATOMIC_MOVE);
+    } catch (AtomicMoveNotSupportedException e) {
+      Files.move(written, target, StandardCopyOption.REPLACE_EXISTING);
+    }
+  }
+
+  /** Removes what was written; the target is as it was. After a commit it does nothing. */
+  void discard() {
+    try {
+      close();
+    } catch (IOException e) {
+      // The file goes anyway.
+    }
+    try {
+      Files.deleteIfExists(written);
+    } catch (IOException e) {
+      written.toFile().deleteOnExit();
+    }
+  }
+
+  private OutputStream open() throws IOException {
+    if (stream == null)
+      throw new IOException("The output is closed: " + target);
+    return stream;
+  }
+
+  private interface Write {
+    void run() throws IOException;
+  }
+
+  // Some serialisers swallow what goes wrong here, a full disk included.
+  private void remember(Write write) throws IOException {
+    try {
+      write.run();
+    } catch (IOException e) {
+      if (failure == null)
+        failure = new IOException("Cannot write " + target + ": " + e.getMessage(), e);
+      throw failure;
+    }
+  }
+
+  private void keepAttributes() throws IOException {
+    PosixFileAttributeView old = Files.getFileAttributeView(target, PosixFileAttributeView.class);
+    if (old == null || !Files.exists(target))
+      return;
+    PosixFileAttributes attributes = old.readAttributes();
+    PosixFileAttributeView mine = Files.getFileAttributeView(written, PosixFileAttributeView.class);
+    try {
+      mine.setOwner(attributes.owner());
+      mine.setGroup(attributes.group());
+    } catch (IOException e) {
+      // Only a privileged process may give files away.
+    }
+    mine.setPermissions(attributes.permissions());
+  }
+
+  // A link may point at a file that does not exist yet; that file is then the target.
+  private static Path followLinks(Path path) throws IOException {
+    Path at = path.toAbsolutePath();
+    for (int links = 0; Files.isSymbolicLink(at); links++) {
+      if (links == 40)
+        throw new IOException("Too many links: " + path);
+      at = at.resolveSibling(Files.readSymbolicLink(at));
+    }
+    return Files.exists(at, LinkOption.NOFOLLOW_LINKS) ? at.toRealPath() : at;
+  }
+}

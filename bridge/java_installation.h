@@ -1,0 +1,22 @@
+// Finds a Java virtual machine on this computer. Nothing is loaded here.
+#ifndef BRIDGE_JAVA_INSTALLATION_H
+#define BRIDGE_JAVA_INSTALLATION_H
+
+#include <string>
+
+namespace bridge {
+
+struct JavaInstallation {
+  std::string home;
+  std::string library; // libjvm; empty when nothing was found
+  std::string version; // as the installation says it; may be empty
+  std::string problem; // why there is none that can be used, and what to do
+};
+
+// The configured home; JAVA_HOME; the distribution's; the `java` on the path. A configured home is the only one looked
+// at, since silently taking another would hide a mistake.
+[[nodiscard]] JavaInstallation FindJava(const std::string &configuredHome);
+
+} // namespace bridge
+
+#endif

@@ -1,0 +1,68 @@
+// The virtual machine inside this process: one, created once. Everything here is called on the Java thread, except
+// where it says otherwise. Nothing throws, and no pending Java exception is left behind.
+#ifndef BRIDGE_JAVA_MACHINE_H
+#define BRIDGE_JAVA_MACHINE_H
+
+#include "bridge/class_archive.h"
+
+#include <functional>
+#include <jni.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace bridge {
+
+struct MachineSetup {
+  std::string library;                // libjvm
+  std::vector<std::string> classPath; // archives only: jars
+  std::vector<std::string> options;   // the user's; they win over ours
+  std::function<void()> abandon;      // the machine wants to end the process; must not return to it
+};
+
+class JavaMachine {
+public:
+  // Null and a problem when the machine refuses.
+  [[nodiscard]] static std::unique_ptr<JavaMachine> Create(const MachineSetup &setup, std::string &problem);
+  ~JavaMachine();
+  JavaMachine(const JavaMachine &) = delete;
+  JavaMachine &operator=(const JavaMachine &) = delete;
+
+  [[nodiscard]] JNIEnv *Environment() const { return environment; }
+
+  // Local references, valid until the current frame ends; null for null.
+  [[nodiscard]] jstring MakeString(const char *text) const;
+  [[nodiscard]] jobjectArray MakeStringArray(const std::vector<std::string> &items) const;
+  // What a pending exception says, which is cleared; empty when there is none.
+  [[nodiscard]] std::string TakeException() const;
+
+private:
+  JavaMachine(JavaVM *created, JNIEnv *attached, ClassArchive used)
+      : machine(created), environment(attached), archive(std::move(used)) {}
+
+  JavaVM *machine;
+  JNIEnv *environment;
+  ClassArchive archive;
+};
+
+// The text of a Java string; empty for null. Needs no machine, only the environment of a native method.
+[[nodiscard]] std::string ReadString(JNIEnv *environment, jstring text);
+
+// Why the machine refused, as far as it said so itself. Any thread.
+[[nodiscard]] std::string MachineWords();
+
+// Gives local references back when it goes.
+class LocalFrame {
+public:
+  explicit LocalFrame(JNIEnv *attached) : environment(attached) { environment->PushLocalFrame(32); }
+  ~LocalFrame() { environment->PopLocalFrame(nullptr); }
+  LocalFrame(const LocalFrame &) = delete;
+  LocalFrame &operator=(const LocalFrame &) = delete;
+
+private:
+  JNIEnv *environment;
+};
+
+} // namespace bridge
+
+#endif

@@ -1,0 +1,227 @@
+#include "bridge/managed_layer.h"
+
+#include "bridge/entity_resolver.h"
+#include "bridge/java_handler.h"
+#include "bridge/java_installation.h"
+#include "bridge/own_folder.h"
+#include "bridge/xslt_error_handler.h"
+#include "kit/paths.h"
+#include "kit/values.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace VLXSLT {
+
+namespace {
+
+constexpr const char *layerClass = "vlxslt/VLXSLTJavaLayer";
+
+void Report(const std::string &message) { bridge::XSLTErrorHandler::GetInst().ReportMessage(message.c_str()); }
+
+std::vector<std::string> SplitClassPath(const std::string &classPath) {
+  std::vector<std::string> entries;
+  for (size_t start = 0; start < classPath.size();) {
+    const size_t end = std::min(classPath.find(';', start), classPath.size());
+    if (end > start)
+      entries.push_back(classPath.substr(start, end - start));
+    start = end + 1;
+  }
+  return entries;
+}
+
+// The bridge's own jar, then the parser that reads every input.
+std::vector<std::string> OwnJars() {
+  const std::string folder = bridge::OwnFolder();
+  std::vector<std::string> parsers;
+  std::error_code error;
+  for (const auto &entry : std::filesystem::directory_iterator(kit::JoinPath(folder, "parser"), error))
+    parsers.push_back(entry.path().string());
+  std::ranges::sort(parsers);
+  parsers.insert(parsers.begin(), kit::JoinPath(folder, "vlxslt-bridge.jar"));
+  return parsers;
+}
+
+struct ClassPathParts {
+  std::vector<std::string> jars;
+  std::string folders; // separated as they came
+};
+
+// Folders go to a loader of their own behind the jars: with a folder on the class path proper, Java would refuse to
+// keep an archive of its classes.
+ClassPathParts SortClassPath(const std::string &classPath) {
+  ClassPathParts parts{OwnJars(), {}};
+  for (const std::string &entry : SplitClassPath(classPath)) {
+    const std::string path = kit::AbsolutePath(entry);
+    if (kit::IsFolder(path))
+      parts.folders += path + ";";
+    else if (kit::Exists(path) && std::ranges::find(parts.jars, path) == parts.jars.end())
+      parts.jars.push_back(path);
+  }
+  return parts;
+}
+
+std::vector<std::string> ReadParameters(const V_StrListT *list) {
+  std::vector<std::string> items;
+  for (uint32_t index = 0; index < V_StrListLen(list); ++index)
+    items.emplace_back(V_StrListGet(list, index));
+  return items;
+}
+
+} // namespace
+
+XSLTManagedLayer &XSLTManagedLayer::GetInstance() {
+  static XSLTManagedLayer layer;
+  return layer;
+}
+
+void XSLTManagedLayer::SetClassPath(const char *given) { classPath = given ? given : ""; }
+
+bool XSLTManagedLayer::EnsureJava() {
+  if (!isStarted) {
+    isStarted = true;
+    const bridge::JavaInstallation java = bridge::FindJava(kit::GetString(V_SESSION, V_SP_JAVA_HOME));
+    problem = java.problem;
+    if (problem.empty()) {
+      const ClassPathParts parts = SortClassPath(classPath);
+      const bridge::MachineSetup setup{java.library, parts.jars, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS),
+                                       [this] { pump.Abandon(); }};
+      if (!pump.RunOnJava([&] { StartOnJava(setup, parts.folders); }))
+        problem = bridge::MachineWords();
+    }
+  }
+  if (!problem.empty())
+    Report(problem);
+  return problem.empty();
+}
+
+void XSLTManagedLayer::StartOnJava(const bridge::MachineSetup &setup, const std::string &folders) {
+  machine = bridge::JavaMachine::Create(setup, problem);
+  if (machine && !ConnectLayer(folders))
+    problem = "The Java layer in " + setup.classPath.front() + " cannot be used: " + machine->TakeException();
+}
+
+bool XSLTManagedLayer::ConnectLayer(const std::string &folders) {
+  JNIEnv *java = machine->Environment();
+  const bridge::LocalFrame frame(java);
+  if (!RegisterHandler(java, pump))
+    return false;
+  jclass type = java->FindClass(layerClass);
+  jclass handlerType = type ? java->FindClass("vlxslt/NativeHandler") : nullptr;
+  if (!handlerType)
+    return false;
+  jmethodID getInstance = java->GetStaticMethodID(type, "GetInstance", "()Lvlxslt/VLXSLTJavaLayer;");
+  jmethodID makeHandler = getInstance ? java->GetMethodID(handlerType, "<init>", "()V") : nullptr;
+  jmethodID setHandler =
+      makeHandler ? java->GetMethodID(type, "SetVLXSLTJavaHandler", "(Lvlxslt/IVLXSLTJavaHandler;)V") : nullptr;
+  jmethodID setClassPath = setHandler ? java->GetMethodID(type, "SetClassPath", "(Ljava/lang/String;)V") : nullptr;
+  if (!setClassPath || !FindMethods(java, type))
+    return false;
+  jobject layer = java->CallStaticObjectMethod(type, getInstance);
+  jobject handler = layer ? java->NewObject(handlerType, makeHandler) : nullptr;
+  if (!handler)
+    return false;
+  methods.layer = java->NewGlobalRef(layer);
+  java->CallVoidMethod(layer, setHandler, handler);
+  java->CallVoidMethod(layer, setClassPath, machine->MakeString(folders.c_str()));
+  return !java->ExceptionCheck();
+}
+
+bool XSLTManagedLayer::FindMethods(JNIEnv *java, jclass type) {
+  methods.setTransformer = java->GetMethodID(type, "SetTransformer", "(Ljava/lang/String;)I");
+  methods.transform =
+      methods.setTransformer
+          ? java->GetMethodID(type, "TransformXMLFile",
+                              "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[Ljava/lang/String;)I")
+          : nullptr;
+  methods.probe = methods.transform
+                      ? java->GetMethodID(type, "ProbeProcessor", "(Ljava/lang/String;)[Ljava/lang/String;")
+                      : nullptr;
+  return methods.probe;
+}
+
+template <class Body> bool XSLTManagedLayer::RunInJava(Body body) {
+  std::string fault;
+  const bool returned = pump.RunOnJava([&] {
+    const bridge::LocalFrame frame(machine->Environment());
+    body(*machine->Environment());
+    fault = machine->TakeException();
+  });
+  if (!fault.empty())
+    Report("Java failed: " + fault);
+  if (!returned)
+    NoteLoss();
+  return returned;
+}
+
+void XSLTManagedLayer::NoteLoss() {
+  problem = "Java has ended itself, most likely by a call of System.exit. Start this program anew.";
+  Report(problem);
+}
+
+int32_t XSLTManagedLayer::SetTransformer(const char *tClass) {
+  if (!tClass || !*tClass || !EnsureJava())
+    return 0;
+  int32_t result = 0;
+  RunInJava([&](JNIEnv &java) {
+    result = java.CallIntMethod(methods.layer, methods.setTransformer, machine->MakeString(tClass));
+  });
+  if (result != 1)
+    NameMissingEntries();
+  return result;
+}
+
+// A class that does not load is mostly a jar that is not there.
+void XSLTManagedLayer::NameMissingEntries() const {
+  for (const std::string &entry : SplitClassPath(classPath))
+    if (!kit::Exists(entry))
+      Report("The class path of the processors names a file that doesn't exist: " + entry);
+}
+
+int32_t XSLTManagedLayer::TransformXMLFile(const char *xmlFilePath, const char *xslFilePath, const char *outputFilePath,
+                                           const V_StrListT *stylesheetParams) {
+  int32_t result = 0;
+  if (EnsureJava()) {
+    const std::vector<std::string> parameters = ReadParameters(stylesheetParams);
+    RunInJava([&](JNIEnv &java) {
+      jobjectArray array = parameters.empty() ? nullptr : machine->MakeStringArray(parameters);
+      result = java.CallIntMethod(methods.layer, methods.transform, machine->MakeString(xmlFilePath),
+                                  machine->MakeString(xslFilePath), machine->MakeString(outputFilePath), array);
+    });
+  }
+  bridge::VLXSLTEntityResolverC::GetInstance().Terminate();
+  return result;
+}
+
+bridge::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const char *tClass) {
+  bridge::ProcessorProbe probe;
+  if (!EnsureJava()) {
+    probe.error = problem;
+    return probe;
+  }
+  const bool returned = RunInJava([&](JNIEnv &java) {
+    auto fields =
+        static_cast<jobjectArray>(java.CallObjectMethod(methods.layer, methods.probe, machine->MakeString(tClass)));
+    if (!fields)
+      return;
+    const auto field = [&](jsize index) {
+      return bridge::ReadString(&java, static_cast<jstring>(java.GetObjectArrayElement(fields, index)));
+    };
+    probe = {field(0), field(1), field(2), field(3)};
+  });
+  if (!returned)
+    probe.error = problem;
+  return probe;
+}
+
+void XSLTManagedLayer::ShutDown() {
+  if (!machine)
+    return;
+  if (!pump.RunOnJava([this] { machine.reset(); }))
+    (void)machine.release(); // its thread is lost; the process ends soon
+  pump.Stop();
+  problem = "Java has been shut down.";
+}
+
+} // namespace VLXSLT

@@ -1,0 +1,18 @@
+#include "bridge/own_folder.h"
+
+#include "kit/paths.h"
+
+#include <dlfcn.h>
+
+namespace bridge {
+
+std::string OwnFolder() {
+  // Any object of ours tells which file it was loaded from.
+  static const char here = 0;
+  Dl_info info{};
+  if (dladdr(&here, &info) == 0 || !info.dli_fname)
+    return ".";
+  return kit::FolderOf(kit::AbsolutePath(info.dli_fname));
+}
+
+} // namespace bridge

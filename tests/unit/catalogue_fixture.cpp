@@ -1,0 +1,83 @@
+#include "tests/unit/catalogue_fixture.h"
+
+#include "bridge/processor_list.h"
+#include "bridge/transformation_log.h"
+#include "catalogue/shut_down.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+CatalogueTest::CatalogueTest() {
+  std::string folder = (fs::temp_directory_path() / "vlxslt-XXXXXX").string();
+  if (!mkdtemp(folder.data()))
+    std::abort();
+  root = folder;
+  install = Path("Prögramme 'of' 100% \"x\" #1/");
+  fs::create_directories(install + "vlinit/XSLT");
+  fs::copy_file(VLXSLT_SCHEMA, install + "vlinit/XSLT/Transformations.xsd");
+  host.strings[{V_SESSION, V_SP_INSTALL_DIR}] = install;
+  host.strings[{V_SESSION, V_SP_STRUCTURE_DIR}] = root + "/structure";
+  host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = {{"Saxon", "s.jar", "the.Class"}};
+  bridge::LoadProcessors();
+  bridge::ResetLog(false);
+}
+
+CatalogueTest::~CatalogueTest() {
+  catalogue::ShutDownCatalogue();
+  fs::remove_all(root);
+  EXPECT_EQ(host.LiveBlocks(), 0U);
+}
+
+std::string CatalogueTest::Write(const std::string &name, const std::string &bytes) const {
+  std::string path = Path(name);
+  fs::create_directories(fs::path(path).parent_path());
+  std::ofstream(path, std::ios::binary) << bytes;
+  return path;
+}
+
+std::string CatalogueTest::ReadAll(const std::string &path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::string> CatalogueTest::Names(const std::string &folder) const {
+  std::vector<std::string> names;
+  for (const auto &entry : fs::directory_iterator(folder.empty() ? root : folder))
+    if (entry.is_regular_file() || entry.is_symlink())
+      names.push_back(entry.path().filename().string());
+  std::ranges::sort(names);
+  return names;
+}
+
+std::string CatalogueTest::TakeLog() {
+  std::string text = bridge::LogText();
+  bridge::ResetLog(false);
+  return text;
+}
+
+std::string Catalogue(const std::string &content) { return "<Transformations>" + content + "</Transformations>"; }
+
+std::string Element(const std::string &name) {
+  return "<Transformation><Name>" + name + "</Name><Input><XSLPath>" + name +
+         ".xsl</XSLPath></Input><Processor>Saxon</Processor></Transformation>";
+}
+
+catalogue::Transformation MakeTransformation(const std::string &name) {
+  catalogue::Transformation made;
+  made.name = name;
+  made.xslPath = "new.xsl";
+  made.processor = "Saxon";
+  return made;
+}
+
+std::vector<std::string> NamesOf(const std::optional<catalogue::TransformationList> &list) {
+  std::vector<std::string> names;
+  for (const catalogue::Transformation &each : list.value_or(catalogue::TransformationList()))
+    names.push_back(each.name);
+  return names;
+}

@@ -1,0 +1,41 @@
+// A host with an installation folder whose name is as awkward as names get, and a folder for the catalogues of a test.
+#ifndef TESTS_UNIT_CATALOGUE_FIXTURE_H
+#define TESTS_UNIT_CATALOGUE_FIXTURE_H
+
+#include "catalogue/transformation.h"
+#include "tests/unit/fake_host.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+class CatalogueTest : public testing::Test {
+protected:
+  CatalogueTest();
+  ~CatalogueTest() override;
+
+  // The full path of a file in the test's folder.
+  [[nodiscard]] std::string Path(const std::string &name) const { return root + "/" + name; }
+  std::string Write(const std::string &name, const std::string &bytes) const;
+  [[nodiscard]] static std::string ReadAll(const std::string &path);
+  // Everything in the folder, to see that nothing was left behind.
+  [[nodiscard]] std::vector<std::string> Names(const std::string &folder = {}) const;
+  // The log since the last call.
+  [[nodiscard]] static std::string TakeLog();
+  [[nodiscard]] std::vector<FakeHost::Asked> TakeAsked() { return std::exchange(host.asked, {}); }
+
+  std::string root;
+  std::string install;
+  FakeHost host;
+};
+
+// A catalogue's text around the given transformations.
+[[nodiscard]] std::string Catalogue(const std::string &content);
+// A complete transformation of that name.
+[[nodiscard]] std::string Element(const std::string &name);
+[[nodiscard]] catalogue::Transformation MakeTransformation(const std::string &name);
+[[nodiscard]] std::vector<std::string> NamesOf(const std::optional<catalogue::TransformationList> &list);
+
+#endif
