@@ -1,6 +1,6 @@
-// The archive of parsed Java classes that makes the virtual machine start quickly: written when the first process that
-// uses a class path ends, read by all later ones. Lives in the user's cache folder; whatever fails, Java starts
-// without.
+// The archive of parsed Java classes that makes the virtual machine start quickly. A process that finds none for its
+// class path has one written in the background when it ends; all later ones map it. Lives in the user's cache folder;
+// whatever fails, Java starts without.
 #ifndef BRIDGE_CLASS_ARCHIVE_H
 #define BRIDGE_CLASS_ARCHIVE_H
 
@@ -11,17 +11,23 @@ namespace bridge {
 
 class ClassArchive {
 public:
-  // The archive belongs to exactly these files, as they are now, and these options.
-  ClassArchive(const std::vector<std::string> &files, const std::vector<std::string> &options);
+  ClassArchive() = default;
+  // The archive belongs to exactly these files, as they are now, and these texts.
+  ClassArchive(const std::vector<std::string> &files, const std::vector<std::string> &texts);
 
-  // The option that reads or writes it; empty when there shall be none.
+  // The option that reads it; empty when there is none.
   [[nodiscard]] std::string Option() const;
-  // After the virtual machine has ended: puts a newly written archive in its place.
-  void Keep() const;
+  // Whether it could be written but is not there.
+  [[nodiscard]] bool IsMissing() const { return !path.empty() && !isThere; }
+  // Starts a detached Java that loads the classes of these names and leaves the archive of them; returns at once. Our
+  // own virtual machine could write one too, when it ends, but then the user waits for it, and has been seen to crash
+  // over classes made at run time.
+  void WriteInBackground(const std::string &javaHome, const std::vector<std::string> &options,
+                         const std::vector<std::string> &classNames) const;
 
 private:
-  std::string path;    // empty: no archive
-  std::string written; // empty: the archive is there already
+  std::string path; // empty: no archive
+  bool isThere = false;
 };
 
 } // namespace bridge

@@ -5,8 +5,11 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
+#include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -53,9 +56,51 @@ void DropUnused(const std::string &folder) {
       fs::remove(entry.path(), failed);
 }
 
+// Gone with the last of the words that the child needs; nothing may be allocated between fork and exec.
+struct ChildCommand {
+  std::vector<std::string> words;
+  std::vector<char *> pointers;
+  std::string written;
+  std::string path;
+  std::string list;
+};
+
+// In a child of a process with many threads, where only plain system calls are allowed: runs Java detached and puts
+// its archive in place.
+[[noreturn]] void RunDetached(const ChildCommand &command) {
+  setsid();
+  const int null = open("/dev/null", O_RDWR);
+  for (const int standard : {0, 1, 2})
+    dup2(null, standard);
+  close_range(3, ~0U, 0);
+  (void)!nice(10);
+  const pid_t java = fork();
+  if (java == 0) {
+    execv(command.pointers.front(), command.pointers.data());
+    _exit(127);
+  }
+  int status = 1;
+  waitpid(java, &status, 0);
+  if (status != 0 || rename(command.written.c_str(), command.path.c_str()) != 0)
+    unlink(command.written.c_str());
+  unlink(command.list.c_str());
+  _exit(0);
+}
+
+// The first of several processes that end at the same time does it; one that died over it is given up soon.
+bool ClaimList(const std::string &list) {
+  std::error_code error;
+  if (fs::file_time_type::clock::now() - fs::last_write_time(list, error) > std::chrono::minutes(5) && !error)
+    fs::remove(list, error);
+  const int file = open(list.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+  if (file >= 0)
+    close(file);
+  return file >= 0;
+}
+
 } // namespace
 
-ClassArchive::ClassArchive(const std::vector<std::string> &files, const std::vector<std::string> &options) {
+ClassArchive::ClassArchive(const std::vector<std::string> &files, const std::vector<std::string> &texts) {
   const std::string folder = FindCacheFolder();
   std::error_code error;
   if (folder.empty() || (fs::create_directories(folder, error), error))
@@ -63,29 +108,45 @@ ClassArchive::ClassArchive(const std::vector<std::string> &files, const std::vec
   std::string key;
   for (const std::string &file : files)
     key += DescribeFile(file);
-  for (const std::string &option : options)
-    key += option + '\n';
+  for (const std::string &text : texts)
+    key += text + '\n';
   std::ostringstream name;
   name << "classes-" << std::hex << Hash(key) << ".jsa";
   path = kit::JoinPath(folder, name.str());
-  if (kit::IsFile(path))
+  isThere = kit::IsFile(path);
+  if (isThere)
     fs::last_write_time(path, fs::file_time_type::clock::now(), error);
-  else
-    written = path + "." + std::to_string(getpid());
 }
 
-std::string ClassArchive::Option() const {
-  if (path.empty())
-    return {};
-  return written.empty() ? "-XX:SharedArchiveFile=" + path : "-XX:ArchiveClassesAtExit=" + written;
-}
+std::string ClassArchive::Option() const { return isThere ? "-XX:SharedArchiveFile=" + path : std::string(); }
 
-void ClassArchive::Keep() const {
-  std::error_code error;
-  if (written.empty() || !kit::IsFile(written))
+void ClassArchive::WriteInBackground(const std::string &javaHome, const std::vector<std::string> &options,
+                                     const std::vector<std::string> &classNames) const {
+  ChildCommand command{{javaHome + "/bin/java"}, {}, path + "." + std::to_string(getpid()), path, path + ".list"};
+  if (!IsMissing() || !kit::IsFile(command.words.front()) || !ClaimList(command.list))
     return;
-  fs::rename(written, path, error);
   DropUnused(kit::FolderOf(path));
+  std::ofstream list(command.list);
+  for (const std::string &name : classNames)
+    list << name << '\n';
+  list.close();
+  command.words.insert(command.words.end(), options.begin(), options.end());
+  for (const std::string &word :
+       {"-XX:ArchiveClassesAtExit=" + command.written, std::string("-XX:ErrorFile=/dev/null"),
+        std::string("-XX:-CreateCoredumpOnCrash"), std::string("vlxslt.ClassLoading"), command.list})
+    command.words.push_back(word);
+  for (std::string &word : command.words)
+    command.pointers.push_back(word.data());
+  command.pointers.push_back(nullptr);
+  // Twice, so that nobody has to wait for it.
+  const pid_t between = fork();
+  if (between == 0) {
+    if (fork() == 0)
+      RunDetached(command);
+    _exit(0);
+  }
+  if (between > 0)
+    waitpid(between, nullptr, 0);
 }
 
 } // namespace bridge

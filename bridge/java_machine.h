@@ -14,7 +14,9 @@
 namespace bridge {
 
 struct MachineSetup {
+  std::string home;
   std::string library;                // libjvm
+  std::string purpose;                // what kind of work is coming; each has its own class archive
   std::vector<std::string> classPath; // archives only: jars
   std::vector<std::string> options;   // the user's; they win over ours
   std::function<void()> abandon;      // the machine wants to end the process; must not return to it
@@ -33,16 +35,21 @@ public:
   // Local references, valid until the current frame ends; null for null.
   [[nodiscard]] jstring MakeString(const char *text) const;
   [[nodiscard]] jobjectArray MakeStringArray(const std::vector<std::string> &items) const;
+  // The machine has done work that is worth an archive of its classes.
+  void NoteSuccess() { hasSucceeded = true; }
   // What a pending exception says, which is cleared; empty when there is none.
   [[nodiscard]] std::string TakeException() const;
 
 private:
-  JavaMachine(JavaVM *created, JNIEnv *attached, ClassArchive used)
-      : machine(created), environment(attached), archive(std::move(used)) {}
+  JavaMachine() = default;
+  [[nodiscard]] std::vector<std::string> ListClasses() const;
 
-  JavaVM *machine;
-  JNIEnv *environment;
+  JavaVM *machine = nullptr;
+  JNIEnv *environment = nullptr;
+  std::string home;
+  std::vector<std::string> options; // without those of the archive
   ClassArchive archive;
+  bool hasSucceeded = false;
 };
 
 // The text of a Java string; empty for null. Needs no machine, only the environment of a native method.

@@ -78,15 +78,17 @@ XSLTManagedLayer &XSLTManagedLayer::GetInstance() {
 
 void XSLTManagedLayer::SetClassPath(const char *given) { classPath = given ? given : ""; }
 
-bool XSLTManagedLayer::EnsureJava() {
+bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
   if (!isStarted) {
     isStarted = true;
     const bridge::JavaInstallation java = bridge::FindJava(kit::GetString(V_SESSION, V_SP_JAVA_HOME));
     problem = java.problem;
     if (problem.empty()) {
       const ClassPathParts parts = SortClassPath(classPath);
-      const bridge::MachineSetup setup{java.library, parts.jars, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS),
-                                       [this] { pump.Abandon(); }};
+      const bridge::MachineSetup setup{
+          java.home, java.library, purpose, parts.jars, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS), [this] {
+            pump.Abandon();
+          }};
       if (!pump.RunOnJava([&] { StartOnJava(setup, parts.folders); }))
         problem = bridge::MachineWords();
     }
@@ -161,7 +163,7 @@ void XSLTManagedLayer::NoteLoss() {
 }
 
 int32_t XSLTManagedLayer::SetTransformer(const char *tClass) {
-  if (!tClass || !*tClass || !EnsureJava())
+  if (!tClass || !*tClass || !EnsureJava(tClass))
     return 0;
   int32_t result = 0;
   RunInJava([&](JNIEnv &java) {
@@ -182,13 +184,15 @@ void XSLTManagedLayer::NameMissingEntries() const {
 int32_t XSLTManagedLayer::TransformXMLFile(const char *xmlFilePath, const char *xslFilePath, const char *outputFilePath,
                                            const V_StrListT *stylesheetParams) {
   int32_t result = 0;
-  if (EnsureJava()) {
+  if (EnsureJava({})) {
     const std::vector<std::string> parameters = ReadParameters(stylesheetParams);
     RunInJava([&](JNIEnv &java) {
       jobjectArray array = parameters.empty() ? nullptr : machine->MakeStringArray(parameters);
       result = java.CallIntMethod(methods.layer, methods.transform, machine->MakeString(xmlFilePath),
                                   machine->MakeString(xslFilePath), machine->MakeString(outputFilePath), array);
     });
+    if (result == 1 && machine)
+      machine->NoteSuccess();
   }
   bridge::VLXSLTEntityResolverC::GetInstance().Terminate();
   return result;
@@ -196,7 +200,7 @@ int32_t XSLTManagedLayer::TransformXMLFile(const char *xmlFilePath, const char *
 
 bridge::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const char *tClass) {
   bridge::ProcessorProbe probe;
-  if (!EnsureJava()) {
+  if (!EnsureJava("probe")) {
     probe.error = problem;
     return probe;
   }

@@ -35,7 +35,8 @@ private:
     jmethodID probe = nullptr;
   };
 
-  [[nodiscard]] bool EnsureJava();
+  // `purpose` tells apart what is worth a class archive of its own.
+  [[nodiscard]] bool EnsureJava(const std::string &purpose);
   void StartOnJava(const bridge::MachineSetup &setup, const std::string &folders);
   [[nodiscard]] bool ConnectLayer(const std::string &folders);
   [[nodiscard]] bool FindMethods(JNIEnv *java, jclass type);

@@ -63,7 +63,8 @@ std::optional<XmlOutline> ReadXmlOutline(const std::string &path, OutlineDepth d
   const OpenFile file(path);
   if (file.Get() < 0)
     return std::nullopt;
-  const Reader reader = Reader::Adopt(xmlReaderForFd(file.Get(), nullptr, nullptr, quietOptions));
+  // What is broken further down must not hide the root: the reader looks ahead.
+  const Reader reader = Reader::Adopt(xmlReaderForFd(file.Get(), nullptr, nullptr, quietOptions | XML_PARSE_RECOVER));
   XmlOutline outline;
   if (!reader || !ReadToElement(reader.Get(), outline.publicId))
     return std::nullopt;

@@ -193,7 +193,7 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
       if (origins.containsKey(link))
         return origins.get(link);
     }
-    return thrown instanceof SAXParseException ? reading.peek() : null;
+    return reading.peek();
   }
 
   private static String textOf(Throwable thrown) {

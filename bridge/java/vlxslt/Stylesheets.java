@@ -53,7 +53,8 @@ final class Stylesheets {
     Source source = documents.source(address, diagnostics, read::add);
     Entry entry = new Entry();
     entry.templates = factory.newTemplates(source);
-    if (entry.templates == null)
+    // Some processors make do with what is left of a stylesheet after an error that they have reported.
+    if (entry.templates == null || diagnostics.hasErrors())
       throw new TransformerConfigurationException("The stylesheet cannot be compiled.");
     entry.modules = new ArrayList<>(read.stream().distinct().map(FileStamp::of).collect(Collectors.toList()));
     entry.problems = diagnostics.problems();

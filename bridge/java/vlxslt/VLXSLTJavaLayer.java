@@ -1,5 +1,6 @@
 package vlxslt;
 
+import java.io.IOException;
 import java.net.MalformedURLException;
 import java.net.URL;
 import java.net.URLClassLoader;
@@ -115,7 +116,7 @@ public final class VLXSLTJavaLayer {
       Diagnostics diagnostics) throws Exception {
     Path target = Path.of(output);
     if (Files.exists(target) && Files.exists(Path.of(xml)) && Files.isSameFile(target, Path.of(xml)))
-      throw new java.io.IOException("The output is the input itself: " + output);
+      throw new IOException("The output is the input itself: " + output);
     String input = Addresses.ofPath(xml);
     Templates templates = compile(input, xsl, diagnostics);
     try (Outputs outputs = new Outputs(target)) {
@@ -137,9 +138,11 @@ public final class VLXSLTJavaLayer {
       address = Addresses.ofPath(xsl);
     } else {
       String href = StylesheetInstruction.find(documents.source(input, diagnostics, read -> {}));
-      if (href == null)
-        throw new java.io.IOException(
-            "No stylesheet: " + Addresses.shown(input) + " has no xml-stylesheet processing instruction for XSLT.");
+      if (href == null) {
+        IOException none = new IOException("The document has no xml-stylesheet processing instruction for XSLT.");
+        diagnostics.blame(none, input);
+        throw none;
+      }
       if (href.startsWith("#"))
         return compileEmbedded(input, diagnostics);
       address = documents.resolution().resolve(null, null, input, href.replace('\\', '/'));

@@ -3,6 +3,6 @@
   <xsl:param name="lang" select="'none'"/>
   <xsl:param name="count" select="1"/>
   <xsl:template match="/">
-    <page lang="{$lang}" count="{$count + 1}"><xsl:value-of select="normalize-space(.)"/></page>
+    <page lang="{$lang}"><xsl:value-of select="normalize-space(.)"/></page>
   </xsl:template>
 </xsl:stylesheet>
