@@ -3,8 +3,8 @@
 #include "kit/paths.h"
 
 #include <libxml/parser.h>
-#include <libxml/xmlreader.h>
 
+#include <array>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -42,20 +42,39 @@ std::string DescribeError(const std::string &path, const xmlError *error) {
   return path + ":" + std::to_string(error->line) + ":" + std::to_string(error->int2) + ": " + message;
 }
 
-using Reader = kit::Handle<xmlTextReader, xmlFreeTextReader>;
+// What the parser's events have told so far.
+struct OutlineEvents {
+  XmlOutline outline;
+  OutlineDepth depth;
+  xmlParserCtxtPtr parser = nullptr;
+  int level = 0;
+};
 
-// False at the end of the file or of what can be read.
-bool ReadToElement(xmlTextReaderPtr reader, std::string &publicId) {
-  while (xmlTextReaderRead(reader) == 1) {
-    const int type = xmlTextReaderNodeType(reader);
-    if (type == XML_READER_TYPE_ELEMENT)
-      return true;
-    if (type == XML_READER_TYPE_DOCUMENT_TYPE)
-      if (const xmlNode *node = xmlTextReaderCurrentNode(reader); node && node->type == XML_DTD_NODE)
-        publicId = Text(reinterpret_cast<const xmlDtd *>(node)->ExternalID);
-  }
-  return false;
+OutlineEvents &EventsOf(void *context) {
+  return *static_cast<OutlineEvents *>(static_cast<xmlParserCtxtPtr>(context)->_private);
 }
+
+void NoteDoctype(void *context, const xmlChar *, const xmlChar *publicId, const xmlChar *) {
+  EventsOf(context).outline.publicId = Text(publicId);
+}
+
+void NoteElement(void *context, const xmlChar *localName, const xmlChar *, const xmlChar *space, int, const xmlChar **,
+                 int, int, const xmlChar **) {
+  OutlineEvents &events = EventsOf(context);
+  const bool isRoot = events.level++ == 0;
+  (isRoot ? events.outline.root : events.outline.firstChild) = Text(localName);
+  if (isRoot)
+    events.outline.rootNamespace = Text(space);
+  if (!isRoot || events.depth == OutlineDepth::Root)
+    xmlStopParser(events.parser);
+}
+
+// The root has ended: whatever follows is none of its children.
+void NoteEnd(void *context, const xmlChar *, const xmlChar *, const xmlChar *) {
+  xmlStopParser(EventsOf(context).parser);
+}
+
+using PushParser = kit::Handle<xmlParserCtxt, xmlFreeParserCtxt>;
 
 } // namespace
 
@@ -63,17 +82,25 @@ std::optional<XmlOutline> ReadXmlOutline(const std::string &path, OutlineDepth d
   const OpenFile file(path);
   if (file.Get() < 0)
     return std::nullopt;
-  // What is broken further down must not hide the root: the reader looks ahead.
-  const Reader reader = Reader::Adopt(xmlReaderForFd(file.Get(), nullptr, nullptr, quietOptions | XML_PARSE_RECOVER));
-  XmlOutline outline;
-  if (!reader || !ReadToElement(reader.Get(), outline.publicId))
+  // Events come before the parser meets what is broken further down, so that cannot hide the root.
+  xmlSAXHandler handler{};
+  handler.initialized = XML_SAX2_MAGIC;
+  handler.internalSubset = NoteDoctype;
+  handler.startElementNs = NoteElement;
+  handler.endElementNs = NoteEnd;
+  const PushParser parser = PushParser::Adopt(xmlCreatePushParserCtxt(&handler, nullptr, nullptr, 0, nullptr));
+  if (!parser)
     return std::nullopt;
-  outline.root = Text(xmlTextReaderConstLocalName(reader.Get()));
-  outline.rootNamespace = Text(xmlTextReaderConstNamespaceUri(reader.Get()));
-  if (depth == OutlineDepth::FirstChild && xmlTextReaderIsEmptyElement(reader.Get()) == 0 &&
-      ReadToElement(reader.Get(), outline.publicId))
-    outline.firstChild = Text(xmlTextReaderConstLocalName(reader.Get()));
-  return outline;
+  xmlCtxtUseOptions(parser.Get(), quietOptions);
+  OutlineEvents events{{}, depth, parser.Get()};
+  parser.Get()->_private = &events;
+  std::array<char, 4096> buffer{};
+  for (ssize_t count = 0; (count = read(file.Get(), buffer.data(), buffer.size())) > 0;)
+    if (xmlParseChunk(parser.Get(), buffer.data(), static_cast<int>(count), 0) != 0)
+      break;
+  if (events.level == 0)
+    xmlParseChunk(parser.Get(), nullptr, 0, 1);
+  return events.level > 0 ? std::optional(std::move(events.outline)) : std::nullopt;
 }
 
 XmlDocument ReadXmlFile(const std::string &path) {
