@@ -4,9 +4,12 @@
 
 #include <libxml/parser.h>
 
-#include <array>
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace host {
 
@@ -42,39 +45,35 @@ std::string DescribeError(const std::string &path, const xmlError *error) {
   return path + ":" + std::to_string(error->line) + ":" + std::to_string(error->int2) + ": " + message;
 }
 
-// What the parser's events have told so far.
-struct OutlineEvents {
+using Parser = kit::Handle<xmlParserCtxt, xmlFreeParserCtxt>;
+
+// What the parser's events tell until enough is known. The pull reader would not do: it parses ahead, and what is
+// broken further down hides the root.
+struct OutlineParse {
   XmlOutline outline;
-  OutlineDepth depth;
+  int elementsWanted = 1;
+  int elementsSeen = 0;
   xmlParserCtxtPtr parser = nullptr;
-  int level = 0;
 };
 
-OutlineEvents &EventsOf(void *context) {
-  return *static_cast<OutlineEvents *>(static_cast<xmlParserCtxtPtr>(context)->_private);
+void NoteDoctype(void *data, const xmlChar *, const xmlChar *publicId, const xmlChar *) {
+  static_cast<OutlineParse *>(data)->outline.publicId = Text(publicId);
 }
 
-void NoteDoctype(void *context, const xmlChar *, const xmlChar *publicId, const xmlChar *) {
-  EventsOf(context).outline.publicId = Text(publicId);
+void NoteElement(void *data, const xmlChar *name, const xmlChar *, const xmlChar *nameSpace, int, const xmlChar **, int,
+                 int, const xmlChar **) {
+  OutlineParse &parse = *static_cast<OutlineParse *>(data);
+  if (parse.elementsSeen == parse.elementsWanted)
+    return;
+  if (++parse.elementsSeen == 1) {
+    parse.outline.root = Text(name);
+    parse.outline.rootNamespace = Text(nameSpace);
+  } else {
+    parse.outline.firstChild = Text(name);
+  }
+  if (parse.elementsSeen == parse.elementsWanted)
+    xmlStopParser(parse.parser);
 }
-
-void NoteElement(void *context, const xmlChar *localName, const xmlChar *, const xmlChar *space, int, const xmlChar **,
-                 int, int, const xmlChar **) {
-  OutlineEvents &events = EventsOf(context);
-  const bool isRoot = events.level++ == 0;
-  (isRoot ? events.outline.root : events.outline.firstChild) = Text(localName);
-  if (isRoot)
-    events.outline.rootNamespace = Text(space);
-  if (!isRoot || events.depth == OutlineDepth::Root)
-    xmlStopParser(events.parser);
-}
-
-// The root has ended: whatever follows is none of its children.
-void NoteEnd(void *context, const xmlChar *, const xmlChar *, const xmlChar *) {
-  xmlStopParser(EventsOf(context).parser);
-}
-
-using PushParser = kit::Handle<xmlParserCtxt, xmlFreeParserCtxt>;
 
 } // namespace
 
@@ -82,32 +81,35 @@ std::optional<XmlOutline> ReadXmlOutline(const std::string &path, OutlineDepth d
   const OpenFile file(path);
   if (file.Get() < 0)
     return std::nullopt;
-  // Events come before the parser meets what is broken further down, so that cannot hide the root.
-  xmlSAXHandler handler{};
-  handler.initialized = XML_SAX2_MAGIC;
-  handler.internalSubset = NoteDoctype;
-  handler.startElementNs = NoteElement;
-  handler.endElementNs = NoteEnd;
-  const PushParser parser = PushParser::Adopt(xmlCreatePushParserCtxt(&handler, nullptr, nullptr, 0, nullptr));
+  OutlineParse parse;
+  parse.elementsWanted = depth == OutlineDepth::FirstChild ? 2 : 1;
+  xmlSAXHandler events = {};
+  events.initialized = XML_SAX2_MAGIC;
+  events.internalSubset = NoteDoctype;
+  events.startElementNs = NoteElement;
+  const Parser parser = Parser::Adopt(xmlCreatePushParserCtxt(&events, &parse, nullptr, 0, nullptr));
   if (!parser)
     return std::nullopt;
+  parse.parser = parser.Get();
   xmlCtxtUseOptions(parser.Get(), quietOptions);
-  OutlineEvents events{{}, depth, parser.Get()};
-  parser.Get()->_private = &events;
-  std::array<char, 4096> buffer{};
-  for (ssize_t count = 0; (count = read(file.Get(), buffer.data(), buffer.size())) > 0;)
-    if (xmlParseChunk(parser.Get(), buffer.data(), static_cast<int>(count), 0) != 0)
+  std::array<char, 4096> chunk = {};
+  for (ssize_t count = 1; count > 0 && parse.elementsSeen < parse.elementsWanted;) {
+    count = read(file.Get(), chunk.data(), chunk.size());
+    if (xmlParseChunk(parser.Get(), chunk.data(), static_cast<int>(std::max<ssize_t>(count, 0)), count <= 0) != 0)
       break;
-  if (events.level == 0)
-    xmlParseChunk(parser.Get(), nullptr, 0, 1);
-  return events.level > 0 ? std::optional(std::move(events.outline)) : std::nullopt;
+  }
+  // Declarations of entities make the parser keep a document of its own.
+  const kit::Handle<xmlDoc, xmlFreeDoc> document =
+      kit::Handle<xmlDoc, xmlFreeDoc>::Adopt(std::exchange(parser.Get()->myDoc, nullptr));
+  if (parse.elementsSeen == 0)
+    return std::nullopt;
+  return parse.outline;
 }
 
 XmlDocument ReadXmlFile(const std::string &path) {
   const OpenFile file(path);
   if (file.Get() < 0)
     return {{}, path + ": cannot be read"};
-  using Parser = kit::Handle<xmlParserCtxt, xmlFreeParserCtxt>;
   const Parser parser = Parser::Adopt(xmlNewParserCtxt());
   if (!parser)
     return {{}, path + ": no memory to read it"};
