@@ -48,7 +48,7 @@ const XMLCh *SystemIdOf(const XMLResourceIdentifier &resource) {
 
 // Relative to the file that refers to it.
 std::string LocalPath(const XMLResourceIdentifier &resource) {
-  const std::string path = kit::UrlToPath(ToUtf8(resource.getSystemId()));
+  std::string path = kit::UrlToPath(ToUtf8(resource.getSystemId()));
   if (path.empty() || kit::IsAbsolutePath(path))
     return path;
   return kit::JoinPath(kit::FolderOf(kit::UrlToPath(ToUtf8(resource.getBaseURI()))), path);

@@ -52,6 +52,7 @@ void V_ClientDialogEvent(int32_t dialog, int32_t item, int32_t modifiers) {
 
 void V_ClientShutdown() {
   Guard([] {
+    dialogs::ShutDownDialogs();
     bridge::ShutDownBridge();
     catalogue::ShutDownCatalogue();
   });

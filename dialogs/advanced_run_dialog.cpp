@@ -215,4 +215,6 @@ std::string AskForRunRequest() {
 
 void ServeAdvancedRunEvent(int32_t item) { ServeEvent<State>(TheDialog(), rows, item); }
 
+void ForgetAdvancedRunState() { TheDialog() = State(); }
+
 } // namespace dialogs

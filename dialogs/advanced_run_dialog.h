@@ -11,6 +11,7 @@ namespace dialogs {
 // Empty when the person cancelled.
 [[nodiscard]] std::string AskForRunRequest();
 void ServeAdvancedRunEvent(int32_t item);
+void ForgetAdvancedRunState();
 
 } // namespace dialogs
 

@@ -244,4 +244,6 @@ ChosenTransformation OpenChooseManageDialog(ChooseMode mode) {
 
 void ServeChooseManageEvent(int32_t item) { ServeEvent<State>(TheDialog(), rows, item); }
 
+void ForgetChooseManageState() { TheDialog() = State(); }
+
 } // namespace dialogs

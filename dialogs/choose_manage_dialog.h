@@ -20,6 +20,7 @@ struct ChosenTransformation {
 // Returns when the dialog is gone.
 [[nodiscard]] ChosenTransformation OpenChooseManageDialog(ChooseMode mode);
 void ServeChooseManageEvent(int32_t item);
+void ForgetChooseManageState();
 
 } // namespace dialogs
 

@@ -16,13 +16,14 @@ namespace {
 struct Entry {
   int32_t dialog;
   void (*serve)(int32_t item);
+  void (*forgetState)();
 };
 
 constexpr std::array entries = {
-    Entry{advancedRunDialogNumber, ServeAdvancedRunEvent},
-    Entry{chooseManageDialogNumber, ServeChooseManageEvent},
-    Entry{newEditDialogNumber, ServeNewEditEvent},
-    Entry{stylesheetParamsDialogNumber, ServeStylesheetParamsEvent},
+    Entry{advancedRunDialogNumber, ServeAdvancedRunEvent, ForgetAdvancedRunState},
+    Entry{chooseManageDialogNumber, ServeChooseManageEvent, ForgetChooseManageState},
+    Entry{newEditDialogNumber, ServeNewEditEvent, ForgetNewEditState},
+    Entry{stylesheetParamsDialogNumber, ServeStylesheetParamsEvent, ForgetStylesheetParamsState},
 };
 
 } // namespace
@@ -44,6 +45,11 @@ void DialogEvent(int32_t dialog, int32_t item, int32_t) {
   const auto entry = std::ranges::find(entries, dialog, &Entry::dialog);
   if (entry != entries.end())
     entry->serve(item);
+}
+
+void ShutDownDialogs() {
+  for (const Entry &entry : entries)
+    entry.forgetState();
 }
 
 } // namespace dialogs

@@ -20,6 +20,9 @@ void OpenNewDialog();
 // An event of the dialog that runs under that number; V_ITEM_... stand beside the item numbers.
 void DialogEvent(int32_t dialog, int32_t item, int32_t modifiers);
 
+// Forgets what the dialogs remember, and their handles: a client that is attached again meets another host.
+void ShutDownDialogs();
+
 } // namespace dialogs
 
 #endif

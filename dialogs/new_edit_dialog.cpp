@@ -281,4 +281,6 @@ void ChangeTransformation(const std::string &trFilePath, const std::string &trNa
 
 void ServeNewEditEvent(int32_t item) { ServeEvent<State>(TheDialog(), rows, item); }
 
+void ForgetNewEditState() { TheDialog() = State(); }
+
 } // namespace dialogs

@@ -13,6 +13,7 @@ void MakeNewTransformation(const std::string &trFilePath);
 // An empty form when the catalogue has no transformation of that name.
 void ChangeTransformation(const std::string &trFilePath, const std::string &trName);
 void ServeNewEditEvent(int32_t item);
+void ForgetNewEditState();
 
 } // namespace dialogs
 

@@ -128,4 +128,6 @@ std::vector<Parameter> EditStylesheetParams(const std::vector<Parameter> &params
 
 void ServeStylesheetParamsEvent(int32_t item) { ServeEvent<State>(TheDialog(), rows, item); }
 
+void ForgetStylesheetParamsState() { TheDialog() = State(); }
+
 } // namespace dialogs

@@ -20,6 +20,7 @@ struct Parameter {
 // The list after OK, parameters without a name included; the given one after anything else.
 [[nodiscard]] std::vector<Parameter> EditStylesheetParams(const std::vector<Parameter> &params);
 void ServeStylesheetParamsEvent(int32_t item);
+void ForgetStylesheetParamsState();
 
 } // namespace dialogs
 

@@ -40,6 +40,7 @@ constexpr std::array configurationKeys = {
     KeyRule<Configuration>{"catalogs", &Configuration::catalogs, Meaning::StoredPath},
     KeyRule<Configuration>{"java_home", &Configuration::javaHome, Meaning::Path},
     KeyRule<Configuration>{"java_options", &Configuration::javaOptions},
+    KeyRule<Configuration>{"editor", &Configuration::editor},
 };
 
 constexpr std::array processorKeys = {

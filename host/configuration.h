@@ -39,6 +39,7 @@ struct Configuration {
   std::vector<std::string> catalogs;
   std::string javaHome;
   std::vector<std::string> javaOptions;
+  std::string editor; // the command that opens a file at a line; empty: $VISUAL, then the desktop's own
   std::vector<ProcessorSetting> processors;
   std::vector<ApplicationSetting> applications;
 };

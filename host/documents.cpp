@@ -6,12 +6,6 @@
 
 namespace host {
 
-namespace {
-
-constexpr V_ObjectT firstObject = 256;
-
-} // namespace
-
 Document *Documents::Open(const std::string &path, const std::string &asName, std::string &error) {
   const std::string absolute = kit::AbsolutePath(kit::UrlToPath(path));
   const auto known = std::ranges::find(documents, absolute, [](const auto &each) { return each->path; });
@@ -22,7 +16,7 @@ Document *Documents::Open(const std::string &path, const std::string &asName, st
     return nullptr;
   }
   Document document;
-  document.object = firstObject + static_cast<V_ObjectT>(documents.size());
+  document.object = nextObject++;
   document.source = RecogniseComponentSource(absolute);
   document.path = absolute;
   document.name = asName.empty() ? kit::FileNameOf(absolute) : asName;
@@ -37,6 +31,10 @@ Document *Documents::Find(V_ObjectT object) {
 V_ObjectT Documents::After(V_ObjectT object) const {
   const auto next = std::ranges::upper_bound(documents, object, {}, [](const auto &each) { return each->object; });
   return next == documents.end() ? 0 : (*next)->object;
+}
+
+void Documents::Close(V_ObjectT object) {
+  std::erase_if(documents, [object](const auto &each) { return each->object == object; });
 }
 
 } // namespace host

@@ -32,8 +32,11 @@ public:
   [[nodiscard]] Document *Find(V_ObjectT object);
   [[nodiscard]] V_ObjectT First() const { return documents.empty() ? 0 : documents.front()->object; }
   [[nodiscard]] V_ObjectT After(V_ObjectT object) const;
+  void Close(V_ObjectT object);
+  [[nodiscard]] const std::vector<std::unique_ptr<Document>> &All() const { return documents; }
 
 private:
+  V_ObjectT nextObject = 256;
   std::vector<std::unique_ptr<Document>> documents;
 };
 

@@ -43,6 +43,8 @@ public:
   // One line, or a lone line feed for a blank one.
   virtual void WriteConsole(std::string_view text) = 0;
   virtual void ReportProgress(const Progress &progress) = 0;
+  // A finished output that its default program is to show. Names it, unless the front can do better.
+  virtual void LaunchOutput(const std::string &path) { WriteConsole("Output: " + path); }
   // Whether the person wants the run to stop after the current input.
   [[nodiscard]] virtual bool IsCancelled() = 0;
 };

@@ -14,10 +14,10 @@ namespace {
 constexpr std::array answers = {StepKind::Answer};
 constexpr std::array choices = {StepKind::Choose, StepKind::Dismiss};
 constexpr std::array openings = {StepKind::Dialog};
-constexpr std::array acts = {StepKind::Set,          StepKind::Click,         StepKind::DoubleClick,
-                             StepKind::Frame,        StepKind::GridAdd,       StepKind::GridSet,
-                             StepKind::GridSelect,   StepKind::ExpectTitle,   StepKind::ExpectContent,
-                             StepKind::ExpectFlag,   StepKind::ExpectLabels,  StepKind::ExpectGridRow,
+constexpr std::array acts = {StepKind::Set,           StepKind::Click,        StepKind::DoubleClick,
+                             StepKind::Frame,         StepKind::GridAdd,      StepKind::GridSet,
+                             StepKind::GridSelect,    StepKind::ExpectTitle,  StepKind::ExpectContent,
+                             StepKind::ExpectFlag,    StepKind::ExpectLabels, StepKind::ExpectGridRow,
                              StepKind::ExpectGridRows};
 
 constexpr std::array<std::string_view, 3> chooserNames = {"a file", "a folder", "a file to save"};

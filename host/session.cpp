@@ -67,6 +67,28 @@ bool Session::OpenFile(const std::string &path, OpenAs role, std::string &proble
   return true;
 }
 
+std::vector<DocumentSummary> Session::ListDocuments() const {
+  std::vector<DocumentSummary> summaries;
+  for (const auto &each : documents.All())
+    summaries.push_back({each->object, each->source, each->path, each->name, ApplicationOf(*each), each->isModified,
+                         each->object == activeDocument || each->object == activeBook});
+  return summaries;
+}
+
+void Session::Activate(V_ObjectT object) {
+  const Document *document = documents.Find(object);
+  const bool isBook = document && document->source == ComponentSource::Book;
+  activeBook = isBook ? object : 0;
+  activeDocument = document && !isBook ? object : 0;
+}
+
+void Session::CloseDocument(V_ObjectT object) {
+  documents.Close(object);
+  for (V_ObjectT *active : {&activeDocument, &activeBook})
+    if (*active == object)
+      *active = 0;
+}
+
 ClientReply Session::Send(const std::string &client, const std::string &request) {
   error = V_ERROR_NONE;
   ClientReply reply;
@@ -102,6 +124,7 @@ kit::TypedValues Session::CallClient(const std::string &client, const std::strin
   if (!loaded || !wantsRequests)
     return {};
   // A client may be called again while it serves a request: every call has a place of its own for the reply.
+  record.requests.push_back(request);
   replies.emplace_back();
   loaded->Notify(V_NOTIFY_CALL_CLIENT, V_SESSION, request.c_str(), 0);
   kit::TypedValues reply = std::move(replies.back());
@@ -172,7 +195,7 @@ int32_t Session::Launch(const std::string &path) {
   if (path.empty())
     return 0;
   record.launched.push_back(path);
-  front.WriteConsole("Output: " + path);
+  front.LaunchOutput(path);
   return 1;
 }
 

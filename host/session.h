@@ -18,6 +18,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -34,6 +35,18 @@ struct SessionRecord {
   std::vector<std::string> launched;
   std::vector<AskedQuestion> asked;
   std::vector<std::string> console;
+  std::vector<std::string> requests; // to clients that are loaded, nested ones too, in the order of sending
+};
+
+// An open document as a window lists it.
+struct DocumentSummary {
+  V_ObjectT object = 0;
+  ComponentSource source = ComponentSource::None;
+  std::string path;
+  std::string name;
+  std::string application; // empty when no rule fits
+  bool isModified = false;
+  bool isActive = false;
 };
 
 enum class OpenAs { Document, ActiveDocument, ActiveBook, ModifiedDocument };
@@ -55,6 +68,12 @@ public:
   [[nodiscard]] bool OpenFile(const std::string &path, OpenAs role, std::string &error);
   [[nodiscard]] ClientReply Send(const std::string &client, const std::string &request);
   [[nodiscard]] const SessionRecord &Record() const { return record; }
+  // The record begins anew.
+  [[nodiscard]] SessionRecord TakeRecord() { return std::exchange(record, {}); }
+  [[nodiscard]] std::vector<DocumentSummary> ListDocuments() const;
+  // The only active one from then on.
+  void Activate(V_ObjectT object);
+  void CloseDocument(V_ObjectT object);
   [[nodiscard]] const Configuration &Settings() const { return configuration; }
   [[nodiscard]] const std::string &TemporaryFolder() { return tempFolder.Path(); }
   [[nodiscard]] Front &TheFront() { return front; }

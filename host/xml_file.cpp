@@ -3,10 +3,13 @@
 #include "kit/paths.h"
 
 #include <libxml/parser.h>
-#include <libxml/xmlreader.h>
 
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace host {
 
@@ -42,19 +45,34 @@ std::string DescribeError(const std::string &path, const xmlError *error) {
   return path + ":" + std::to_string(error->line) + ":" + std::to_string(error->int2) + ": " + message;
 }
 
-using Reader = kit::Handle<xmlTextReader, xmlFreeTextReader>;
+using Parser = kit::Handle<xmlParserCtxt, xmlFreeParserCtxt>;
 
-// False at the end of the file or of what can be read.
-bool ReadToElement(xmlTextReaderPtr reader, std::string &publicId) {
-  while (xmlTextReaderRead(reader) == 1) {
-    const int type = xmlTextReaderNodeType(reader);
-    if (type == XML_READER_TYPE_ELEMENT)
-      return true;
-    if (type == XML_READER_TYPE_DOCUMENT_TYPE)
-      if (const xmlNode *node = xmlTextReaderCurrentNode(reader); node && node->type == XML_DTD_NODE)
-        publicId = Text(reinterpret_cast<const xmlDtd *>(node)->ExternalID);
+// What the parser's events tell until enough is known. The pull reader would not do: it parses ahead, and what is
+// broken further down hides the root.
+struct OutlineParse {
+  XmlOutline outline;
+  int elementsWanted = 1;
+  int elementsSeen = 0;
+  xmlParserCtxtPtr parser = nullptr;
+};
+
+void NoteDoctype(void *data, const xmlChar *, const xmlChar *publicId, const xmlChar *) {
+  static_cast<OutlineParse *>(data)->outline.publicId = Text(publicId);
+}
+
+void NoteElement(void *data, const xmlChar *name, const xmlChar *, const xmlChar *nameSpace, int, const xmlChar **, int,
+                 int, const xmlChar **) {
+  OutlineParse &parse = *static_cast<OutlineParse *>(data);
+  if (parse.elementsSeen == parse.elementsWanted)
+    return;
+  if (++parse.elementsSeen == 1) {
+    parse.outline.root = Text(name);
+    parse.outline.rootNamespace = Text(nameSpace);
+  } else {
+    parse.outline.firstChild = Text(name);
   }
-  return false;
+  if (parse.elementsSeen == parse.elementsWanted)
+    xmlStopParser(parse.parser);
 }
 
 } // namespace
@@ -63,23 +81,35 @@ std::optional<XmlOutline> ReadXmlOutline(const std::string &path, OutlineDepth d
   const OpenFile file(path);
   if (file.Get() < 0)
     return std::nullopt;
-  const Reader reader = Reader::Adopt(xmlReaderForFd(file.Get(), nullptr, nullptr, quietOptions));
-  XmlOutline outline;
-  if (!reader || !ReadToElement(reader.Get(), outline.publicId))
+  OutlineParse parse;
+  parse.elementsWanted = depth == OutlineDepth::FirstChild ? 2 : 1;
+  xmlSAXHandler events = {};
+  events.initialized = XML_SAX2_MAGIC;
+  events.internalSubset = NoteDoctype;
+  events.startElementNs = NoteElement;
+  const Parser parser = Parser::Adopt(xmlCreatePushParserCtxt(&events, &parse, nullptr, 0, nullptr));
+  if (!parser)
     return std::nullopt;
-  outline.root = Text(xmlTextReaderConstLocalName(reader.Get()));
-  outline.rootNamespace = Text(xmlTextReaderConstNamespaceUri(reader.Get()));
-  if (depth == OutlineDepth::FirstChild && xmlTextReaderIsEmptyElement(reader.Get()) == 0 &&
-      ReadToElement(reader.Get(), outline.publicId))
-    outline.firstChild = Text(xmlTextReaderConstLocalName(reader.Get()));
-  return outline;
+  parse.parser = parser.Get();
+  xmlCtxtUseOptions(parser.Get(), quietOptions);
+  std::array<char, 4096> chunk = {};
+  for (ssize_t count = 1; count > 0 && parse.elementsSeen < parse.elementsWanted;) {
+    count = read(file.Get(), chunk.data(), chunk.size());
+    if (xmlParseChunk(parser.Get(), chunk.data(), static_cast<int>(std::max<ssize_t>(count, 0)), count <= 0) != 0)
+      break;
+  }
+  // Declarations of entities make the parser keep a document of its own.
+  const kit::Handle<xmlDoc, xmlFreeDoc> document =
+      kit::Handle<xmlDoc, xmlFreeDoc>::Adopt(std::exchange(parser.Get()->myDoc, nullptr));
+  if (parse.elementsSeen == 0)
+    return std::nullopt;
+  return parse.outline;
 }
 
 XmlDocument ReadXmlFile(const std::string &path) {
   const OpenFile file(path);
   if (file.Get() < 0)
     return {{}, path + ": cannot be read"};
-  using Parser = kit::Handle<xmlParserCtxt, xmlFreeParserCtxt>;
   const Parser parser = Parser::Adopt(xmlNewParserCtxt());
   if (!parser)
     return {{}, path + ": no memory to read it"};

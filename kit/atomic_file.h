@@ -12,7 +12,7 @@ namespace kit {
 
 class AtomicFile {
 public:
-  explicit AtomicFile(std::string target);
+  explicit AtomicFile(const std::string &path);
   AtomicFile(const AtomicFile &) = delete;
   AtomicFile &operator=(const AtomicFile &) = delete;
   ~AtomicFile();

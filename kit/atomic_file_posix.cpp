@@ -63,7 +63,7 @@ void SyncFolder(const std::string &folder) {
 
 } // namespace
 
-AtomicFile::AtomicFile(std::string path) : target(FollowLinks(path)) { Open(); }
+AtomicFile::AtomicFile(const std::string &path) : target(FollowLinks(path)) { Open(); }
 
 AtomicFile::~AtomicFile() {
   if (file >= 0)

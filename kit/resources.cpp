@@ -49,9 +49,9 @@ std::optional<Resources> Resources::Read(Bytes image) {
     const Identifier type = ReadIdentifier(header);
     const Identifier name = ReadIdentifier(header);
     const Bytes data = cursor.Take(dataSize);
+    cursor.AlignTo(4);
     if (!cursor.IsGood() || !header.IsGood())
       return std::nullopt;
-    cursor.AlignTo(4);
     if (type.number == textType && !resources.AddTextBlock(name.number, data))
       return std::nullopt;
     if (!name.name.empty())

@@ -122,6 +122,14 @@ void AddRequestCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
                  [](Environment environment, const Parsed &all) { return OpenDialog(environment, all.dialog); });
   dialog.add_option("NAME", parsed->dialog, "choose, manage, new, advanced or xsl")->type_name("TEXT")->required();
   AddDocumentOptions(dialog, parsed->session);
+  for (CLI::App *command : {&call, &dialog})
+    command->add_flag("--windows", parsed->session.showsWindows, "ask in windows, not on the terminal");
+
+  CLI::App &desktop = AddCommand(app, parsed, "desktop", "open the workbench window",
+                                 [](Environment, const Parsed &) { return ExitCode::Done; });
+  desktop.add_option("FILE", parsed->session.open, "documents to open; the last one becomes the active one")
+      ->type_name("PATH");
+  desktop.parse_complete_callback([parsed] { parsed->session.isWorkbench = true; });
 
   AddCommand(app, parsed, "processors", "the configured processors, and whether each one loads",
              [](Environment environment, const Parsed &) { return ListProcessors(environment); });

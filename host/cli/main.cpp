@@ -3,6 +3,7 @@
 #include "host/cli/command_line.h"
 #include "host/cli/commands.h"
 #include "host/configuration.h"
+#include "host/desktop_module.h"
 #include "host/installation.h"
 #include "host/script_front.h"
 #include "host/session.h"
@@ -11,6 +12,9 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace cli {
 
@@ -27,18 +31,25 @@ ExitCode EndScript(host::ScriptFront &script, ExitCode code) {
   return ExitCode::ScriptMisfit;
 }
 
-bool OpenFiles(host::Session &session, const SessionOptions &options) {
+std::vector<std::pair<std::string, host::OpenAs>> ListFiles(const SessionOptions &options) {
   const std::pair<const std::vector<std::string> &, host::OpenAs> groups[] = {
       {options.open, host::OpenAs::Document},
       {options.modified, host::OpenAs::ModifiedDocument},
       {options.active, host::OpenAs::ActiveDocument},
       {options.book, host::OpenAs::ActiveBook}};
+  std::vector<std::pair<std::string, host::OpenAs>> files;
   for (const auto &[paths, role] : groups)
     for (const std::string &path : paths)
-      if (std::string error; !session.OpenFile(path, role, error)) {
-        PrintError(error);
-        return false;
-      }
+      files.emplace_back(path, role);
+  return files;
+}
+
+bool OpenFiles(host::Session &session, const SessionOptions &options) {
+  for (const auto &[path, role] : ListFiles(options))
+    if (std::string error; !session.OpenFile(path, role, error)) {
+      PrintError(error);
+      return false;
+    }
   return true;
 }
 
@@ -46,6 +57,30 @@ ExitCode RunCommand(const CommandLine &line, const host::Configuration &configur
                     const host::Installation &installation, host::Front &front) {
   host::Session session(configuration, installation, front);
   return OpenFiles(session, line.session) ? line.command({session, line.session}) : ExitCode::BadCommand;
+}
+
+// The answers of a person, or of a script that stands in for one.
+ExitCode RunWithFront(const CommandLine &line, const host::Configuration &configuration,
+                      const host::Installation &installation, host::Front &front) {
+  if (line.session.script.empty())
+    return RunCommand(line, configuration, installation, front);
+  std::string problem;
+  const std::unique_ptr<host::ScriptFront> script = host::MakeScriptFront(line.session.script, front, problem);
+  return script ? EndScript(*script, RunCommand(line, configuration, installation, *script)) : Refuse(problem);
+}
+
+ExitCode RunInWindows(const CommandLine &line, const host::Configuration &configuration,
+                      const host::Installation &installation) {
+  std::string problem;
+  const std::unique_ptr<host::DesktopModule> windows = host::DesktopModule::Load(installation, problem);
+  if (!windows)
+    return Refuse(problem);
+  const std::optional<int> code =
+      line.session.isWorkbench ? windows->RunWorkbench({configuration, installation, ListFiles(line.session)})
+                               : windows->Serve([&](host::Front &front) {
+                                   return static_cast<int>(RunWithFront(line, configuration, installation, front));
+                                 });
+  return code ? static_cast<ExitCode>(*code) : Refuse("there is no display to show windows on");
 }
 
 ExitCode RunProgram(int count, char **arguments) {
@@ -64,13 +99,11 @@ ExitCode RunProgram(int count, char **arguments) {
     std::fputs((problem + "\n").c_str(), stderr);
   if (!read.problems.empty())
     return ExitCode::BadCommand;
+  if (line->session.NeedsWindows())
+    return RunInWindows(*line, read.configuration, installation);
   host::CatchInterrupts();
   host::TerminalFront terminal(line->session.Answers());
-  if (line->session.script.empty())
-    return RunCommand(*line, read.configuration, installation, terminal);
-  std::string problem;
-  const std::unique_ptr<host::ScriptFront> script = host::MakeScriptFront(line->session.script, terminal, problem);
-  return script ? EndScript(*script, RunCommand(*line, read.configuration, installation, *script)) : Refuse(problem);
+  return RunWithFront(*line, read.configuration, installation, terminal);
 }
 
 } // namespace

@@ -22,7 +22,10 @@ struct SessionOptions {
   bool declinesAll = false;
   std::string script; // plays the person
   bool printsJson = false;
+  bool isWorkbench = false;  // the command is the main window
+  bool showsWindows = false; // questions and dialogs are windows, even while a script plays the person
 
+  [[nodiscard]] bool NeedsWindows() const { return isWorkbench || showsWindows; }
   [[nodiscard]] host::Answers Answers() const {
     if (agreesToAll)
       return host::Answers::ConfirmAll;

@@ -69,9 +69,10 @@ host::RequestBuilder ComposeRequest(Environment environment, const RunOptions &o
   return request;
 }
 
+constexpr std::string_view inputHeading = "Input: ";
+
 // The inputs that the log of a run calls transformed.
 std::set<std::string> ReadTransformed(const std::string &log) {
-  static constexpr std::string_view inputHeading = "Input: ";
   std::set<std::string> transformed;
   std::string input;
   std::istringstream lines(log);
@@ -101,6 +102,9 @@ ExitCode ReportUntransformed(Environment environment, const RunOptions &options,
     }
   if (missing == 0)
     return ExitCode::Done;
+  // One input, or a run that never began, has said everything already.
+  if (inputs.size() == 1 || log.find(inputHeading) == std::string::npos)
+    return ExitCode::Failed;
   if (missing > mostNames)
     names += "\n  and " + std::to_string(missing - mostNames) + " more";
   PrintError(std::to_string(missing) + " of " + std::to_string(inputs.size()) +

@@ -34,7 +34,7 @@ CatalogueTest::~CatalogueTest() {
 }
 
 std::string CatalogueTest::Write(const std::string &name, const std::string &bytes) const {
-  const std::string path = Path(name);
+  std::string path = Path(name);
   fs::create_directories(fs::path(path).parent_path());
   std::ofstream(path, std::ios::binary) << bytes;
   return path;
@@ -55,7 +55,7 @@ std::vector<std::string> CatalogueTest::Names(const std::string &folder) const {
 }
 
 std::string CatalogueTest::TakeLog() {
-  const std::string text = bridge::LogText();
+  std::string text = bridge::LogText();
   bridge::ResetLog(false);
   return text;
 }

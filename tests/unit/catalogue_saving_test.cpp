@@ -162,7 +162,7 @@ TEST_F(CatalogueTest, AProcessKilledWhileSavingLeavesAWholeCatalogue) {
   for (int kill = 0; kill < 40; ++kill) {
     const pid_t child = StartSaving(path, one, other);
     ASSERT_GT(child, 0);
-    const timespec moment{0, (1 + std::rand() % 40) * 1000000};
+    const timespec moment{0, (1 + std::rand() % 40) * 1000000L};
     nanosleep(&moment, nullptr);
     ASSERT_EQ(::kill(child, SIGKILL), 0);
     int status = 0;

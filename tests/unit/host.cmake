@@ -1,4 +1,19 @@
-find_package(LibXml2 REQUIRED)
-vlxslt_add_unit_test(host_test SOURCES host_files.cpp host_configuration_test.cpp host_components_test.cpp
-                                       host_catalogs_test.cpp
+# Two clients for the host to load: one that works, and one that lacks most of its entry points.
+foreach(kind IN ITEMS stub half)
+  add_library(vlxslt_${kind}_client MODULE ${CMAKE_CURRENT_LIST_DIR}/host_${kind}_client.cpp)
+  target_link_libraries(vlxslt_${kind}_client PRIVATE vlxslt_kit)
+  set_target_properties(vlxslt_${kind}_client PROPERTIES
+                        PREFIX "" OUTPUT_NAME XSLT LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${kind}_clients)
+endforeach()
+
+vlxslt_add_unit_test(host_test SOURCES host_files.cpp host_catalogs_test.cpp host_clients_test.cpp
+                                       host_components_test.cpp host_configuration_test.cpp
                      LIBRARIES vlxslt_host)
+target_compile_definitions(host_test PRIVATE VLXSLT_STUB_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/stub_clients"
+                                             VLXSLT_HALF_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/half_clients")
+add_dependencies(host_test vlxslt_stub_client vlxslt_half_client)
+
+# The client as it ships, in the host as it ships.
+vlxslt_add_unit_test(many_requests_test SOURCES host_files.cpp many_requests_test.cpp LIBRARIES vlxslt_host)
+target_compile_definitions(many_requests_test PRIVATE VLXSLT_CLIENTS="${VLXSLT_LIB_DIR}" VLXSLT_SHARE="${VLXSLT_SHARE_DIR}")
+add_dependencies(many_requests_test XSLT)

@@ -32,7 +32,9 @@ public:
   host::Answer answer = host::Answer::Decline;
   std::vector<std::string> console;
 
-  [[nodiscard]] host::Answer Alert(host::AlertKind, const std::string &) override { return answer; }
+  [[nodiscard]] host::Answer Alert(host::AlertKind kind, const std::string &) override {
+    return kind == host::AlertKind::Plain ? host::Answer::Proceed : answer;
+  }
   [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &) override { return std::nullopt; }
   void RunDialog(host::DialogModel &) override {}
   void WriteConsole(std::string_view text) override { console.emplace_back(text); }

@@ -46,6 +46,7 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
   private final Set<Throwable> known = Collections.newSetFromMap(new IdentityHashMap<>());
   private final List<Problem> problems = new ArrayList<>();
   private Predicate<TransformerException> messages = e -> false;
+  private SourceLocator lastMessage;
 
   Diagnostics(IVLXSLTJavaHandler handler) {
     this.handler = handler;
@@ -98,10 +99,12 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
 
   @Override
   public void warning(TransformerException e) {
-    if (messages.test(e))
-      message(e.getMessage() == null ? "" : e.getMessage());
-    else
+    if (!messages.test(e)) {
       accept(Level.WARNING, e);
+      return;
+    }
+    message(e.getMessage() == null ? "" : e.getMessage());
+    lastMessage = e.getLocator();
   }
 
   @Override
@@ -110,8 +113,13 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
   }
 
   @Override
-  public void fatalError(TransformerException e) {
+  public void fatalError(TransformerException e) throws TransformerException {
+    // A message that ends the run has its place; the end itself comes without one.
+    if (e.getLocator() == null && e.getCause() == null)
+      e.setLocator(lastMessage);
     accept(Level.FATAL, e);
+    // Some processors go on unless they are stopped.
+    throw e;
   }
 
   @Override
@@ -131,6 +139,7 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
   }
 
   private void accept(Level level, Throwable thrown) {
+    lastMessage = null;
     if (!isKnown(thrown) && !NO_REASON.equals(thrown.getMessage()))
       note(thrown, describe(level, thrown));
   }

@@ -1,0 +1,100 @@
+// The library's entry points: each starts the toolkit, runs the main loop while the host works on a thread of its own,
+// and takes the toolkit down again.
+#include "host/desktop/desktop_front.h"
+#include "host/desktop/host_thread.h"
+#include "host/desktop/ui_thread.h"
+#include "host/desktop/workbench.h"
+#include "host/desktop_module.h"
+#include "host/guard.h"
+
+#include <wx/app.h>
+#include <wx/init.h>
+#include <wx/log.h>
+
+#include <cstdio>
+#include <functional>
+#include <memory>
+
+namespace desktop {
+
+namespace {
+
+class DesktopApp : public wxApp {
+public:
+  explicit DesktopApp(std::function<void()> begin) : beginWork(std::move(begin)) {}
+
+  bool OnInit() override {
+    // What the toolkit has to say is for developers, not for windows that pop up.
+    delete wxLog::SetActiveTarget(new wxLogStderr);
+    SetAppName("vlxslt");
+    CallAfter(beginWork);
+    return true;
+  }
+
+  bool OnExceptionInMainLoop() override {
+    host::Guarded([] { throw; });
+    return true;
+  }
+
+private:
+  std::function<void()> beginWork;
+};
+
+// False without a display.
+bool RunWindows(std::function<void()> begin, bool endsWithLastWindow) {
+  auto *app = new DesktopApp(std::move(begin));
+  wxApp::SetInstance(app);
+  int count = 1;
+  char name[] = "vlxslt";
+  char *arguments[] = {name, nullptr};
+  const wxInitializer toolkit(count, arguments);
+  if (!toolkit.IsOk())
+    return false;
+  app->SetExitOnFrameDelete(endsWithLastWindow);
+  if (!app->CallOnInit())
+    return false;
+  app->OnRun();
+  app->OnExit();
+  return true;
+}
+
+// What is seen of a request that no workbench stands behind: the terminal it was called from.
+class TerminalView : public RunView {
+public:
+  void ShowConsole(const std::vector<std::string> &lines) override {
+    for (const std::string &line : lines)
+      std::fputs((line + "\n").c_str(), stderr);
+  }
+  void ShowProgress(const host::Progress &) override {}
+  void LaunchOutput(const std::string &path) override { std::fputs(("Output: " + path + "\n").c_str(), stderr); }
+};
+
+} // namespace
+
+} // namespace desktop
+
+int VlxsltRunWorkbench(const host::WorkbenchRequest *request, int *result) {
+  *result = 0;
+  return host::Guarded([request] {
+    return desktop::RunWindows([request] { (new desktop::Workbench(*request))->Show(); }, true) ? 1 : 0;
+  });
+}
+
+int VlxsltServeWithWindows(const host::WindowedWork *work, int *result) {
+  return host::Guarded([work, result] {
+    desktop::TerminalView view;
+    desktop::DesktopFront front(view);
+    std::unique_ptr<desktop::HostThread> thread;
+    const auto begin = [&] {
+      thread = std::make_unique<desktop::HostThread>();
+      thread->Post([&] {
+        *result = (*work)(front);
+        desktop::PostToWindows([&front] {
+          front.FlushConsole();
+          wxTheApp->ExitMainLoop();
+        });
+      });
+    };
+    return desktop::RunWindows(begin, false) ? 1 : 0;
+  });
+}

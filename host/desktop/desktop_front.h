@@ -1,0 +1,53 @@
+// The front of the windows. Called on the host's thread; shows what it is told among the windows and waits there for
+// answers. Console lines are gathered, so that a chatty stylesheet cannot drown the windows.
+#ifndef HOST_DESKTOP_DESKTOP_FRONT_H
+#define HOST_DESKTOP_DESKTOP_FRONT_H
+
+#include "host/front.h"
+
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace desktop {
+
+// What is seen of a run. Belongs to the windows' thread.
+class RunView {
+public:
+  virtual ~RunView() = default;
+  virtual void ShowConsole(const std::vector<std::string> &lines) = 0;
+  virtual void ShowProgress(const host::Progress &progress) = 0;
+  virtual void LaunchOutput(const std::string &path) = 0;
+};
+
+class DesktopFront final : public host::Front {
+public:
+  // The view must outlive every request that is served with this front.
+  explicit DesktopFront(RunView &shownBy) : view(shownBy) {}
+
+  [[nodiscard]] host::Answer Alert(host::AlertKind kind, const std::string &text) override;
+  [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &chooser) override;
+  void RunDialog(host::DialogModel &dialog) override;
+  void WriteConsole(std::string_view text) override;
+  void ReportProgress(const host::Progress &progress) override;
+  void LaunchOutput(const std::string &path) override;
+  [[nodiscard]] bool IsCancelled() override { return cancelled; }
+
+  // From any thread.
+  void Cancel() { cancelled = true; }
+  void ForgetCancel() { cancelled = false; }
+  // Hands the lines that are still waiting to the view; on the windows' thread.
+  void FlushConsole();
+
+private:
+  RunView &view;
+  std::atomic<bool> cancelled = false;
+  std::mutex mutex;
+  std::vector<std::string> waiting; // console lines that the view has not seen
+};
+
+} // namespace desktop
+
+#endif

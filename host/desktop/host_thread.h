@@ -1,0 +1,38 @@
+// The one thread that everything of a client happens on, beside the thread of the windows. Tasks run in the order of
+// posting; those that are left when the thread ends are dropped.
+#ifndef HOST_DESKTOP_HOST_THREAD_H
+#define HOST_DESKTOP_HOST_THREAD_H
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace desktop {
+
+class HostThread {
+public:
+  using Task = std::function<void()>;
+
+  HostThread();
+  // Waits for the task that is running.
+  ~HostThread();
+  HostThread(const HostThread &) = delete;
+  HostThread &operator=(const HostThread &) = delete;
+
+  void Post(Task task);
+
+private:
+  void Run();
+
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::deque<Task> tasks;
+  bool ending = false;
+  std::thread thread; // last: it uses the rest
+};
+
+} // namespace desktop
+
+#endif

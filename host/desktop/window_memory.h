@@ -1,0 +1,34 @@
+// What the windows remember from one time to the next: places, sizes, recent files. Kept beside the user's other state,
+// away from the configuration, which is for people to write.
+#ifndef HOST_DESKTOP_WINDOW_MEMORY_H
+#define HOST_DESKTOP_WINDOW_MEMORY_H
+
+#include <wx/fileconf.h>
+#include <wx/filehistory.h>
+#include <wx/gdicmn.h>
+
+#include <memory>
+#include <string>
+
+namespace desktop {
+
+class WindowMemory {
+public:
+  WindowMemory();
+  ~WindowMemory();
+  WindowMemory(const WindowMemory &) = delete;
+  WindowMemory &operator=(const WindowMemory &) = delete;
+
+  [[nodiscard]] int Read(const wxString &key, int otherwise) const;
+  void Write(const wxString &key, int value);
+  [[nodiscard]] wxFileHistory &RecentFiles() { return recent; }
+  void NoteFile(const std::string &path);
+
+private:
+  std::unique_ptr<wxFileConfig> store;
+  wxFileHistory recent;
+};
+
+} // namespace desktop
+
+#endif

@@ -1,0 +1,440 @@
+#include "host/desktop/workbench.h"
+
+#include "host/desktop/empty_page.h"
+#include "host/desktop/icons.h"
+#include "host/desktop/window_texts.h"
+#include "host/editor_command.h"
+#include "host/request_builder.h"
+#include "kit/paths.h"
+
+#include <wx/aboutdlg.h>
+#include <wx/dnd.h>
+#include <wx/filedlg.h>
+#include <wx/menu.h>
+#include <wx/msgdlg.h>
+#include <wx/sizer.h>
+#include <wx/toolbar.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace desktop {
+
+namespace {
+
+enum class When { Always, Idle, WithDocument, WithLastRun, Busy };
+
+struct Command {
+  int id;
+  int menu; // -1: behind the ones before it in the same menu, after a line
+  const char *label;
+  const char *help;
+  When when;
+  void (Workbench::*act)();
+  std::optional<Icon> icon;
+  const char *toolLabel;
+};
+
+enum Menu { FileMenu, RunMenu, TransformationsMenu, HelpMenu, menuCount };
+constexpr std::array<const char *, menuCount> menuTitles = {"&File", "&Run", "&Transformations", "&Help"};
+constexpr int firstCommand = wxID_HIGHEST + 1;
+
+const std::array commands = {
+    Command{wxID_OPEN, FileMenu, "&Open...\tCtrl+O", "Open documents, books or maps", When::Idle,
+            &Workbench::AskForFiles, Icon::Open, "Open"},
+    Command{wxID_CLOSE,
+            FileMenu,
+            "&Close Document\tCtrl+W",
+            "Close the chosen document",
+            When::WithDocument,
+            &Workbench::CloseChosen,
+            {},
+            nullptr},
+    Command{wxID_PREFERENCES,
+            FileMenu,
+            "&Preferences...",
+            "Processors, applications, catalogs, Java",
+            When::Idle,
+            &Workbench::ShowPreferences,
+            {},
+            nullptr},
+    Command{wxID_EXIT, FileMenu, "&Quit\tCtrl+Q", "Close this window", When::Always, &Workbench::Leave, {}, nullptr},
+    Command{firstCommand, RunMenu, "Run &Again\tF5", "Send the last run once more", When::WithLastRun,
+            &Workbench::RunAgain, Icon::Run, "Run Again"},
+    Command{firstCommand + 1, RunMenu, "A&dvanced Run...\tShift+F5", "Choose what to transform, and with what",
+            When::Idle, &Workbench::AskForRun, Icon::AdvancedRun, "Advanced Run"},
+    Command{firstCommand + 2, RunMenu, "&Choose and Run...\tCtrl+R", "Choose a transformation for the active document",
+            When::Idle, &Workbench::ChooseAndRun, Icon::Choose, "Choose"},
+    Command{firstCommand + 3,
+            RunMenu,
+            "Ca&ncel Run\tCtrl+.",
+            "Stop when the current input is done",
+            When::Busy,
+            &Workbench::CancelRun,
+            {},
+            nullptr},
+    Command{wxID_CLEAR, RunMenu, "Clear &Log", "Empty the log", When::Always, &Workbench::ClearLog, {}, nullptr},
+    Command{firstCommand + 4, TransformationsMenu, "&Manage...\tCtrl+M",
+            "Look through, edit and delete transformations", When::Idle, &Workbench::ManageTransformations,
+            Icon::Manage, "Manage"},
+    Command{wxID_NEW, TransformationsMenu, "&New...\tCtrl+N", "Describe a new transformation", When::Idle,
+            &Workbench::MakeTransformation, Icon::New, "New"},
+    Command{wxID_ABOUT, HelpMenu, "&About", "", When::Always, &Workbench::ShowAbout, {}, nullptr},
+};
+
+class FileDrop : public wxFileDropTarget {
+public:
+  explicit FileDrop(Workbench &target) : workbench(target) {}
+
+  bool OnDropFiles(wxCoord, wxCoord, const wxArrayString &names) override {
+    std::vector<std::string> paths;
+    for (const wxString &name : names)
+      paths.push_back(FromWx(name));
+    workbench.OpenPaths(paths);
+    return true;
+  }
+
+private:
+  Workbench &workbench;
+};
+
+constexpr std::string_view runRequestName = "XSLTRunTrScenario ";
+
+} // namespace
+
+Workbench::Workbench(const host::WorkbenchRequest &request)
+    : wxFrame(nullptr, wxID_ANY, "XSLT Workbench"), settings(request) {
+  SetIcons([] {
+    wxIconBundle icons;
+    for (const int size : {16, 32, 64})
+      icons.AddIcon(DrawIcon(Icon::Program, size).GetIcon(wxSize(size, size)));
+    return icons;
+  }());
+  MakeMenus();
+  MakeToolBar();
+  CreateStatusBar();
+  MakePanels();
+  RestorePlaces();
+  SetDropTarget(new FileDrop(*this));
+  Bind(wxEVT_CLOSE_WINDOW, &Workbench::OnClose, this);
+  UpdateCommands();
+  host = std::make_unique<WorkbenchHost>(settings, *this,
+                                         [this](std::vector<OpenDocument> open) { ShowDocuments(std::move(open)); });
+  // What happened to the files meanwhile is seen on coming back.
+  Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
+    if (event.GetActive() && !isBusy)
+      host->Refresh();
+    event.Skip();
+  });
+}
+
+Workbench::~Workbench() = default;
+
+void Workbench::MakeMenus() {
+  auto *bar = new wxMenuBar;
+  std::array<wxMenu *, menuCount> menus = {};
+  for (size_t index = 0; index < menus.size(); ++index)
+    bar->Append(menus[index] = new wxMenu, menuTitles[index]);
+  for (const Command &command : commands) {
+    wxMenu &menu = *menus[static_cast<size_t>(command.menu)];
+    if (command.id == wxID_PREFERENCES) {
+      auto *recent = new wxMenu;
+      menu.AppendSubMenu(recent, "Open &Recent");
+      memory.RecentFiles().UseMenu(recent);
+      memory.RecentFiles().AddFilesToMenu();
+    }
+    if (command.id == wxID_PREFERENCES || command.id == wxID_EXIT || command.id == wxID_CLEAR)
+      menu.AppendSeparator();
+    menu.Append(command.id, command.label, command.help);
+    Bind(wxEVT_MENU, &Workbench::OnCommand, this, command.id);
+  }
+  SetMenuBar(bar);
+  const int firstRecent = memory.RecentFiles().GetBaseId();
+  Bind(
+      wxEVT_MENU,
+      [this, firstRecent](wxCommandEvent &event) { OpenRecent(static_cast<size_t>(event.GetId() - firstRecent)); },
+      firstRecent, firstRecent + 8);
+}
+
+void Workbench::MakeToolBar() {
+  wxToolBar *bar = CreateToolBar(wxTB_HORIZONTAL | wxTB_TEXT);
+  for (const Command &command : commands)
+    if (command.icon)
+      bar->AddTool(command.id, command.toolLabel, DrawIcon(*command.icon), command.help);
+  bar->Realize();
+}
+
+void Workbench::MakePanels() {
+  columns = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxSP_LIVE_UPDATE | wxSP_THIN_SASH);
+  rows = new wxSplitterWindow(columns, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxSP_LIVE_UPDATE | wxSP_THIN_SASH);
+  documents = new DocumentsPanel(columns, {.open = [this] { AskForFiles(); },
+                                           .activate = [this](V_ObjectT object) { host->Activate(object); },
+                                           .close = [this](V_ObjectT object) { host->Close(object); },
+                                           .openComponent = [this](const std::string &path) { OpenPaths({path}); },
+                                           .edit = [this](const std::string &path) { Edit({path}); }});
+  log = new LogPanel(rows, [this](const host::LogPlace &place) { Edit(place); });
+  log->SetEmptyPage(MakeEmpty(
+      log, "Nothing has run yet", "Open a document, then choose what to do with it.\nWhat happens is shown here.",
+      {{"&Advanced Run...", [this] { AskForRun(); }}, {"&New Transformation...", [this] { MakeTransformation(); }}}));
+  outputs = new OutputsPanel(rows, {.open = [this](const std::string &path) { OpenOutput(path); },
+                                    .showInFolder = [this](const std::string &path) { ShowInFolder(path); }});
+  info = new wxInfoBar(this);
+  progress = new ProgressPanel(this, [this] { CancelRun(); });
+  for (wxSplitterWindow *splitter : {columns, rows})
+    splitter->SetMinimumPaneSize(FromDIP(120));
+  columns->SplitVertically(documents, rows);
+  rows->SplitHorizontally(log, outputs);
+  rows->SetSashGravity(1.0);
+  auto *sizer = new wxBoxSizer(wxVERTICAL);
+  sizer->Add(info, wxSizerFlags().Expand());
+  sizer->Add(columns, wxSizerFlags(1).Expand());
+  sizer->Add(progress, wxSizerFlags().Expand());
+  SetSizer(sizer);
+}
+
+void Workbench::RestorePlaces() {
+  SetSize(FromDIP(wxSize(memory.Read("width", 1040), memory.Read("height", 700))));
+  columns->SetSashPosition(FromDIP(memory.Read("documents", 380)));
+  rows->SetSashPosition(FromDIP(memory.Read("log", 430)));
+  Maximize(memory.Read("maximized", 0) != 0);
+}
+
+void Workbench::OnClose(wxCloseEvent &event) {
+  if (isBusy && event.CanVeto()) {
+    event.Veto();
+    const int answer = isClosing ? wxYES
+                                 : wxMessageBox("A run is going on. Stop it after the current input, and close?",
+                                                "XSLT Workbench", wxYES_NO | wxYES_DEFAULT | wxICON_QUESTION, this);
+    // It may have ended while the question stood.
+    if (answer != wxYES)
+      return;
+    isClosing = true;
+    if (isBusy)
+      CancelRun();
+    else
+      CallAfter([this] { Close(); });
+    return;
+  }
+  const bool isMaximized = IsMaximized();
+  memory.Write("maximized", isMaximized ? 1 : 0);
+  if (!isMaximized) {
+    memory.Write("width", ToDIP(GetSize()).GetWidth());
+    memory.Write("height", ToDIP(GetSize()).GetHeight());
+  }
+  memory.Write("documents", ToDIP(columns->GetSashPosition()));
+  memory.Write("log", ToDIP(rows->GetSashPosition()));
+  Destroy();
+}
+
+void Workbench::OnCommand(wxCommandEvent &event) {
+  const auto *command = std::ranges::find(commands, event.GetId(), &Command::id);
+  if (command != commands.end())
+    (this->*command->act)();
+}
+
+void Workbench::UpdateCommands() {
+  for (const Command &command : commands) {
+    bool enabled = command.when == When::Always || (command.when == When::Busy) == isBusy;
+    if (command.when == When::WithDocument)
+      enabled = enabled && documents->Active();
+    if (command.when == When::WithLastRun)
+      enabled = enabled && !lastRun.empty();
+    GetMenuBar()->Enable(command.id, enabled);
+    if (command.icon)
+      GetToolBar()->EnableTool(command.id, enabled);
+  }
+  documents->Enable(!isBusy);
+}
+
+void Workbench::ShowDocuments(std::vector<OpenDocument> open) {
+  documents->Show(std::move(open));
+  const OpenDocument *active = documents->Active();
+  SetTitle(active ? ToWx(active->summary.name) + wxString::FromUTF8(" \u2013 XSLT Workbench")
+                  : wxString("XSLT Workbench"));
+  UpdateCommands();
+}
+
+void Workbench::Tell(const wxString &text, int icon) { info->ShowMessage(text, icon); }
+
+// ---- Documents
+
+void Workbench::AskForFiles() {
+  wxFileDialog chooser(this, "Open Documents", {}, {},
+                       "XML documents (*.xml;*.dita;*.ditamap;*.book)|*.xml;*.dita;*.ditamap;*.book|All files|*",
+                       wxFD_OPEN | wxFD_FILE_MUST_EXIST | wxFD_MULTIPLE);
+  if (chooser.ShowModal() != wxID_OK)
+    return;
+  wxArrayString names;
+  chooser.GetPaths(names);
+  std::vector<std::string> paths;
+  for (const wxString &name : names)
+    paths.push_back(FromWx(name));
+  OpenPaths(paths);
+}
+
+void Workbench::OpenPaths(const std::vector<std::string> &paths) {
+  if (isBusy) {
+    Tell("Documents can be opened when the run is over.", wxICON_INFORMATION);
+    return;
+  }
+  host->Open(paths, [this, paths](const std::string &problems) {
+    if (!problems.empty())
+      Tell("Cannot open: " + ToWx(problems), wxICON_ERROR);
+    for (const std::string &path : paths)
+      if (kit::IsFile(path))
+        memory.NoteFile(path);
+  });
+}
+
+void Workbench::OpenRecent(size_t index) {
+  const wxString name = memory.RecentFiles().GetHistoryFile(index);
+  if (!name.empty())
+    OpenPaths({FromWx(name)});
+}
+
+void Workbench::CloseChosen() {
+  if (const auto chosen = documents->Chosen())
+    host->Close(*chosen);
+  else if (const OpenDocument *active = documents->Active())
+    host->Close(active->summary.object);
+}
+
+// ---- Requests
+
+void Workbench::Send(const std::string &request, std::function<void(const RequestOutcome &)> then) {
+  if (isBusy)
+    return;
+  isBusy = true;
+  info->Dismiss();
+  UpdateCommands();
+  host->Send(request, [this, then = std::move(then)](const RequestOutcome &outcome) {
+    FinishRequest(outcome);
+    if (then && !isClosing)
+      then(outcome);
+  });
+}
+
+void Workbench::FinishRequest(const RequestOutcome &outcome) {
+  isBusy = false;
+  progress->End();
+  for (const std::string &request : outcome.record.requests)
+    if (request.starts_with(runRequestName))
+      lastRun = request;
+  for (const std::string &path : outcome.record.opened)
+    outputs->Add(path);
+  UpdateCommands();
+  if (!outcome.error.empty())
+    Tell(ToWx(outcome.error), wxICON_ERROR);
+  else if (outcome.status == V_ERROR_FAILED)
+    Tell("The run failed. The log says why; a click on a file name in it opens the place.", wxICON_WARNING);
+  if (isClosing)
+    Close();
+}
+
+void Workbench::RunAgain() { Send(lastRun, {}); }
+void Workbench::AskForRun() { Send("XSLTAdvanceRunDlg ", {}); }
+void Workbench::ManageTransformations() { Send("XSLTManageTranDlg ", {}); }
+void Workbench::MakeTransformation() { Send("NewTransformationDlg ", {}); }
+
+void Workbench::ChooseAndRun() {
+  Send("XSLTChooseTranDlg ", [this](const RequestOutcome &chosen) { RunChosen(chosen); });
+}
+
+// The reply holds catalogue, name and application; without a name nothing was chosen.
+void Workbench::RunChosen(const RequestOutcome &chosen) {
+  if (chosen.texts.size() < 3 || chosen.texts[1].empty())
+    return;
+  const OpenDocument *active = documents->Active();
+  if (!active) {
+    Tell(wxString::Format("Open a document to run \"%s\" on it.", ToWx(chosen.texts[1])), wxICON_INFORMATION);
+    return;
+  }
+  host::RequestBuilder request(runRequestName);
+  const bool isBook = active->summary.source == host::ComponentSource::Book;
+  request.Add(isBook ? "-currentfilewithchildren" : "-currentfile");
+  if (chosen.texts[2].empty())
+    request.Add("-trfile", {chosen.texts[0]});
+  else
+    request.Add("-appname", {chosen.texts[2]});
+  request.Add("-trname", {chosen.texts[1]});
+  if (request.Problem().empty())
+    Send(request.Text(), {});
+  else
+    Tell(ToWx(request.Problem()), wxICON_ERROR);
+}
+
+void Workbench::CancelRun() {
+  host->Cancel();
+  progress->ShowCancelling();
+}
+
+void Workbench::ShowConsole(const std::vector<std::string> &lines) {
+  log->Append(lines);
+  for (const std::string &line : lines)
+    NoteOutputs(line);
+}
+
+void Workbench::ShowProgress(const host::Progress &next) {
+  if (next.count == 0) {
+    progress->End();
+    return;
+  }
+  if (next.index == 0)
+    progress->Begin();
+  progress->Show(next);
+}
+
+void Workbench::NoteOutputs(const std::string &line) {
+  constexpr std::string_view announcement = "Output:";
+  constexpr std::string_view success = "Transformation Successful.";
+  if (line.starts_with(announcement))
+    announcedOutput = line.substr(announcement.size());
+  if (line.starts_with(success) && kit::IsFile(announcedOutput))
+    outputs->Add(std::exchange(announcedOutput, {}));
+}
+
+void Workbench::ClearLog() { log->Clear(); }
+
+// ---- Other programs
+
+void Workbench::Edit(const host::LogPlace &place) {
+  if (!kit::Exists(place.path))
+    Tell(ToWx("There is no file " + place.path), wxICON_WARNING);
+  else if (!host::StartProgram(host::ComposeEditorCommand(settings.configuration.editor, place)))
+    Tell("The editor cannot be started. The preferences say which program it is.", wxICON_ERROR);
+}
+
+void Workbench::OpenOutput(const std::string &path) {
+  if (!kit::IsFile(path))
+    Tell(ToWx(path + " is gone."), wxICON_WARNING);
+  else
+    LaunchOutput(path);
+}
+
+void Workbench::LaunchOutput(const std::string &path) {
+  outputs->Add(path);
+  if (!host::StartProgram(host::ComposeOpenCommand(path)))
+    Tell(ToWx("No program can be started for " + path), wxICON_ERROR);
+}
+
+void Workbench::ShowInFolder(const std::string &path) {
+  const std::string folder = kit::FolderOf(path);
+  if (!kit::IsFolder(folder))
+    Tell(ToWx("The folder " + folder + " is gone."), wxICON_WARNING);
+  else if (!host::StartProgram(host::ComposeOpenCommand(folder)))
+    Tell("No file manager can be started.", wxICON_ERROR);
+}
+
+void Workbench::ShowPreferences() {}
+
+void Workbench::ShowAbout() {
+  wxAboutDialogInfo about;
+  about.SetName("vlxslt");
+  about.SetVersion(VLXSLT_VERSION);
+  about.SetDescription("Applies XSLT stylesheets to XML: documents, books, DITA maps, folders.");
+  wxAboutBox(about, this);
+}
+
+} // namespace desktop

@@ -1,0 +1,89 @@
+// The main window: open documents, commands, the log as it arrives, outputs, progress. It only shows; the session is
+// behind WorkbenchHost. While a request is served the window lives, takes Cancel, and everything else waits.
+#ifndef HOST_DESKTOP_WORKBENCH_H
+#define HOST_DESKTOP_WORKBENCH_H
+
+#include "host/desktop/desktop_front.h"
+#include "host/desktop/documents_panel.h"
+#include "host/desktop/log_panel.h"
+#include "host/desktop/outputs_panel.h"
+#include "host/desktop/progress_panel.h"
+#include "host/desktop/window_memory.h"
+#include "host/desktop/workbench_host.h"
+
+#include <wx/frame.h>
+#include <wx/infobar.h>
+#include <wx/splitter.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace desktop {
+
+class Workbench : public wxFrame, public RunView {
+public:
+  explicit Workbench(const host::WorkbenchRequest &request);
+  ~Workbench() override;
+
+  void ShowConsole(const std::vector<std::string> &lines) override;
+  void ShowProgress(const host::Progress &progress) override;
+  void LaunchOutput(const std::string &path) override;
+
+  // The files become open documents, the last one the active one.
+  void OpenPaths(const std::vector<std::string> &paths);
+
+  // What the commands do.
+  void AskForFiles();
+  void CloseChosen();
+  void RunAgain();
+  void AskForRun();
+  void ChooseAndRun();
+  void ManageTransformations();
+  void MakeTransformation();
+  void CancelRun();
+  void ClearLog();
+  void ShowPreferences();
+  void ShowAbout();
+  void Leave() { Close(); }
+
+private:
+  void MakeMenus();
+  void MakeToolBar();
+  void MakePanels();
+  void RestorePlaces();
+  void UpdateCommands();
+  void OnCommand(wxCommandEvent &event);
+  void OnClose(wxCloseEvent &event);
+  void OpenRecent(size_t index);
+
+  void Send(const std::string &request, std::function<void(const RequestOutcome &)> then);
+  void FinishRequest(const RequestOutcome &outcome);
+  void RunChosen(const RequestOutcome &chosen);
+  void NoteOutputs(const std::string &line);
+  void Edit(const host::LogPlace &place);
+  void OpenOutput(const std::string &path);
+  void ShowInFolder(const std::string &path);
+  void Tell(const wxString &text, int icon);
+  void ShowDocuments(std::vector<OpenDocument> documents);
+
+  host::WorkbenchRequest settings;
+  WindowMemory memory;
+  DocumentsPanel *documents = nullptr;
+  LogPanel *log = nullptr;
+  OutputsPanel *outputs = nullptr;
+  ProgressPanel *progress = nullptr;
+  wxInfoBar *info = nullptr;
+  wxSplitterWindow *columns = nullptr;
+  wxSplitterWindow *rows = nullptr;
+
+  bool isBusy = false;
+  bool isClosing = false; // as soon as the request is served
+  std::string lastRun;
+  std::string announcedOutput; // named in the log, not written yet
+  std::unique_ptr<WorkbenchHost> host;
+};
+
+} // namespace desktop
+
+#endif

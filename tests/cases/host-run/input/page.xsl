@@ -1,0 +1,5 @@
+<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
+  <xsl:output omit-xml-declaration="yes"/>
+  <xsl:param name="greeting" select="'none'"/>
+  <xsl:template match="/"><page><xsl:value-of select="$greeting"/><xsl:text> </xsl:text><xsl:value-of select="doc"/></page></xsl:template>
+</xsl:stylesheet>
