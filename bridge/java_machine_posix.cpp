@@ -52,6 +52,8 @@ constexpr std::array ownOptions = {
     "-Xlog:disable",
     "-Xlog:all=error:stderr",
     "-XX:-UsePerfData",
+    // Measured on hundreds of topics: the second compiler costs more than it brings until a run lasts for minutes.
+    "-XX:TieredStopAtLevel=1",
     // Paths are UTF-8 whatever the locale says.
     "-Dsun.jnu.encoding=UTF-8",
     "-Dfile.encoding=UTF-8",

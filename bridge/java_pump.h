@@ -23,7 +23,7 @@ public:
   // From the host's thread: runs `task` on the Java thread, which is started when it does not run yet, and returns when
   // it is done. False when the thread cannot be started. Tasks must not throw.
   [[nodiscard]] bool RunOnJava(const Task &task);
-  // From the Java thread, inside a task.
+  // From the Java thread, or another one that it started, inside a task; dropped when there is none.
   void RunOnHost(const Task &call);
   // From any thread but the host's: the Java thread will never come back. What the host's thread waits for is over, and
   // nothing more can be run.

@@ -58,8 +58,11 @@ bool JavaPump::RunOnJava(const Task &given) {
   changed.notify_all();
   for (;;) {
     changed.wait(lock, [this] { return !task || call || isAbandoned; });
-    if (isAbandoned)
+    if (isAbandoned) {
+      call = nullptr;
+      changed.notify_all();
       return false;
+    }
     if (!call)
       return true;
     const Task *current = call;
@@ -73,9 +76,13 @@ bool JavaPump::RunOnJava(const Task &given) {
 
 void JavaPump::RunOnHost(const Task &given) {
   std::unique_lock lock(mutex);
+  // A processor may use threads of its own: they take turns. Nobody listens between tasks.
+  changed.wait(lock, [this] { return !call; });
+  if (!task || isAbandoned)
+    return;
   call = &given;
   changed.notify_all();
-  changed.wait(lock, [this] { return !call; });
+  changed.wait(lock, [this, &given] { return call != &given; });
 }
 
 void JavaPump::Abandon() {

@@ -263,7 +263,6 @@ void FillFolder(const test::Folder &folder) {
   folder.Write("a.xsl", stylesheet);
   folder.Write("broken.xsl", "<x:stylesheet");
   folder.Write("input/a.dita", "<topic id='a'/>");
-  folder.Write("map.ditamap", "<map><topicref href='input/a.dita'/></map>");
 }
 
 class DialogWalk : public testing::TestWithParam<std::pair<int, std::vector<std::string>>> {};
@@ -274,7 +273,7 @@ TEST_P(DialogWalk, TenThousandEvents) {
     setenv("TMPDIR", "/dev/shm", 1);
   const auto &[number, requests] = GetParam();
   const test::Folder folder;
-  FillFolder(folder);
+  folder.Write("map.ditamap", "<map><topicref href='input/a.dita'/></map>");
   host::Configuration configuration;
   configuration.installFolder = VLXSLT_SHARE_FOLDER;
   configuration.structureFolder = folder.Path("structure");
@@ -286,8 +285,10 @@ TEST_P(DialogWalk, TenThousandEvents) {
   host::Session session(configuration, {FAKE_CLIENT_FOLDER, VLXSLT_SHARE_FOLDER}, wanderer);
   std::string problem;
   ASSERT_TRUE(session.OpenFile(folder.Path("map.ditamap"), host::OpenAs::ActiveDocument, problem)) << problem;
-  for (size_t round = 0; wanderer.events[number] < eventsPerDialog && !HasFailure(); ++round)
+  for (size_t round = 0; wanderer.events[number] < eventsPerDialog && !HasFailure(); ++round) {
+    FillFolder(folder); // the walk before may have saved over everything
     ASSERT_EQ(session.Send("XSLT", requests[round % requests.size()]).error, "");
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -12,3 +12,8 @@ vlxslt_add_unit_test(host_test SOURCES host_files.cpp host_catalogs_test.cpp hos
 target_compile_definitions(host_test PRIVATE VLXSLT_STUB_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/stub_clients"
                                              VLXSLT_HALF_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/half_clients")
 add_dependencies(host_test vlxslt_stub_client vlxslt_half_client)
+
+# The client as it ships, in the host as it ships.
+vlxslt_add_unit_test(many_requests_test SOURCES host_files.cpp many_requests_test.cpp LIBRARIES vlxslt_host)
+target_compile_definitions(many_requests_test PRIVATE VLXSLT_CLIENTS="${VLXSLT_LIB_DIR}" VLXSLT_SHARE="${VLXSLT_SHARE_DIR}")
+add_dependencies(many_requests_test XSLT)

@@ -3,14 +3,14 @@ package vlxslt;
 import java.io.FileNotFoundException;
 import java.nio.file.AccessDeniedException;
 import java.nio.file.NoSuchFileException;
-import java.util.ArrayDeque;
 import java.util.ArrayList;
 import java.util.Collections;
-import java.util.Deque;
 import java.util.IdentityHashMap;
 import java.util.List;
-import java.util.Map;
 import java.util.Set;
+import java.util.function.Predicate;
+import java.util.regex.Matcher;
+import java.util.regex.Pattern;
 import javax.xml.transform.ErrorListener;
 import javax.xml.transform.SourceLocator;
 import javax.xml.transform.TransformerException;
@@ -36,20 +36,36 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
     }
   }
 
+  // The JDK's processor says this before, after or instead of the reason.
+  private static final String NO_REASON = "Could not compile stylesheet";
+  // And it writes the place of a problem into its text.
+  private static final Pattern PLACE_IN_TEXT = Pattern.compile("(?:(file:\\S+): )?line (\\d+): (.*)", Pattern.DOTALL);
+
   private final IVLXSLTJavaHandler handler;
+  private String subject = "";
   private final Set<Throwable> known = Collections.newSetFromMap(new IdentityHashMap<>());
   private final List<Problem> problems = new ArrayList<>();
-  private final Deque<String> reading = new ArrayDeque<>();
-  private final Map<Throwable, String> origins = new IdentityHashMap<>();
-  private java.util.function.Predicate<TransformerException> messages = e -> false;
+  private Predicate<TransformerException> messages = e -> false;
   private SourceLocator lastMessage;
 
   Diagnostics(IVLXSLTJavaHandler handler) {
     this.handler = handler;
   }
 
+  /** What is at work now: named where a problem comes without a file. */
+  void setSubject(String address) {
+    subject = address;
+  }
+
+  /** Some processors tell of a problem that ends all, and then carry on with half a result. */
+  void failOn(Level worst) throws TransformerException {
+    for (Problem problem : problems)
+      if (problem.level.compareTo(worst) >= 0)
+        throw new TransformerException(problem.message);
+  }
+
   /** Some processors deliver xsl:message as a warning; `test` tells those from real ones. */
-  void treatAsMessages(java.util.function.Predicate<TransformerException> test) {
+  void treatAsMessages(Predicate<TransformerException> test) {
     messages = test;
   }
 
@@ -59,20 +75,6 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
 
   boolean hasErrors() {
     return problems.stream().anyMatch(problem -> problem.level != Level.WARNING);
-  }
-
-  /** The parser begins a document; what goes wrong in it without saying where belongs to it. */
-  void startReading(String address) {
-    reading.push(address);
-  }
-
-  void endReading() {
-    reading.pop();
-  }
-
-  /** The document in which a problem arose that does not say so itself. */
-  void blame(Throwable thrown, String address) {
-    origins.putIfAbsent(thrown, address);
   }
 
   /** What a stylesheet wrote for its reader, a line of the log for each line of text. */
@@ -138,7 +140,7 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
 
   private void accept(Level level, Throwable thrown) {
     lastMessage = null;
-    if (!isKnown(thrown))
+    if (!isKnown(thrown) && !NO_REASON.equals(thrown.getMessage()))
       note(thrown, describe(level, thrown));
   }
 
@@ -168,11 +170,12 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
     int line = -1;
     int column = -1;
     for (Throwable link : chainOf(thrown)) {
-      if (link instanceof SAXParseException parse && parse.getLineNumber() > 0) {
+      if (link instanceof SAXParseException parse
+          && (parse.getLineNumber() > 0 || systemId == null)) {
         publicId = parse.getPublicId();
         systemId = parse.getSystemId();
-        line = parse.getLineNumber();
-        column = parse.getColumnNumber();
+        line = parse.getLineNumber() > 0 ? parse.getLineNumber() : -1;
+        column = parse.getColumnNumber() > 0 ? parse.getColumnNumber() : -1;
       } else if (link instanceof TransformerException transformer && transformer.getLocator() != null) {
         SourceLocator place = transformer.getLocator();
         if (place.getLineNumber() > 0 || systemId == null) {
@@ -183,20 +186,17 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
         }
       }
     }
-    if (systemId == null)
-      systemId = originOf(thrown);
-    return new Problem(level, textOf(thrown), publicId, systemId == null ? "" : systemId, line, column);
-  }
-
-  private String originOf(Throwable thrown) {
-    for (Throwable link : chainOf(thrown)) {
-      if (origins.containsKey(link))
-        return origins.get(link);
+    String text = textOf(thrown);
+    Matcher place = PLACE_IN_TEXT.matcher(text);
+    if (line < 0 && place.matches()) {
+      systemId = place.group(1) != null ? place.group(1) : systemId;
+      line = Integer.parseInt(place.group(2));
+      text = place.group(3);
     }
-    return reading.peek();
+    return new Problem(level, text, publicId, systemId == null || systemId.isEmpty() ? subject : systemId, line, column);
   }
 
-  private static String textOf(Throwable thrown) {
+  static String textOf(Throwable thrown) {
     for (Throwable link : chainOf(thrown)) {
       String special = specialText(link);
       if (special != null)

@@ -62,24 +62,21 @@ final class Documents {
     Parser parser = idle.isEmpty() ? new Parser(dtds, symbols) : idle.pop();
     String address = input.getSystemId();
     handler.StartDocument(Addresses.shown(address));
-    diagnostics.startReading(address);
     try {
       settings.apply(parser.reader, diagnostics);
       InputSource opened = input.getByteStream() == null && input.getCharacterStream() == null
           ? EntityResolution.open(address, input.getPublicId()) : input;
       try {
         parser.parse(opened, resolution).forEach(onRead);
+      } catch (IOException e) {
+        diagnostics.fatalError(settings.locate(e, address));
       } finally {
         if (opened.getByteStream() != null)
           opened.getByteStream().close();
       }
       settings.restore(parser.reader);
       idle.push(parser);
-    } catch (IOException | SAXException | RuntimeException e) {
-      diagnostics.blame(e, address);
-      throw e;
     } finally {
-      diagnostics.endReading();
       handler.EndDocument();
     }
   }

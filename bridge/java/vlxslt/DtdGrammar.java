@@ -4,6 +4,7 @@ import java.lang.reflect.Field;
 import java.lang.reflect.Method;
 import org.xml.sax.DTDHandler;
 import org.xml.sax.SAXException;
+import org.xml.sax.SAXParseException;
 
 /** What the bridge needs of the bundled parser's grammar classes, reached without compiling against them. */
 final class DtdGrammar {
@@ -50,6 +51,19 @@ final class DtdGrammar {
 
   String baseUri(Object description) throws ReflectiveOperationException {
     return (String) getBaseUri.invoke(description);
+  }
+
+  /** The problem, at the place in the document that the parser has come to. */
+  SAXException locate(Object manager, Exception problem) {
+    try {
+      Object scanner = manager.getClass().getMethod("getEntityScanner").invoke(manager);
+      Class<?> type = scanner.getClass();
+      return new SAXParseException(problem.getMessage(), null, (String) type.getMethod("getExpandedSystemId").invoke(scanner),
+          (Integer) type.getMethod("getLineNumber").invoke(scanner),
+          (Integer) type.getMethod("getColumnNumber").invoke(scanner), problem);
+    } catch (ReflectiveOperationException e) {
+      return new SAXException(problem);
+    }
   }
 
   /** Declares the general entities to the parser, and notations and unparsed entities to the application. */

@@ -85,12 +85,13 @@ final class Parser implements EntityResolver2, InvocationHandler {
   }
 
   @Override
-  public InputSource resolveEntity(String publicId, String systemId) throws IOException {
+  public InputSource resolveEntity(String publicId, String systemId) throws IOException, SAXException {
     return resolveEntity(null, publicId, null, systemId);
   }
 
   @Override
-  public InputSource resolveEntity(String name, String publicId, String baseUri, String systemId) throws IOException {
+  public InputSource resolveEntity(String name, String publicId, String baseUri, String systemId)
+      throws IOException, SAXException {
     String address;
     if (dtdAddress != null && modules.isEmpty() && "[dtd]".equals(name))
       address = dtdAddress; // was asked for when the cache was
@@ -100,7 +101,11 @@ final class Parser implements EntityResolver2, InvocationHandler {
       return null;
     modules.add(new DtdCache.Module(name, publicId, baseUri, systemId, address, FileStamp.of(address)));
     addresses.add(address);
-    return EntityResolution.open(address, publicId);
+    try {
+      return EntityResolution.open(address, publicId);
+    } catch (IOException e) {
+      throw grammars == null ? new SAXException(e) : grammars.locate(reader.getProperty(INTERNAL + "entity-manager"), e);
+    }
   }
 
   /** The parser's questions to its grammar pool. */

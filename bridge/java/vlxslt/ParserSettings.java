@@ -1,22 +1,40 @@
 package vlxslt;
 
+import java.io.IOException;
 import java.util.LinkedHashMap;
 import java.util.Map;
 import org.xml.sax.ContentHandler;
 import org.xml.sax.DTDHandler;
+import org.xml.sax.Locator;
 import org.xml.sax.SAXException;
+import org.xml.sax.SAXParseException;
 import org.xml.sax.XMLReader;
+import org.xml.sax.helpers.XMLFilterImpl;
 
 /** What a processor set on a reader before it parses; parsers are shared, so it is taken back afterwards. */
 final class ParserSettings {
+  /** Passes everything on and remembers where the parser is. */
+  private static final class LocatingHandler extends XMLFilterImpl {
+    private Locator locator;
+
+    @Override
+    public void setDocumentLocator(Locator documentLocator) {
+      locator = documentLocator;
+      super.setDocumentLocator(documentLocator);
+    }
+  }
+
   ContentHandler content;
   DTDHandler dtd;
   final Map<String, Boolean> features = new LinkedHashMap<>();
   final Map<String, Object> properties = new LinkedHashMap<>();
   private final Map<String, Boolean> earlier = new LinkedHashMap<>();
+  private LocatingHandler locating;
 
   void apply(XMLReader reader, Diagnostics diagnostics) throws SAXException {
-    reader.setContentHandler(content);
+    locating = new LocatingHandler();
+    locating.setContentHandler(content);
+    reader.setContentHandler(locating);
     reader.setDTDHandler(dtd);
     reader.setErrorHandler(diagnostics);
     for (Map.Entry<String, Boolean> feature : features.entrySet()) {
@@ -25,6 +43,13 @@ final class ParserSettings {
     }
     for (Map.Entry<String, Object> property : properties.entrySet())
       reader.setProperty(property.getKey(), property.getValue());
+  }
+
+  /** An entity that cannot be read, at the place of its reference. */
+  SAXParseException locate(IOException e, String address) {
+    String message = Diagnostics.textOf(e);
+    return locating.locator == null ? new SAXParseException(message, null, address, -1, -1, e)
+                                    : new SAXParseException(message, locating.locator, e);
   }
 
   void restore(XMLReader reader) throws SAXException {

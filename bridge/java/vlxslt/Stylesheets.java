@@ -8,6 +8,7 @@ import java.util.stream.Collectors;
 import javax.xml.transform.Source;
 import javax.xml.transform.Templates;
 import javax.xml.transform.TransformerConfigurationException;
+import javax.xml.transform.TransformerException;
 import javax.xml.transform.TransformerFactory;
 
 /** Compiled stylesheets, kept while every module that was read for them is as it was. */
@@ -33,7 +34,7 @@ final class Stylesheets {
 
   /** `key` tells apart what may not be shared: the processor and the stylesheet's address. */
   Templates compile(String key, String address, TransformerFactory factory, Documents documents,
-      Diagnostics diagnostics) throws TransformerConfigurationException {
+      Diagnostics diagnostics) throws TransformerException {
     Entry entry = entries.get(key);
     if (entry == null || !entry.modules.stream().allMatch(FileStamp::isCurrent)) {
       entries.remove(key);
@@ -46,16 +47,17 @@ final class Stylesheets {
   }
 
   private Templates compileAnew(String key, String address, TransformerFactory factory, Documents documents,
-      Diagnostics diagnostics) throws TransformerConfigurationException {
+      Diagnostics diagnostics) throws TransformerException {
     List<String> read = new ArrayList<>();
     factory.setErrorListener(diagnostics);
     factory.setURIResolver(documents.uriResolver(diagnostics, read::add));
     Source source = documents.source(address, diagnostics, read::add);
     Entry entry = new Entry();
+    diagnostics.setSubject(address);
     entry.templates = factory.newTemplates(source);
-    // Some processors make do with what is left of a stylesheet after an error that they have reported.
-    if (entry.templates == null || diagnostics.hasErrors())
+    if (entry.templates == null)
       throw new TransformerConfigurationException("The stylesheet cannot be compiled.");
+    diagnostics.failOn(Diagnostics.Level.ERROR);
     entry.modules = new ArrayList<>(read.stream().distinct().map(FileStamp::of).collect(Collectors.toList()));
     entry.problems = diagnostics.problems();
     entry.generation = generation;

@@ -19,6 +19,7 @@ import javax.xml.transform.TransformerFactory;
 import javax.xml.transform.TransformerFactoryConfigurationError;
 import javax.xml.transform.sax.SAXSource;
 import javax.xml.transform.stream.StreamResult;
+import org.xml.sax.SAXParseException;
 
 /** The one object that the native side drives. Results are 1 for success; why not is told to the handler. */
 public final class VLXSLTJavaLayer {
@@ -121,6 +122,7 @@ public final class VLXSLTJavaLayer {
     Templates templates = compile(input, xsl, diagnostics);
     try (Outputs outputs = new Outputs(target)) {
       String address = Addresses.ofPath(output);
+      diagnostics.setSubject(input);
       Transformer transformer = templates.newTransformer();
       transformer.setURIResolver(documents.uriResolver(diagnostics, read -> {}));
       current.family().connect(transformer, address, outputs, diagnostics);
@@ -128,6 +130,7 @@ public final class VLXSLTJavaLayer {
       StreamResult result = new StreamResult(outputs.principal());
       result.setSystemId(address);
       transformer.transform(documents.source(input, diagnostics, read -> {}), result);
+      diagnostics.failOn(Diagnostics.Level.FATAL);
       outputs.commit();
     }
   }
@@ -138,11 +141,9 @@ public final class VLXSLTJavaLayer {
       address = Addresses.ofPath(xsl);
     } else {
       String href = StylesheetInstruction.find(documents.source(input, diagnostics, read -> {}));
-      if (href == null) {
-        IOException none = new IOException("The document has no xml-stylesheet processing instruction for XSLT.");
-        diagnostics.blame(none, input);
-        throw none;
-      }
+      if (href == null)
+        throw new SAXParseException(
+            "No stylesheet: the input has no xml-stylesheet processing instruction for XSLT.", null, input, -1, -1);
       if (href.startsWith("#"))
         return compileEmbedded(input, diagnostics);
       address = documents.resolution().resolve(null, null, input, href.replace('\\', '/'));

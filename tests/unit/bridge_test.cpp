@@ -1,0 +1,282 @@
+// The bridge with a real Java behind it: what a transformation reports, asks for, writes and leaves alone. One process
+// has one virtual machine, so every processor is on the class path from the start.
+#include "bridge/processor_bridge.h"
+#include "bridge/processor_list.h"
+#include "bridge/transformation_log.h"
+#include "fake_host.h"
+#include "kit/paths.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char *saxon = "net.sf.saxon.TransformerFactoryImpl";
+constexpr const char *xalan = "org.apache.xalan.processor.TransformerFactoryImpl";
+constexpr const char *jdk = "com.sun.org.apache.xalan.internal.xsltc.trax.TransformerFactoryImpl";
+
+std::string Stylesheet(const std::string &body, const char *version = "1.0") {
+  return std::string("<xsl:stylesheet version='") + version +
+         "' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'><xsl:output omit-xml-declaration='yes'/>\n" + body +
+         "</xsl:stylesheet>";
+}
+
+class BridgeTest : public testing::Test {
+protected:
+  BridgeTest() {
+    if (!fs::exists(PROCESSORS_DIR "/saxon/Saxon-HE.jar"))
+      return;
+    hasProcessors = true;
+    setenv("VLXSLT_NO_CLASS_ARCHIVE", "1", 1);
+    folder = fs::temp_directory_path() / ("bridge test ü " + std::to_string(getpid()));
+    fs::create_directories(folder);
+    const std::string jars = PROCESSORS_DIR;
+    bridge::SetClassPath((".;" + jars + "/saxon/Saxon-HE.jar;" + jars + "/saxon/xmlresolver.jar;" + jars +
+                          "/saxon/xmlresolver-data.jar;" + jars + "/xalan/xalan.jar;" + jars + "/xalan/serializer.jar;")
+                             .c_str());
+    host.clients["XmlUtilities"] = [this](const std::string &request) {
+      kit::TypedValues reply;
+      for (const auto &[part, answer] : entities)
+        if (request.find(part) != std::string::npos)
+          reply.AddString(answer);
+      return reply;
+    };
+    bridge::ResetLog(false);
+  }
+  void SetUp() override {
+    if (!hasProcessors)
+      GTEST_SKIP() << "no processors in " PROCESSORS_DIR;
+  }
+  ~BridgeTest() override {
+    std::error_code error;
+    fs::remove_all(folder, error);
+  }
+
+  [[nodiscard]] std::string Path(const std::string &name) const { return (folder / name).string(); }
+  std::string Write(const std::string &name, const std::string &text) {
+    std::ofstream(folder / name, std::ios::binary) << text;
+    return Path(name);
+  }
+  [[nodiscard]] std::string Read(const std::string &name) const {
+    std::ifstream file(folder / name, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+  }
+  // What the transformation logged; `succeeded` and the requests are kept.
+  std::string Run(const std::string &xml, const std::string &xsl, const std::vector<std::string> &parameters = {}) {
+    bridge::ResetLog(false);
+    host.requests.clear();
+    const auto list = kit::StringList::Of(parameters);
+    succeeded = bridge::TransformXMLFile(xml.c_str(), xsl.empty() ? nullptr : xsl.c_str(), Path("out").c_str(),
+                                         parameters.empty() ? nullptr : list.Get()) == 1;
+    return bridge::LogText();
+  }
+  [[nodiscard]] std::vector<std::string> Kinds() const {
+    std::vector<std::string> kinds;
+    for (const auto &[client, request] : host.requests) {
+      std::istringstream words(request);
+      std::string word;
+      words >> word >> word;
+      kinds.push_back(word);
+    }
+    return kinds;
+  }
+
+  [[nodiscard]] ptrdiff_t CountKind(const std::string &kind) const {
+    const auto kinds = Kinds();
+    return std::ranges::count(kinds, kind);
+  }
+
+  FakeHost host;
+  fs::path folder;
+  std::map<std::string, std::string> entities; // a part of the request, and the answer
+  bool hasProcessors = false;
+  bool succeeded = false;
+};
+
+size_t CountOf(const std::string &text, const std::string &part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+TEST_F(BridgeTest, PassesParametersAndMessagesWithEveryProcessor) {
+  const std::string xml = Write("in.xml", "<doc>\xC3\xA4\xF0\x9D\x84\x9E</doc>");
+  const std::string xsl = Write("a.xsl", Stylesheet("<xsl:param name='a' select='7'/><xsl:param name='b' select='7'/>"
+                                                    "<xsl:param name='c' select='7'/><xsl:param name='d' select='7'/>"
+                                                    "<xsl:template match='/'><xsl:message>one\ntwo</xsl:message>"
+                                                    "<o a='{$a}' b='{$b}' c='{$c}' d='{$d}'>"
+                                                    "<xsl:value-of select='doc'/></o></xsl:template>"));
+  for (const char *processor : {saxon, xalan, jdk}) {
+    ASSERT_EQ(bridge::SetTransformer(processor), 1) << bridge::LogText();
+    EXPECT_EQ(Run(xml, xsl, {"a", "1 + 1", "b", "bare word", "c", "<no value>", "d", "'\xF0\x9D\x84\x9E'"}),
+              "one\ntwo\n");
+    EXPECT_TRUE(succeeded);
+    const std::string out = Read("out");
+    for (const char *part : {"a=\"2\"", "b=\"bare word\"", "c=\"7\""})
+      EXPECT_NE(out.find(part), std::string::npos) << processor << ": " << out;
+  }
+  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  (void)Run(xml, xsl, {"d", "'\xF0\x9D\x84\x9E'"});
+  EXPECT_NE(Read("out").find("d=\"\xF0\x9D\x84\x9E\">\xC3\xA4\xF0\x9D\x84\x9E<"), std::string::npos) << Read("out");
+}
+
+TEST_F(BridgeTest, ReportsEachProblemOnceWithItsPlaceAndGoesOn) {
+  const std::string good = Write("good.xml", "<doc/>");
+  const std::string plain = Write("plain.xsl", Stylesheet("<xsl:template match='/'><o/></xsl:template>"));
+  struct Case {
+    std::string xml, xsl, expected;
+  };
+  const std::vector<Case> cases = {
+      {Write("malformed.xml", "<doc>\n<a></doc>"), plain, "malformed.xml, line 2, char 6"},
+      {Write("latin.xml", "<?xml version='1.0' encoding='UTF-8'?>\n<d>\xE4</d>"), plain, "latin.xml, line 2"},
+      {Write("empty.xml", ""), plain, "empty.xml"},
+      {Write("entity.xml", "<!DOCTYPE d [<!ENTITY e SYSTEM 'gone.ent'>]>\n<d>&e;</d>"), plain, "entity.xml, line 2"},
+      {Write("net.xml", "<!DOCTYPE d SYSTEM 'http://example.invalid/d.dtd'>\n<d/>"), plain, "not fetched"},
+      {good, Write("broken.xsl", Stylesheet("<xsl:template>")), "broken.xsl, line 2"},
+      {good, Write("include.xsl", Stylesheet("<xsl:include href='gone.xsl'/>")), "include.xsl, line 2"},
+      {good,
+       Write("loop.xsl", Stylesheet("<xsl:template match='/' name='r'><x><xsl:call-template name='r'/></x>"
+                                    "</xsl:template>")),
+       "loop"},
+      {good, "", "good.xml"},
+  };
+  for (const char *processor : {saxon, xalan}) {
+    ASSERT_EQ(bridge::SetTransformer(processor), 1);
+    for (const Case &each : cases) {
+      Write("out", "as it was");
+      const std::string log = Run(each.xml, each.xsl);
+      EXPECT_FALSE(succeeded) << each.xml << each.xsl;
+      EXPECT_EQ(CountOf(log, "Error at file"), 1U) << processor << ": " << log;
+      if (processor == saxon || each.expected != "loop") {
+        EXPECT_NE(log.find(each.expected), std::string::npos) << processor << ": " << log;
+      }
+      EXPECT_EQ(Read("out"), "as it was");
+      EXPECT_EQ(Kinds().back(), "terminate");
+      EXPECT_EQ(CountKind("terminate"), 1);
+      EXPECT_EQ(CountKind("start"), CountKind("end"));
+    }
+    EXPECT_EQ(Run(good, plain), "");
+    EXPECT_TRUE(succeeded);
+  }
+}
+
+// Grammars are kept from input to input; each must still get every default, entity and internal subset of its own.
+TEST_F(BridgeTest, ReadsTheSameFromAKeptGrammar) {
+  const std::string module = Write("real module.mod", "<!ENTITY word 'from the module'><!ATTLIST d a CDATA 'default'>");
+  entities["-//T//Module"] = module;
+  Write("d.dtd", "<!ELEMENT d ANY><!ENTITY % m PUBLIC '-//T//Module' 'nowhere.mod'>%m;"
+                 "<!NOTATION n SYSTEM 'n'><!ENTITY pic SYSTEM 'p.gif' NDATA n><!ENTITY out SYSTEM 'part.ent'>");
+  Write("part.ent", "<d>part</d>");
+  const std::string plain = Write("1.xml", "<!DOCTYPE d SYSTEM 'd.dtd'><d>&word;&out;</d>");
+  const std::string other =
+      Write("2.xml", "<!DOCTYPE d SYSTEM 'd.dtd' [<!ENTITY word 'mine'><!ATTLIST d a CDATA 'own'>]><d>&word;</d>");
+  const std::string xsl = Write(
+      "copy.xsl", Stylesheet("<xsl:template match='/'><xsl:copy-of select='.'/><u>"
+                             "<xsl:value-of select=\"substring-after(unparsed-entity-uri('pic'), '%20%C3%BC%20')\"/>"
+                             "</u></xsl:template>"));
+  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  (void)Run(plain, xsl);
+  const std::string first = Read("out");
+  EXPECT_NE(first.find("<d a=\"default\">from the module<d a=\"default\">part</d></d>"), std::string::npos) << first;
+  EXPECT_NE(first.find("/p.gif</u>"), std::string::npos) << first;
+  (void)Run(other, xsl);
+  EXPECT_EQ(Read("out").rfind("<d a=\"own\">mine</d>", 0), 0U) << Read("out");
+  EXPECT_EQ(Run(plain, xsl), "");
+  EXPECT_EQ(Read("out"), first);
+  // The module was not asked for again; once it changes, it is read again.
+  EXPECT_EQ(CountKind("resolveentity"), 2);
+  Write("real module.mod", "<!ENTITY word 'from the newer module'><!ATTLIST d a CDATA 'newer'>");
+  (void)Run(plain, xsl);
+  EXPECT_EQ(Read("out").rfind("<d a=\"newer\">from the newer module", 0), 0U) << Read("out");
+}
+
+TEST_F(BridgeTest, WritesAllOutputsOrNone) {
+  const std::string xml = Write("in.xml", "<?xml-stylesheet type='text/xsl' href='two%20results.xsl'?><doc/>");
+  Write("two results.xsl",
+        Stylesheet("<xsl:param name='fail' select='false()'/><xsl:template match='/'><main>"
+                   "<xsl:result-document href='sub/a'><a/></xsl:result-document><xsl:if test='$fail'>"
+                   "<xsl:message terminate='yes'>enough</xsl:message></xsl:if></main></xsl:template>",
+                   "2.0"));
+  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  Write("target", "old");
+  fs::create_symlink("target", folder / "out");
+  fs::permissions(folder / "target", fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+  EXPECT_EQ(CountOf(Run(xml, "", {"fail", "true()"}), "enough"), 1U);
+  EXPECT_FALSE(succeeded);
+  EXPECT_EQ(Read("target"), "old");
+  EXPECT_FALSE(fs::exists(folder / "sub/a"));
+  (void)Run(xml, "");
+  EXPECT_TRUE(succeeded) << bridge::LogText();
+  EXPECT_TRUE(fs::is_symlink(folder / "out"));
+  EXPECT_EQ(Read("target"), "<main/>");
+  EXPECT_EQ(fs::status(folder / "target").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+  EXPECT_TRUE(fs::exists(folder / "sub/a"));
+  for (const auto &entry : fs::recursive_directory_iterator(folder))
+    EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
+}
+
+TEST_F(BridgeTest, CompilesAgainWhenAModuleChanges) {
+  const std::string xml = Write("in.xml", "<doc/>");
+  const std::string xsl =
+      Write("main.xsl", "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
+                        "<xsl:import href='m.xsl'/></xsl:stylesheet>");
+  for (const std::string text : {"one", "three"}) {
+    Write("m.xsl", Stylesheet("<xsl:template match='/'><o>" + text + "</o></xsl:template>"));
+    for (const char *processor : {saxon, xalan, jdk}) {
+      ASSERT_EQ(bridge::SetTransformer(processor), 1);
+      EXPECT_EQ(Run(xml, xsl), "");
+      EXPECT_EQ(Read("out"), "<o>" + text + "</o>") << processor;
+    }
+  }
+}
+
+TEST_F(BridgeTest, SaysWhyAProcessorDoesNotLoad) {
+  EXPECT_EQ(bridge::SetTransformer(nullptr), 0);
+  EXPECT_EQ(bridge::SetTransformer(""), 0);
+  EXPECT_EQ(bridge::LogText(), "");
+  EXPECT_EQ(bridge::SetTransformer("no.such.Factory"), 0);
+  EXPECT_NE(bridge::LogText().find("no.such.Factory"), std::string::npos);
+  EXPECT_EQ(bridge::SetTransformer("java.lang.String"), 0);
+  EXPECT_EQ(bridge::ProbeProcessor(saxon).version.substr(0, 3), "12.");
+  EXPECT_EQ(bridge::ProbeProcessor(xalan).location, PROCESSORS_DIR "/xalan/xalan.jar");
+}
+
+TEST_F(BridgeTest, ListsFoldersAndConvertsText) {
+  fs::create_directories(folder / "sub/deep");
+  Write("top", "");
+  Write("sub/middle", "x");
+  Write("sub/deep/leaf", "");
+  const auto files = bridge::GetAllFilesInFolder(folder.c_str(), 1).Items();
+  EXPECT_EQ(files, (std::vector<std::string>{Path("sub/deep/leaf"), Path("sub/middle"), Path("top")}));
+  EXPECT_EQ(bridge::GetAllFilesInFolder(folder.c_str(), 0).Items(), std::vector<std::string>{Path("top")});
+  EXPECT_TRUE(bridge::GetAllFilesInFolder(Path("none").c_str(), 1).IsEmpty());
+  EXPECT_NE(bridge::LogText(), "");
+  EXPECT_EQ(bridge::IsEmptyFile(Path("top").c_str()), 1);
+  EXPECT_EQ(bridge::IsEmptyFile(Path("sub/middle").c_str()) + bridge::IsEmptyFile(Path("none").c_str()) +
+                bridge::IsEmptyFile(""),
+            0);
+  for (const auto &[utf8, back] : std::vector<std::pair<std::string, std::string>>{
+           {"a\xC3\xA4\xE4\xB8\xAD\xF0\x9D\x84\x9E", "a\xC3\xA4\xE4\xB8\xAD\xF0\x9D\x84\x9E"},
+           {"a\xFFz", "a\xEF\xBF\xBDz"}}) {
+    char16_t *wide = bridge::UTF8ToUTF16(utf8.c_str());
+    char *narrow = bridge::UTF16ToUTF8(wide);
+    EXPECT_EQ(narrow, back);
+    V_Free(wide);
+    V_Free(narrow);
+  }
+  EXPECT_EQ(bridge::UTF8ToUTF16(nullptr), nullptr);
+}
+
+} // namespace
