@@ -239,7 +239,7 @@ class Player:
         text = output.decode("utf-8", errors="surrogateescape")
         for name in sorted(self.variables, key=lambda name: -len(self.variables[name])):
             path = self.variables[name]
-            text = text.replace(urllib.parse.quote(path), "${%s|url}" % name).replace(path, "${%s}" % name)
+            text = text.replace(path, "${%s}" % name).replace(urllib.parse.quote(path), "${%s|url}" % name)
         return text
 
     def left_behind(self):
