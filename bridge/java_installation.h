@@ -13,8 +13,8 @@ struct JavaInstallation {
   std::string problem; // why there is none that can be used, and what to do
 };
 
-// The configured home; JAVA_HOME; the distribution's; the `java` on the path. A configured home is the only one looked
-// at, since silently taking another would hide a mistake.
+// The configured home; JAVA_HOME; the distribution's default; the `java` on the path; the newest that is there. A
+// configured home is the only one looked at, since silently taking another would hide a mistake.
 [[nodiscard]] JavaInstallation FindJava(const std::string &configuredHome);
 
 } // namespace bridge

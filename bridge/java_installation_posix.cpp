@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -60,14 +61,17 @@ std::string HomeOnPath() {
   return {};
 }
 
-std::vector<std::string> HomesOfTheDistribution() {
+std::vector<std::string> HomesToTry() {
   std::vector<std::string> homes = {"/usr/lib/jvm/default-java"};
+  if (std::string home = HomeOnPath(); !home.empty())
+    homes.push_back(std::move(home));
+  const auto chosen = static_cast<std::ptrdiff_t>(homes.size());
   std::error_code error;
   for (const auto &entry : fs::directory_iterator("/usr/lib/jvm", error))
     if (!FindLibrary(entry.path().string()).empty())
       homes.push_back(entry.path().string());
-  // The newest first, behind the one that the administrator chose.
-  std::sort(homes.begin() + 1, homes.end(), [](const std::string &left, const std::string &right) {
+  // The newest first, behind those that somebody chose.
+  std::sort(homes.begin() + chosen, homes.end(), [](const std::string &left, const std::string &right) {
     const int leftMajor = MajorVersion(ReadVersion(left));
     const int rightMajor = MajorVersion(ReadVersion(right));
     return leftMajor != rightMajor ? leftMajor > rightMajor : left < right;
@@ -94,11 +98,8 @@ JavaInstallation FindJava(const std::string &configuredHome) {
     return Examine(configuredHome, "java_home");
   if (const std::string home = FromEnvironment("JAVA_HOME"); !home.empty())
     return Examine(home, "JAVA_HOME");
-  std::vector<std::string> homes = HomesOfTheDistribution();
-  if (const std::string home = HomeOnPath(); !home.empty())
-    homes.push_back(home);
   JavaInstallation tooOld;
-  for (const std::string &home : homes) {
+  for (const std::string &home : HomesToTry()) {
     JavaInstallation found = Examine(home, "the system");
     if (found.problem.empty())
       return found;
@@ -106,7 +107,7 @@ JavaInstallation FindJava(const std::string &configuredHome) {
       tooOld = found;
   }
   if (tooOld.home.empty())
-    tooOld.problem = "No Java was found: not by java_home, JAVA_HOME, in /usr/lib/jvm or on the PATH." + OnlyHint();
+    tooOld.problem = "No Java was found: not by java_home, JAVA_HOME, on the PATH or in /usr/lib/jvm." + OnlyHint();
   return tooOld;
 }
 

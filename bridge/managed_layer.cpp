@@ -72,7 +72,8 @@ std::vector<std::string> ReadParameters(const V_StrListT *list) {
 } // namespace
 
 XSLTManagedLayer &XSLTManagedLayer::GetInstance() {
-  static XSLTManagedLayer layer;
+  // Never destroyed: at the end of a process that did not shut down, the virtual machine must be left alone.
+  static XSLTManagedLayer &layer = *new XSLTManagedLayer;
   return layer;
 }
 
