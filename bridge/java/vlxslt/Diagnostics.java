@@ -52,9 +52,11 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
     this.handler = handler;
   }
 
-  /** What is at work now: named where a problem comes without a file. */
-  void setSubject(String address) {
+  /** What is at work now: named where a problem comes without a file. Returns what was before. */
+  String setSubject(String address) {
+    String before = subject;
     subject = address;
+    return before;
   }
 
   /** Some processors tell of a problem that ends all, and then carry on with half a result. */

@@ -62,6 +62,7 @@ final class Documents {
     Parser parser = idle.isEmpty() ? new Parser(dtds, symbols) : idle.pop();
     String address = input.getSystemId();
     handler.StartDocument(Addresses.shown(address));
+    String outer = diagnostics.setSubject(address);
     try {
       settings.apply(parser.reader, diagnostics);
       InputSource opened = input.getByteStream() == null && input.getCharacterStream() == null
@@ -77,6 +78,7 @@ final class Documents {
       settings.restore(parser.reader);
       idle.push(parser);
     } finally {
+      diagnostics.setSubject(outer);
       handler.EndDocument();
     }
   }
