@@ -73,14 +73,15 @@ ExitCode RunInWindows(const CommandLine &line, const host::Configuration &config
                       const host::Installation &installation) {
   std::string problem;
   const std::unique_ptr<host::DesktopModule> windows = host::DesktopModule::Load(installation, problem);
+  const std::string advice = line.session.isDialog ? "; --script FILE plays a dialog without them" : "";
   if (!windows)
-    return Refuse(problem);
+    return Refuse(problem + advice);
   const std::optional<int> code =
       line.session.isWorkbench ? windows->RunWorkbench({configuration, installation, ListFiles(line.session)})
                                : windows->Serve([&](host::Front &front) {
                                    return static_cast<int>(RunWithFront(line, configuration, installation, front));
                                  });
-  return code ? static_cast<ExitCode>(*code) : Refuse("there is no display to show windows on");
+  return code ? static_cast<ExitCode>(*code) : Refuse("there is no display to show windows on" + advice);
 }
 
 ExitCode RunProgram(int count, char **arguments) {

@@ -1,5 +1,6 @@
 #include "host/desktop/desktop_front.h"
 
+#include "host/desktop/shown_dialog.h"
 #include "host/desktop/top_window.h"
 #include "host/desktop/ui_thread.h"
 #include "host/desktop/window_texts.h"
@@ -68,7 +69,17 @@ std::optional<std::string> DesktopFront::ChooseFile(const host::FileChooser &cho
   return AskWindows([&] { return ShowChooser(chooser); });
 }
 
-void DesktopFront::RunDialog(host::DialogModel &) {}
+void DesktopFront::RunDialog(host::DialogModel &dialog) {
+  ShownDialog shown(dialog);
+  while (dialog.IsOpen())
+    static_cast<void>(shown.ServeNext());
+}
+
+void DesktopFront::PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogHand &hand)> &player) {
+  ShownDialog shown(dialog);
+  const std::unique_ptr<host::DialogHand> hand = shown.MakeHand();
+  player(*hand);
+}
 
 void DesktopFront::WriteConsole(std::string_view text) {
   const std::lock_guard lock(mutex);
