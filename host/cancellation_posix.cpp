@@ -38,9 +38,9 @@ void CatchInterrupts() {
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    // Whoever started us with the signal ignored (nohup, a background job) means it.
+    // nohup means it; shells that start a background job with interrupts ignored only mean their own Ctrl-C.
     struct sigaction before = {};
-    if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
+    if (signal != SIGHUP || (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN))
       sigaction(signal, &action, nullptr);
   }
 }

@@ -125,10 +125,10 @@ std::optional<std::string> TerminalFront::ChooseFile(const FileChooser &chooser)
 void TerminalFront::RunDialog(DialogModel &) { WriteLine("A dialog cannot be shown on a terminal."); }
 
 void TerminalFront::WriteConsole(std::string_view text) {
-  std::string line(text == "\n" ? std::string_view() : text);
-  // Some texts bring the line ends of another platform.
-  std::erase(line, '\r');
-  WriteLine(line);
+  // A line is one line here, even where its text brings a line end of its own.
+  while (text.ends_with('\n') || text.ends_with('\r'))
+    text.remove_suffix(1);
+  WriteLine(text);
 }
 
 void TerminalFront::ReportProgress(const Progress &next) {

@@ -3,10 +3,13 @@ package vlxslt;
 import java.io.FileNotFoundException;
 import java.nio.file.AccessDeniedException;
 import java.nio.file.NoSuchFileException;
+import java.util.ArrayDeque;
 import java.util.ArrayList;
 import java.util.Collections;
+import java.util.Deque;
 import java.util.IdentityHashMap;
 import java.util.List;
+import java.util.Map;
 import java.util.Set;
 import javax.xml.transform.ErrorListener;
 import javax.xml.transform.SourceLocator;
@@ -36,7 +39,10 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
   private final IVLXSLTJavaHandler handler;
   private final Set<Throwable> known = Collections.newSetFromMap(new IdentityHashMap<>());
   private final List<Problem> problems = new ArrayList<>();
+  private final Deque<String> reading = new ArrayDeque<>();
+  private final Map<Throwable, String> origins = new IdentityHashMap<>();
   private java.util.function.Predicate<TransformerException> messages = e -> false;
+  private SourceLocator lastMessage;
 
   Diagnostics(IVLXSLTJavaHandler handler) {
     this.handler = handler;
@@ -53,6 +59,20 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
 
   boolean hasErrors() {
     return problems.stream().anyMatch(problem -> problem.level != Level.WARNING);
+  }
+
+  /** The parser begins a document; what goes wrong in it without saying where belongs to it. */
+  void startReading(String address) {
+    reading.push(address);
+  }
+
+  void endReading() {
+    reading.pop();
+  }
+
+  /** The document in which a problem arose that does not say so itself. */
+  void blame(Throwable thrown, String address) {
+    origins.putIfAbsent(thrown, address);
   }
 
   /** What a stylesheet wrote for its reader, a line of the log for each line of text. */
@@ -77,10 +97,12 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
 
   @Override
   public void warning(TransformerException e) {
-    if (messages.test(e))
-      message(e.getMessage() == null ? "" : e.getMessage());
-    else
+    if (!messages.test(e)) {
       accept(Level.WARNING, e);
+      return;
+    }
+    message(e.getMessage() == null ? "" : e.getMessage());
+    lastMessage = e.getLocator();
   }
 
   @Override
@@ -89,8 +111,13 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
   }
 
   @Override
-  public void fatalError(TransformerException e) {
+  public void fatalError(TransformerException e) throws TransformerException {
+    // A message that ends the run has its place; the end itself comes without one.
+    if (e.getLocator() == null && e.getCause() == null)
+      e.setLocator(lastMessage);
     accept(Level.FATAL, e);
+    // Some processors go on unless they are stopped.
+    throw e;
   }
 
   @Override
@@ -110,6 +137,7 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
   }
 
   private void accept(Level level, Throwable thrown) {
+    lastMessage = null;
     if (!isKnown(thrown))
       note(thrown, describe(level, thrown));
   }
@@ -134,7 +162,7 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
   }
 
   /** The outermost text that says something, at the innermost place that is known. */
-  private static Problem describe(Level level, Throwable thrown) {
+  private Problem describe(Level level, Throwable thrown) {
     String publicId = null;
     String systemId = null;
     int line = -1;
@@ -155,7 +183,17 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
         }
       }
     }
+    if (systemId == null)
+      systemId = originOf(thrown);
     return new Problem(level, textOf(thrown), publicId, systemId == null ? "" : systemId, line, column);
+  }
+
+  private String originOf(Throwable thrown) {
+    for (Throwable link : chainOf(thrown)) {
+      if (origins.containsKey(link))
+        return origins.get(link);
+    }
+    return thrown instanceof SAXParseException ? reading.peek() : null;
   }
 
   private static String textOf(Throwable thrown) {

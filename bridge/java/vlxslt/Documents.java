@@ -62,6 +62,7 @@ final class Documents {
     Parser parser = idle.isEmpty() ? new Parser(dtds, symbols) : idle.pop();
     String address = input.getSystemId();
     handler.StartDocument(Addresses.shown(address));
+    diagnostics.startReading(address);
     try {
       settings.apply(parser.reader, diagnostics);
       InputSource opened = input.getByteStream() == null && input.getCharacterStream() == null
@@ -74,7 +75,11 @@ final class Documents {
       }
       settings.restore(parser.reader);
       idle.push(parser);
+    } catch (IOException | SAXException | RuntimeException e) {
+      diagnostics.blame(e, address);
+      throw e;
     } finally {
+      diagnostics.endReading();
       handler.EndDocument();
     }
   }
