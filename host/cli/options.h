@@ -24,6 +24,7 @@ struct SessionOptions {
   bool printsJson = false;
   bool isWorkbench = false;  // the command is the main window
   bool isDialog = false;     // the command is a dialog, which a terminal cannot show
+  bool hasWindows = false;   // they stand
   bool showsWindows = false; // questions and dialogs are windows, even while a script plays the person
 
   [[nodiscard]] bool NeedsWindows() const {

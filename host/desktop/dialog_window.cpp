@@ -25,8 +25,6 @@ using host::ItemKind;
 
 constexpr int firstControlId = wxID_HIGHEST + 100;
 
-bool BeginsGroup(const DialogItem &item) { return (item.control->style & kit::StyleGroup) != 0; }
-
 wxWindow *MakeButton(wxWindow *parent, int id, const DialogItem &item) {
   return new wxButton(parent, id, ToWx(item.text));
 }
@@ -92,8 +90,7 @@ wxWindow *DialogWindow::MakeControl(const DialogItem &item) {
   case ItemKind::CheckBox:
     return new wxCheckBox(this, id, ToWx(item.text));
   case ItemKind::Radio:
-    return new wxRadioButton(this, id, ToWx(item.text), wxDefaultPosition, wxDefaultSize,
-                             BeginsGroup(item) ? wxRB_GROUP : 0);
+    return MakeRadio(item);
   case ItemKind::PopUp:
     return new wxChoice(this, id);
   case ItemKind::List:
@@ -115,6 +112,23 @@ wxWindow *DialogWindow::MakeControl(const DialogItem &item) {
   default:
     return nullptr;
   }
+}
+
+wxWindow *DialogWindow::MakeRadio(const DialogItem &item) {
+  wxRadioButton *&none = noneOfGroup[item.radioGroup];
+  if (!none) {
+    none = new wxRadioButton(this, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize, wxRB_GROUP);
+    none->Hide();
+  }
+  return new wxRadioButton(this, firstControlId + item.number, ToWx(item.text));
+}
+
+void DialogWindow::ShowEmptyGroups() {
+  for (const auto &[group, none] : noneOfGroup)
+    if (std::ranges::none_of(picture.items, [number = group](const DialogItem &item) {
+          return item.kind == ItemKind::Radio && item.radioGroup == number && item.state != 0;
+        }))
+      none->SetValue(true);
 }
 
 void DialogWindow::Connect(const DialogItem &item, wxWindow *control) {
@@ -172,6 +186,8 @@ void DialogWindow::ShowPicture(DialogPicture next) {
   SetTitle(ToWx(picture.title));
   for (const DialogItem &item : picture.items)
     ShowItem(item);
+  if (picture.served == sent)
+    ShowEmptyGroups();
   if (grid && picture.grid && picture.served == sent)
     grid->ShowModel(*picture.grid);
   isShowing = false;

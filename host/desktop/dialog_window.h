@@ -7,6 +7,7 @@
 #include "host/desktop/parameter_grid.h"
 
 #include <wx/dialog.h>
+#include <wx/radiobut.h>
 
 #include <map>
 #include <string>
@@ -39,6 +40,8 @@ public:
 private:
   void MakeControls();
   [[nodiscard]] wxWindow *MakeControl(const host::DialogItem &item);
+  [[nodiscard]] wxWindow *MakeRadio(const host::DialogItem &item);
+  void ShowEmptyGroups();
   void Connect(const host::DialogItem &item, wxWindow *control);
   void PlaceControls();
   void ShowItem(const host::DialogItem &item);
@@ -57,6 +60,8 @@ private:
   size_t sent = 0;
   bool isShowing = false; // the controls change because the model did, not because of a person
   std::map<int32_t, wxWindow *> controls;
+  // The toolkit wants one radio button of a group to be on; a hidden one is, where the model has none.
+  std::map<int32_t, wxRadioButton *> noneOfGroup;
   ParameterGrid *grid = nullptr;
 };
 
