@@ -2,6 +2,8 @@
 
 #include "host/desktop/empty_page.h"
 #include "host/desktop/icons.h"
+#include "host/desktop/preferences.h"
+#include "host/desktop/save_preferences.h"
 #include "host/desktop/window_texts.h"
 #include "host/editor_command.h"
 #include "host/request_builder.h"
@@ -196,6 +198,7 @@ void Workbench::MakePanels() {
 
 void Workbench::RestorePlaces() {
   SetSize(FromDIP(wxSize(memory.Read("width", 1040), memory.Read("height", 700))));
+  Layout();
   columns->SetSashPosition(FromDIP(memory.Read("documents", 380)));
   rows->SetSashPosition(FromDIP(memory.Read("log", 430)));
   Maximize(memory.Read("maximized", 0) != 0);
@@ -427,7 +430,22 @@ void Workbench::ShowInFolder(const std::string &path) {
     Tell("No file manager can be started.", wxICON_ERROR);
 }
 
-void Workbench::ShowPreferences() {}
+void Workbench::ShowPreferences() {
+  const auto change = AskForPreferences(this, settings.configuration);
+  if (!change)
+    return;
+  const SavedPreferences saved = SavePreferences(*change, settings.installation);
+  if (!saved.error.empty()) {
+    Tell("The preferences were not saved: " + ToWx(saved.error), wxICON_ERROR);
+    return;
+  }
+  settings.configuration = saved.configuration;
+  host->Reconfigure(saved.configuration, [this] {
+    Tell("Saved in " + ShortenPath(settings.configuration.source) +
+             ". Java keeps the settings that it was started with until vlxslt is opened again.",
+         wxICON_INFORMATION);
+  });
+}
 
 void Workbench::ShowAbout() {
   wxAboutDialogInfo about;
