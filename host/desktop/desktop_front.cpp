@@ -3,6 +3,7 @@
 #include "host/desktop/shown_dialog.h"
 #include "host/desktop/top_window.h"
 #include "host/desktop/ui_thread.h"
+#include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 #include "kit/paths.h"
 
@@ -30,6 +31,7 @@ long StyleOf(host::AlertKind kind) {
 }
 
 host::Answer ShowAlert(host::AlertKind kind, const std::string &text) {
+  NoteEvent("alert", text);
   wxMessageDialog window(TopWindow(), ToWx(text), "XSLT", StyleOf(kind) | wxCENTRE);
   const int pressed = window.ShowModal();
   return pressed == wxID_YES || pressed == wxID_OK ? host::Answer::Proceed : host::Answer::Decline;

@@ -1,6 +1,7 @@
 #include "host/desktop/dialog_window.h"
 
 #include "host/desktop/dialog_layout.h"
+#include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 
 #include <wx/button.h>
@@ -54,6 +55,11 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent &event) {
     event.Veto();
     Send([](host::DialogModel &dialog) { return dialog.CloseFrame(); });
+  });
+  Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
+    if (event.GetActive())
+      NoteEvent("active", FromWx(GetTitle()));
+    event.Skip();
   });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
     if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)
@@ -191,6 +197,9 @@ void DialogWindow::ShowPicture(DialogPicture next) {
   if (grid && picture.grid && picture.served == sent)
     grid->ShowModel(*picture.grid);
   isShowing = false;
+  // Everything that was done so far has had its effect.
+  if (picture.served == sent)
+    NoteEvent("settled", picture.title);
 }
 
 void DialogWindow::ShowItem(const DialogItem &item) {

@@ -4,6 +4,7 @@
 #include "host/desktop/icons.h"
 #include "host/desktop/preferences.h"
 #include "host/desktop/save_preferences.h"
+#include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 #include "host/editor_command.h"
 #include "host/request_builder.h"
@@ -121,11 +122,14 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
   RestorePlaces();
   SetDropTarget(new FileDrop(*this));
   Bind(wxEVT_CLOSE_WINDOW, &Workbench::OnClose, this);
+  Bind(wxEVT_SIZE, &Workbench::RestoreSashes, this);
   UpdateCommands();
   host = std::make_unique<WorkbenchHost>(settings, *this,
                                          [this](std::vector<OpenDocument> open) { ShowDocuments(std::move(open)); });
   // What happened to the files meanwhile is seen on coming back.
   Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
+    if (event.GetActive())
+      NoteEvent("active", "workbench");
     if (event.GetActive() && !isBusy)
       host->Refresh();
     event.Skip();
@@ -198,10 +202,18 @@ void Workbench::MakePanels() {
 
 void Workbench::RestorePlaces() {
   SetSize(FromDIP(wxSize(memory.Read("width", 1040), memory.Read("height", 700))));
-  Layout();
-  columns->SetSashPosition(FromDIP(memory.Read("documents", 380)));
-  rows->SetSashPosition(FromDIP(memory.Read("log", 430)));
   Maximize(memory.Read("maximized", 0) != 0);
+}
+
+// Only once the window has its size: a sash is never put where there is no room.
+void Workbench::RestoreSashes(wxSizeEvent &event) {
+  event.Skip();
+  Layout();
+  if (columns->GetClientSize().GetWidth() < FromDIP(400))
+    return;
+  columns->SetSashPosition(FromDIP(memory.Read("documents", 380)));
+  rows->SetSashPosition(std::min(FromDIP(memory.Read("log", 430)), rows->GetClientSize().GetHeight() - FromDIP(120)));
+  Unbind(wxEVT_SIZE, &Workbench::RestoreSashes, this);
 }
 
 void Workbench::OnClose(wxCloseEvent &event) {
@@ -257,9 +269,13 @@ void Workbench::ShowDocuments(std::vector<OpenDocument> open) {
   SetTitle(active ? ToWx(active->summary.name) + wxString::FromUTF8(" \u2013 XSLT Workbench")
                   : wxString("XSLT Workbench"));
   UpdateCommands();
+  NoteEvent("documents", active ? active->summary.name : "");
 }
 
-void Workbench::Tell(const wxString &text, int icon) { info->ShowMessage(text, icon); }
+void Workbench::Tell(const wxString &text, int icon) {
+  info->ShowMessage(text, icon);
+  NoteEvent("told", FromWx(text));
+}
 
 // ---- Documents
 
@@ -332,6 +348,7 @@ void Workbench::FinishRequest(const RequestOutcome &outcome) {
     Tell(ToWx(outcome.error), wxICON_ERROR);
   else if (outcome.status == V_ERROR_FAILED)
     Tell("The run failed. The log says why; a click on a file name in it opens the place.", wxICON_WARNING);
+  NoteEvent("idle");
   if (isClosing)
     Close();
 }
@@ -371,12 +388,15 @@ void Workbench::RunChosen(const RequestOutcome &chosen) {
 void Workbench::CancelRun() {
   host->Cancel();
   progress->ShowCancelling();
+  NoteEvent("cancelling");
 }
 
 void Workbench::ShowConsole(const std::vector<std::string> &lines) {
   log->Append(lines);
-  for (const std::string &line : lines)
+  for (const std::string &line : lines) {
+    NoteEvent("log", line);
     NoteOutputs(line);
+  }
 }
 
 void Workbench::ShowProgress(const host::Progress &next) {
@@ -384,6 +404,7 @@ void Workbench::ShowProgress(const host::Progress &next) {
     progress->End();
     return;
   }
+  NoteEvent("progress", next.path);
   if (next.index == 0)
     progress->Begin();
   progress->Show(next);

@@ -52,6 +52,7 @@ private:
   void MakeToolBar();
   void MakePanels();
   void RestorePlaces();
+  void RestoreSashes(wxSizeEvent &event);
   void UpdateCommands();
   void OnCommand(wxCommandEvent &event);
   void OnClose(wxCloseEvent &event);
