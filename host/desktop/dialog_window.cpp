@@ -64,7 +64,7 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
     if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)
       static_cast<void>(Press(picture.cancelItem));
-    else
+    else if (!grid || event.GetModifiers() != wxMOD_ALT || !PressByKey(event.GetKeyCode()))
       event.Skip();
   });
 }
@@ -197,9 +197,36 @@ void DialogWindow::ShowPicture(DialogPicture next) {
   if (grid && picture.grid && picture.served == sent)
     grid->ShowModel(*picture.grid);
   isShowing = false;
+  KeepFocus();
   // Everything that was done so far has had its effect.
   if (picture.served == sent)
-    NoteEvent("settled", picture.title);
+    NoteEvent("settled", picture.title +
+                             (picture.grid ? ", rows: " + std::to_string(picture.grid->Rows().size()) : std::string()));
+}
+
+// A grid keeps keys to itself that belong to the buttons beside it.
+bool DialogWindow::PressByKey(int key) {
+  for (const auto &[number, control] : controls) {
+    const auto *button = dynamic_cast<wxButton *>(control);
+    const int at = button ? button->GetLabel().Find('&') : wxNOT_FOUND;
+    if (at != wxNOT_FOUND && wxToupper(button->GetLabel()[static_cast<size_t>(at) + 1]) == key)
+      return Press(number) == ActionResult::Done;
+  }
+  return false;
+}
+
+// A window without the focus anywhere would be deaf to keys.
+void DialogWindow::KeepFocus() {
+  const wxWindow *focused = FindFocus();
+  if (!IsActive() ||
+      (focused && focused != this && focused->IsEnabled() && IsDescendant(const_cast<wxWindow *>(focused))))
+    return;
+  for (wxWindow *next : {static_cast<wxWindow *>(grid), FindControl(picture.focus), FindControl(picture.defaultItem),
+                         FindControl(picture.cancelItem)})
+    if (next && next->IsEnabled() && next->IsShown()) {
+      next->SetFocus();
+      return;
+    }
 }
 
 void DialogWindow::ShowItem(const DialogItem &item) {
@@ -207,11 +234,7 @@ void DialogWindow::ShowItem(const DialogItem &item) {
   if (!control)
     return;
   control->Show(item.IsShown());
-  const bool hadFocus = control->HasFocus();
   control->Enable(item.sensitive);
-  // A window without the focus anywhere would be deaf to keys.
-  if (hadFocus && !item.sensitive)
-    control->Navigate();
   ShowValue(item, control);
 }
 

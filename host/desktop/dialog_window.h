@@ -42,6 +42,8 @@ private:
   [[nodiscard]] wxWindow *MakeControl(const host::DialogItem &item);
   [[nodiscard]] wxWindow *MakeRadio(const host::DialogItem &item);
   void ShowEmptyGroups();
+  void KeepFocus();
+  [[nodiscard]] bool PressByKey(int key);
   void Connect(const host::DialogItem &item, wxWindow *control);
   void PlaceControls();
   void ShowItem(const host::DialogItem &item);

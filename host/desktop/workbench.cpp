@@ -122,7 +122,7 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
   RestorePlaces();
   SetDropTarget(new FileDrop(*this));
   Bind(wxEVT_CLOSE_WINDOW, &Workbench::OnClose, this);
-  Bind(wxEVT_SIZE, &Workbench::RestoreSashes, this);
+  Bind(wxEVT_SIZE, &Workbench::PlaceSashes, this);
   UpdateCommands();
   host = std::make_unique<WorkbenchHost>(settings, *this,
                                          [this](std::vector<OpenDocument> open) { ShowDocuments(std::move(open)); });
@@ -192,7 +192,14 @@ void Workbench::MakePanels() {
     splitter->SetMinimumPaneSize(FromDIP(120));
   columns->SplitVertically(documents, rows);
   rows->SplitHorizontally(log, outputs);
-  rows->SetSashGravity(1.0);
+  columnsWanted = memory.Read("documents", 380);
+  outputsWanted = memory.Read("outputs", 150);
+  columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGED,
+                [this](wxSplitterEvent &event) { columnsWanted = ToDIP(event.GetSashPosition()); });
+  rows->Bind(wxEVT_SPLITTER_SASH_POS_CHANGED, [this](wxSplitterEvent &event) {
+    outputsWanted = ToDIP(rows->GetClientSize().GetHeight() - event.GetSashPosition());
+    event.StopPropagation();
+  });
   auto *sizer = new wxBoxSizer(wxVERTICAL);
   sizer->Add(info, wxSizerFlags().Expand());
   sizer->Add(columns, wxSizerFlags(1).Expand());
@@ -205,15 +212,12 @@ void Workbench::RestorePlaces() {
   Maximize(memory.Read("maximized", 0) != 0);
 }
 
-// Only once the window has its size: a sash is never put where there is no room.
-void Workbench::RestoreSashes(wxSizeEvent &event) {
+// At every change of size, since a window on its way to the screen is tiny at first and pushes the sashes together.
+void Workbench::PlaceSashes(wxSizeEvent &event) {
   event.Skip();
   Layout();
-  if (columns->GetClientSize().GetWidth() < FromDIP(400))
-    return;
-  columns->SetSashPosition(FromDIP(memory.Read("documents", 380)));
-  rows->SetSashPosition(std::min(FromDIP(memory.Read("log", 430)), rows->GetClientSize().GetHeight() - FromDIP(120)));
-  Unbind(wxEVT_SIZE, &Workbench::RestoreSashes, this);
+  columns->SetSashPosition(FromDIP(columnsWanted));
+  rows->SetSashPosition(rows->GetClientSize().GetHeight() - FromDIP(outputsWanted));
 }
 
 void Workbench::OnClose(wxCloseEvent &event) {
@@ -238,8 +242,8 @@ void Workbench::OnClose(wxCloseEvent &event) {
     memory.Write("width", ToDIP(GetSize()).GetWidth());
     memory.Write("height", ToDIP(GetSize()).GetHeight());
   }
-  memory.Write("documents", ToDIP(columns->GetSashPosition()));
-  memory.Write("log", ToDIP(rows->GetSashPosition()));
+  memory.Write("documents", columnsWanted);
+  memory.Write("outputs", outputsWanted);
   Destroy();
 }
 

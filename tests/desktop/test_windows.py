@@ -133,12 +133,12 @@ class WindowTest(unittest.TestCase):
                 self.write("a-out.xml", before)
             self.open_dialog(windows, "Choose Transformation", "ctrl+r")
             self.display.keys("Home", "Down", "Up", "alt+o")
+            windows.wait("idle")  # chosen; the run is next
             if answer:
                 windows.wait("alert OK to overwrite existing file " + self.path("a-out.xml"))
                 self.display.find("^XSLT$")
                 self.display.keys(answer)
-            windows.wait("idle")  # of the choice
-            windows.wait("idle")  # of the run
+            windows.wait("idle")
             self.assertEqual(self.read("a-out.xml"), after)
         self.leave(windows)
 
@@ -173,17 +173,16 @@ class WindowTest(unittest.TestCase):
         self.display.keys("alt+x", *["Tab"] * 4, "space")
         windows.wait("active Stylesheet Parameters")
         self.display.find("Stylesheet Parameters")
-        self.display.keys("Down", "Down", "Down", "Down")
-        self.display.keys("alt+d")
-        windows.wait("settled Stylesheet Parameters")
+        self.display.keys("Down", "alt+d")  # the first row goes
+        windows.wait("settled Stylesheet Parameters, rows: 2")
         self.display.keys("alt+o")
         windows.wait("active Edit Transformation")
-        self.display.find("Edit Transformation")
-        self.assertTrue(edit)
-        self.display.keys("Return")
+        self.display.keys("alt+x", "Tab", "Return")
         windows.wait("active Manage Transformations")
         self.display.keys("Escape")
         windows.wait("idle")
+        self.assertNotIn('name="first"', self.read("dita.xml"))
+        self.assertIn('name="depth"', self.read("dita.xml"))
         self.leave(windows)
 
     def test_a_long_run_is_cancelled(self):
