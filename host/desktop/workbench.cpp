@@ -192,11 +192,12 @@ void Workbench::MakePanels() {
     splitter->SetMinimumPaneSize(FromDIP(120));
   columns->SplitVertically(documents, rows);
   rows->SplitHorizontally(log, outputs);
+  // Changed ones come from changes of size too; only changing ones are a person's.
   columnsWanted = memory.Read("documents", 380);
   outputsWanted = memory.Read("outputs", 150);
-  columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGED,
+  columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING,
                 [this](wxSplitterEvent &event) { columnsWanted = ToDIP(event.GetSashPosition()); });
-  rows->Bind(wxEVT_SPLITTER_SASH_POS_CHANGED, [this](wxSplitterEvent &event) {
+  rows->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING, [this](wxSplitterEvent &event) {
     outputsWanted = ToDIP(rows->GetClientSize().GetHeight() - event.GetSashPosition());
     event.StopPropagation();
   });
