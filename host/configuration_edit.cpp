@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iomanip>
+#include <iterator>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -50,9 +52,19 @@ constexpr std::array applicationLists = {
     ListKey<ApplicationSetting>{"file", &ApplicationSetting::files},
 };
 
+// As the rest of such files is written: in double quotes.
 std::string Format(const std::string &text) {
   std::ostringstream stream;
-  stream << toml::value<std::string>(text);
+  stream << '"';
+  for (const char letter : text) {
+    if (letter == '"' || letter == '\\')
+      stream << '\\' << letter;
+    else if (static_cast<unsigned char>(letter) < 0x20 || letter == 0x7F)
+      stream << "\\u" << std::hex << std::setw(4) << std::setfill('0') << static_cast<int>(letter);
+    else
+      stream << letter;
+  }
+  stream << '"';
   return stream.str();
 }
 

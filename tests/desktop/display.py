@@ -60,7 +60,7 @@ class Display:
         self.tool("key", "--clearmodifiers", *names)
 
     def type(self, text):
-        self.tool("type", "--delay", "1", text)
+        self.tool("type", "--delay", "1", "--", text)
 
 
 class Windows:

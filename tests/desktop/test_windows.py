@@ -168,7 +168,7 @@ class WindowTest(unittest.TestCase):
         self.open_dialog(windows, "Manage Transformations", "ctrl+m")
         self.display.keys("Home", "Down", "Up", "alt+e")
         windows.wait("active Edit Transformation")
-        edit = self.display.find("Edit Transformation")
+        self.display.find("Edit Transformation")
         # From the processor on to the button behind it.
         self.display.keys("alt+x", *["Tab"] * 4, "space")
         windows.wait("active Stylesheet Parameters")
@@ -177,12 +177,15 @@ class WindowTest(unittest.TestCase):
         windows.wait("settled Stylesheet Parameters, rows: 2")
         self.display.keys("alt+o")
         windows.wait("active Edit Transformation")
-        self.display.keys("alt+x", "Tab", "Return")
+        self.display.keys("alt+s", "Tab")
+        self.display.type("-new")
+        self.display.keys("Return")
         windows.wait("active Manage Transformations")
         self.display.keys("Escape")
         windows.wait("idle")
         self.assertNotIn('name="first"', self.read("dita.xml"))
         self.assertIn('name="depth"', self.read("dita.xml"))
+        self.assertIn('suffix="-new"', self.read("dita.xml"))
         self.leave(windows)
 
     def test_a_long_run_is_cancelled(self):
