@@ -4,12 +4,14 @@
 #define HOST_FRONT_H
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace host {
 
+class DialogHand;
 class DialogModel;
 
 enum class AlertKind : int32_t { Plain = 0, YesNo = 1, YesNoDefaultNo = 2, OkCancel = 3 };
@@ -39,6 +41,8 @@ public:
   [[nodiscard]] virtual std::optional<std::string> ChooseFile(const FileChooser &chooser) = 0;
   // Shows the dialog and drives it until it is closed. Dialogs nest.
   virtual void RunDialog(DialogModel &dialog) = 0;
+  // Lets `player` drive the dialog in place of a person: on what the front shows when it shows any, else on the model.
+  virtual void PlayDialog(DialogModel &dialog, const std::function<void(DialogHand &hand)> &player);
 
   // One line, or a lone line feed for a blank one.
   virtual void WriteConsole(std::string_view text) = 0;

@@ -30,6 +30,7 @@ public:
   GridModel(std::string gridHeader, std::string textForNoValue);
 
   [[nodiscard]] const std::string &Header() const { return header; }
+  [[nodiscard]] const std::string &NoValueText() const { return noValueText; }
   [[nodiscard]] const std::vector<GridRow> &Rows() const { return rows; }
   [[nodiscard]] GridSelection Selection() const { return selection; }
   [[nodiscard]] int32_t CellCount(int32_t row) const;

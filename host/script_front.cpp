@@ -1,6 +1,6 @@
 #include "host/script_front.h"
 
-#include "host/dialog_model.h"
+#include "host/dialog_hand.h"
 #include "kit/paths.h"
 
 #include <algorithm>
@@ -53,8 +53,8 @@ std::optional<int32_t> ReadState(const std::string &word) {
   return word == "-1" ? std::optional(-1) : std::nullopt;
 }
 
-ActionResult SetItem(DialogModel &dialog, int32_t number, const std::string &value) {
-  const DialogItem *item = dialog.Find(number);
+ActionResult SetItem(DialogHand &dialog, int32_t number, const std::string &value) {
+  const std::optional<DialogItem> item = dialog.Look(number);
   if (!item)
     return ActionResult::NoSuchItem;
   if (item->HasText())
@@ -70,8 +70,9 @@ ActionResult SetItem(DialogModel &dialog, int32_t number, const std::string &val
 int32_t CellOf(const std::string &word) { return word == "name" ? 0 : 1; }
 
 // Writes into the empty row at the end, as a person would.
-ActionResult AddToGrid(DialogModel &dialog, const std::string &name, const std::string &expression) {
-  const std::vector<GridRow> &rows = dialog.Grid()->Rows();
+ActionResult AddToGrid(DialogHand &dialog, const GridModel &grid, const std::string &name,
+                       const std::string &expression) {
+  const std::vector<GridRow> &rows = grid.Rows();
   const auto isEmpty = [](const std::string &value) { return value.empty(); };
   if (rows.empty() || !std::ranges::all_of(rows.back().values, isEmpty))
     return ActionResult::BadValue;
@@ -80,12 +81,13 @@ ActionResult AddToGrid(DialogModel &dialog, const std::string &name, const std::
   return named == ActionResult::Done && !expression.empty() ? dialog.EditGrid(last, 1, expression) : named;
 }
 
-ActionResult ActInGrid(const ScriptStep &step, DialogModel &dialog) {
-  if (!dialog.Grid())
+ActionResult ActInGrid(const ScriptStep &step, DialogHand &dialog) {
+  const std::optional<GridModel> grid = dialog.LookAtGrid();
+  if (!grid)
     return ActionResult::WrongKind;
   switch (step.kind) {
   case StepKind::GridAdd:
-    return AddToGrid(dialog, step.Word(2), step.Word(3));
+    return AddToGrid(dialog, *grid, step.Word(2), step.Word(3));
   case StepKind::GridSet:
     return dialog.EditGrid(step.Number(2), CellOf(step.Word(3)), step.Word(4));
   default:
@@ -93,7 +95,7 @@ ActionResult ActInGrid(const ScriptStep &step, DialogModel &dialog) {
   }
 }
 
-std::string ExpectGrid(const ScriptStep &step, const GridModel *grid) {
+std::string ExpectGrid(const ScriptStep &step, const std::optional<GridModel> &grid) {
   if (!grid)
     return "the dialog has no grid";
   if (step.kind == StepKind::ExpectGridRows)
@@ -138,12 +140,12 @@ std::string ExpectLabels(const ScriptStep &step, const DialogItem &item) {
   return "the labels of " + ItemName(step, 1) + " are" + (found.empty() ? " none" : found);
 }
 
-std::string Expect(const ScriptStep &step, const DialogModel &dialog) {
+std::string Expect(const ScriptStep &step, DialogHand &dialog) {
   if (step.kind == StepKind::ExpectTitle)
     return Differs("the title", dialog.Title(), step.Word(2));
   if (step.kind == StepKind::ExpectGridRow || step.kind == StepKind::ExpectGridRows)
-    return ExpectGrid(step, dialog.Grid());
-  const DialogItem *item = dialog.Find(step.Number(1));
+    return ExpectGrid(step, dialog.LookAtGrid());
+  const std::optional<DialogItem> item = dialog.Look(step.Number(1));
   if (!item)
     return ItemName(step, 1) + " does not exist";
   switch (step.kind) {
@@ -222,16 +224,18 @@ void ScriptFront::RunDialog(DialogModel &dialog) {
     FailAt(*opening, asked + " opens");
     return;
   }
-  while (dialog.IsOpen()) {
-    const ScriptStep *step = Take(acts, asked + " is open and waits for an action");
-    if (!step)
-      return;
-    if (const std::string problem = Play(*step, dialog); !problem.empty())
-      FailAt(*step, problem);
-  }
+  screen.PlayDialog(dialog, [&](DialogHand &hand) {
+    while (hand.IsOpen()) {
+      const ScriptStep *step = Take(acts, asked + " is open and waits for an action");
+      if (!step)
+        return;
+      if (const std::string problem = Play(*step, hand); !problem.empty())
+        FailAt(*step, problem);
+    }
+  });
 }
 
-std::string ScriptFront::Play(const ScriptStep &step, DialogModel &dialog) {
+std::string ScriptFront::Play(const ScriptStep &step, DialogHand &dialog) {
   switch (step.kind) {
   case StepKind::Set:
     return Describe(ItemName(step, 1), SetItem(dialog, step.Number(1), step.Word(2)));

@@ -1,6 +1,7 @@
-// A front that plays a script: it answers, chooses and works the dialogs as the steps say, in order, and shows nothing
-// but the console, through another front. At the first thing that does not fit it stops taking part: questions are
-// declined, dialogs closed, the run is cancelled, and Failure says what happened at which line.
+// A front that plays a script: it answers, chooses and works the dialogs as the steps say, in order. Behind it is
+// another front, which shows the console and, when it has windows, the dialogs that are being worked. At the first
+// thing that does not fit it stops taking part: questions are declined, dialogs closed, the run is cancelled, and
+// Failure says what happened at which line.
 #ifndef HOST_SCRIPT_FRONT_H
 #define HOST_SCRIPT_FRONT_H
 
@@ -36,7 +37,7 @@ private:
   // The next step when it is one of these; null, and a failure that names `asked`, when it is not.
   [[nodiscard]] const ScriptStep *Take(std::span<const StepKind> kinds, const std::string &asked);
   // Empty, or why the step does not fit the dialog.
-  [[nodiscard]] std::string Play(const ScriptStep &step, DialogModel &dialog);
+  [[nodiscard]] std::string Play(const ScriptStep &step, DialogHand &dialog);
   void Fail(const std::string &problem);
   void FailAt(const ScriptStep &step, const std::string &problem);
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Plays the cases of tests/cases through the command line and shows a diff where the outcome differs.
 
-usage: run_cases.py --build FOLDER [--update] [--sanitized] [--keep] [CASE...]
+usage: run_cases.py --build FOLDER [--update] [--sanitized] [--windows] [--keep] [CASE...]
 
 The form of a case is described in tests/README.md. Exit status: 0 all as expected, 1 something differs, 2 a case or
 the command line is malformed, 77 a case needs something outside the project that is not there.
@@ -162,7 +162,8 @@ class Player:
         self.case = os.path.join(options.cases, name)
         self.build = os.path.abspath(options.build)
         self.sanitized = options.sanitized
-        self.top = os.path.join(self.build, "tests", "work", name)
+        self.windows = options.windows
+        self.top = os.path.join(self.build, "tests", "windows" if options.windows else "work", name)
         self.work = os.path.join(self.top, WORK_NAME)
         self.temp = os.path.join(self.top, "tmp")
         self.variables = {"WORK": self.work, "CASE": self.case, "PROCESSORS": os.path.join(self.build, "share", "vlxslt", "processors")}
@@ -213,6 +214,10 @@ class Player:
             "LC_ALL": "C.UTF-8",
             "TERM": "dumb",
         }
+        if self.windows:
+            # A vlxslt in front of the real one shows in windows what a script works.
+            environment["PATH"] = os.pathsep.join([os.path.join(TESTS, "desktop", "bin"), environment["PATH"]])
+            environment["DISPLAY"] = os.environ["DISPLAY"]
         if self.sanitized:
             # Java handles its own segmentation faults, and leaves its own memory to the end of the process.
             environment["ASAN_OPTIONS"] = "handle_segv=0:allocator_may_return_null=1:detect_leaks=1"
@@ -308,6 +313,7 @@ def main(arguments):
     parser.add_argument("--cases", default=os.path.join(TESTS, "cases"), help=argparse.SUPPRESS)
     parser.add_argument("--update", action="store_true", help="rewrite the expectations; read the difference afterwards")
     parser.add_argument("--sanitized", action="store_true", help="the build carries sanitizers")
+    parser.add_argument("--windows", action="store_true", help="scripts work windows, on the display of DISPLAY")
     parser.add_argument("--keep", action="store_true", help="keep the folders of cases that passed")
     parser.add_argument("names", nargs="*", metavar="CASE")
     options = parser.parse_args(arguments)

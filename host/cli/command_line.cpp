@@ -122,6 +122,7 @@ void AddRequestCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
                  [](Environment environment, const Parsed &all) { return OpenDialog(environment, all.dialog); });
   dialog.add_option("NAME", parsed->dialog, "choose, manage, new, advanced or xsl")->type_name("TEXT")->required();
   AddDocumentOptions(dialog, parsed->session);
+  dialog.parse_complete_callback([parsed] { parsed->session.isDialog = true; });
   for (CLI::App *command : {&call, &dialog})
     command->add_flag("--windows", parsed->session.showsWindows, "ask in windows, not on the terminal");
 

@@ -69,18 +69,21 @@ ExitCode RunWithFront(const CommandLine &line, const host::Configuration &config
   return script ? EndScript(*script, RunCommand(line, configuration, installation, *script)) : Refuse(problem);
 }
 
-ExitCode RunInWindows(const CommandLine &line, const host::Configuration &configuration,
-                      const host::Installation &installation) {
-  std::string problem;
-  const std::unique_ptr<host::DesktopModule> windows = host::DesktopModule::Load(installation, problem);
+// Nothing and an error text without windows.
+std::optional<ExitCode> RunInWindows(CommandLine line, const host::Configuration &configuration,
+                                     const host::Installation &installation, std::string &error) {
+  const std::unique_ptr<host::DesktopModule> windows = host::DesktopModule::Load(installation, error);
   if (!windows)
-    return Refuse(problem);
+    return std::nullopt;
+  line.session.hasWindows = true;
   const std::optional<int> code =
       line.session.isWorkbench ? windows->RunWorkbench({configuration, installation, ListFiles(line.session)})
                                : windows->Serve([&](host::Front &front) {
                                    return static_cast<int>(RunWithFront(line, configuration, installation, front));
                                  });
-  return code ? static_cast<ExitCode>(*code) : Refuse("there is no display to show windows on");
+  if (!code)
+    error = "there is no display to show windows on";
+  return code ? std::optional(static_cast<ExitCode>(*code)) : std::nullopt;
 }
 
 ExitCode RunProgram(int count, char **arguments) {
@@ -99,8 +102,14 @@ ExitCode RunProgram(int count, char **arguments) {
     std::fputs((problem + "\n").c_str(), stderr);
   if (!read.problems.empty())
     return ExitCode::BadCommand;
-  if (line->session.NeedsWindows())
-    return RunInWindows(*line, read.configuration, installation);
+  if (line->session.NeedsWindows()) {
+    std::string problem;
+    if (const auto windowed = RunInWindows(*line, read.configuration, installation, problem))
+      return *windowed;
+    // Some dialogs do without windows.
+    if (!line->session.isDialog || line->session.showsWindows)
+      return Refuse(problem);
+  }
   host::CatchInterrupts();
   host::TerminalFront terminal(line->session.Answers());
   return RunWithFront(*line, read.configuration, installation, terminal);

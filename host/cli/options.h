@@ -23,9 +23,13 @@ struct SessionOptions {
   std::string script; // plays the person
   bool printsJson = false;
   bool isWorkbench = false;  // the command is the main window
+  bool isDialog = false;     // the command is a dialog, which a terminal cannot show
+  bool hasWindows = false;   // they stand
   bool showsWindows = false; // questions and dialogs are windows, even while a script plays the person
 
-  [[nodiscard]] bool NeedsWindows() const { return isWorkbench || showsWindows; }
+  [[nodiscard]] bool NeedsWindows() const {
+    return isWorkbench || showsWindows || (isDialog && script.empty() && !agreesToAll && !declinesAll);
+  }
   [[nodiscard]] host::Answers Answers() const {
     if (agreesToAll)
       return host::Answers::ConfirmAll;

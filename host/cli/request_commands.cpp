@@ -114,7 +114,7 @@ ExitCode OpenDialog(Environment environment, const std::string &name) {
   const auto *dialog = std::ranges::find(dialogNames, name, &DialogName::name);
   if (dialog == dialogNames.end())
     return Refuse("there is no dialog \"" + name + "\"; the dialogs are choose, manage, new, advanced and xsl");
-  if (dialog->hasItems && environment.options.script.empty())
+  if (dialog->hasItems && environment.options.script.empty() && !environment.options.hasWindows)
     return Refuse("a terminal cannot show the dialog \"" + name + "\"; --script FILE plays it");
   return SendAndPrint(environment, "XSLT", std::string(dialog->request));
 }

@@ -7,11 +7,13 @@
 #include "host/desktop_module.h"
 #include "host/guard.h"
 
+#include <glib.h>
 #include <wx/app.h>
 #include <wx/init.h>
 #include <wx/log.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 
@@ -24,7 +26,7 @@ public:
   explicit DesktopApp(std::function<void()> begin) : beginWork(std::move(begin)) {}
 
   bool OnInit() override {
-    // What the toolkit has to say is for developers, not for windows that pop up.
+    // Nothing of it pops up.
     delete wxLog::SetActiveTarget(new wxLogStderr);
     SetAppName("vlxslt");
     CallAfter(beginWork);
@@ -40,8 +42,17 @@ private:
   std::function<void()> beginWork;
 };
 
+// What the toolkit remarks about itself is for its developers, and standard error is for the person.
+void SilenceToolkit() {
+  g_log_set_default_handler([](const char *, GLogLevelFlags, const char *, void *) {}, nullptr);
+  g_log_set_writer_func([](GLogLevelFlags, const GLogField *, gsize, void *) { return G_LOG_WRITER_HANDLED; }, nullptr,
+                        nullptr);
+}
+
 // False without a display.
 bool RunWindows(std::function<void()> begin, bool endsWithLastWindow) {
+  if (!std::getenv("VLXSLT_TOOLKIT_MESSAGES"))
+    SilenceToolkit();
   auto *app = new DesktopApp(std::move(begin));
   wxApp::SetInstance(app);
   int count = 1;

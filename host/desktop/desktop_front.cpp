@@ -1,7 +1,9 @@
 #include "host/desktop/desktop_front.h"
 
+#include "host/desktop/shown_dialog.h"
 #include "host/desktop/top_window.h"
 #include "host/desktop/ui_thread.h"
+#include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 #include "kit/paths.h"
 
@@ -29,6 +31,7 @@ long StyleOf(host::AlertKind kind) {
 }
 
 host::Answer ShowAlert(host::AlertKind kind, const std::string &text) {
+  NoteEvent("alert", text);
   wxMessageDialog window(TopWindow(), ToWx(text), "XSLT", StyleOf(kind) | wxCENTRE);
   const int pressed = window.ShowModal();
   return pressed == wxID_YES || pressed == wxID_OK ? host::Answer::Proceed : host::Answer::Decline;
@@ -68,7 +71,17 @@ std::optional<std::string> DesktopFront::ChooseFile(const host::FileChooser &cho
   return AskWindows([&] { return ShowChooser(chooser); });
 }
 
-void DesktopFront::RunDialog(host::DialogModel &) {}
+void DesktopFront::RunDialog(host::DialogModel &dialog) {
+  ShownDialog shown(dialog);
+  while (dialog.IsOpen())
+    static_cast<void>(shown.ServeNext());
+}
+
+void DesktopFront::PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogHand &hand)> &player) {
+  ShownDialog shown(dialog);
+  const std::unique_ptr<host::DialogHand> hand = shown.MakeHand();
+  player(*hand);
+}
 
 void DesktopFront::WriteConsole(std::string_view text) {
   const std::lock_guard lock(mutex);

@@ -6,7 +6,9 @@
 #include "host/front.h"
 
 #include <atomic>
+#include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +32,7 @@ public:
   [[nodiscard]] host::Answer Alert(host::AlertKind kind, const std::string &text) override;
   [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &chooser) override;
   void RunDialog(host::DialogModel &dialog) override;
+  void PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogHand &hand)> &player) override;
   void WriteConsole(std::string_view text) override;
   void ReportProgress(const host::Progress &progress) override;
   void LaunchOutput(const std::string &path) override;

@@ -48,7 +48,7 @@ LogPanel::LogPanel(wxWindow *parent, std::function<void(const host::LogPlace &)>
       text(new wxTextCtrl(this, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize,
                           wxTE_MULTILINE | wxTE_READONLY | wxTE_RICH2 | wxTE_NOHIDESEL | wxBORDER_NONE)) {
   text->SetName("Log");
-  text->SetFont(wxFont(wxFontInfo(text->GetFont().GetPointSize()).Family(wxFONTFAMILY_TELETYPE)));
+  text->SetMargins(FromDIP(wxPoint(8, 4)));
   text->Bind(wxEVT_LEFT_UP, [this](wxMouseEvent &event) {
     FollowAt(event.GetPosition());
     event.Skip();

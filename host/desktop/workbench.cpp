@@ -2,6 +2,9 @@
 
 #include "host/desktop/empty_page.h"
 #include "host/desktop/icons.h"
+#include "host/desktop/preferences.h"
+#include "host/desktop/save_preferences.h"
+#include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 #include "host/editor_command.h"
 #include "host/request_builder.h"
@@ -119,11 +122,14 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
   RestorePlaces();
   SetDropTarget(new FileDrop(*this));
   Bind(wxEVT_CLOSE_WINDOW, &Workbench::OnClose, this);
+  Bind(wxEVT_SIZE, &Workbench::PlaceSashes, this);
   UpdateCommands();
   host = std::make_unique<WorkbenchHost>(settings, *this,
                                          [this](std::vector<OpenDocument> open) { ShowDocuments(std::move(open)); });
   // What happened to the files meanwhile is seen on coming back.
   Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
+    if (event.GetActive())
+      NoteEvent("active", "workbench");
     if (event.GetActive() && !isBusy)
       host->Refresh();
     event.Skip();
@@ -186,7 +192,15 @@ void Workbench::MakePanels() {
     splitter->SetMinimumPaneSize(FromDIP(120));
   columns->SplitVertically(documents, rows);
   rows->SplitHorizontally(log, outputs);
-  rows->SetSashGravity(1.0);
+  // Changed ones come from changes of size too; only changing ones are a person's.
+  columnsWanted = memory.Read("documents", 380);
+  outputsWanted = memory.Read("outputs", 150);
+  columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING,
+                [this](wxSplitterEvent &event) { columnsWanted = ToDIP(event.GetSashPosition()); });
+  rows->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING, [this](wxSplitterEvent &event) {
+    outputsWanted = ToDIP(rows->GetClientSize().GetHeight() - event.GetSashPosition());
+    event.StopPropagation();
+  });
   auto *sizer = new wxBoxSizer(wxVERTICAL);
   sizer->Add(info, wxSizerFlags().Expand());
   sizer->Add(columns, wxSizerFlags(1).Expand());
@@ -196,9 +210,15 @@ void Workbench::MakePanels() {
 
 void Workbench::RestorePlaces() {
   SetSize(FromDIP(wxSize(memory.Read("width", 1040), memory.Read("height", 700))));
-  columns->SetSashPosition(FromDIP(memory.Read("documents", 380)));
-  rows->SetSashPosition(FromDIP(memory.Read("log", 430)));
   Maximize(memory.Read("maximized", 0) != 0);
+}
+
+// At every change of size, since a window on its way to the screen is tiny at first and pushes the sashes together.
+void Workbench::PlaceSashes(wxSizeEvent &event) {
+  event.Skip();
+  Layout();
+  columns->SetSashPosition(FromDIP(columnsWanted));
+  rows->SetSashPosition(rows->GetClientSize().GetHeight() - FromDIP(outputsWanted));
 }
 
 void Workbench::OnClose(wxCloseEvent &event) {
@@ -223,8 +243,8 @@ void Workbench::OnClose(wxCloseEvent &event) {
     memory.Write("width", ToDIP(GetSize()).GetWidth());
     memory.Write("height", ToDIP(GetSize()).GetHeight());
   }
-  memory.Write("documents", ToDIP(columns->GetSashPosition()));
-  memory.Write("log", ToDIP(rows->GetSashPosition()));
+  memory.Write("documents", columnsWanted);
+  memory.Write("outputs", outputsWanted);
   Destroy();
 }
 
@@ -254,9 +274,13 @@ void Workbench::ShowDocuments(std::vector<OpenDocument> open) {
   SetTitle(active ? ToWx(active->summary.name) + wxString::FromUTF8(" \u2013 XSLT Workbench")
                   : wxString("XSLT Workbench"));
   UpdateCommands();
+  NoteEvent("documents", active ? active->summary.name : "");
 }
 
-void Workbench::Tell(const wxString &text, int icon) { info->ShowMessage(text, icon); }
+void Workbench::Tell(const wxString &text, int icon) {
+  info->ShowMessage(text, icon);
+  NoteEvent("told", FromWx(text));
+}
 
 // ---- Documents
 
@@ -329,6 +353,7 @@ void Workbench::FinishRequest(const RequestOutcome &outcome) {
     Tell(ToWx(outcome.error), wxICON_ERROR);
   else if (outcome.status == V_ERROR_FAILED)
     Tell("The run failed. The log says why; a click on a file name in it opens the place.", wxICON_WARNING);
+  NoteEvent("idle");
   if (isClosing)
     Close();
 }
@@ -368,12 +393,15 @@ void Workbench::RunChosen(const RequestOutcome &chosen) {
 void Workbench::CancelRun() {
   host->Cancel();
   progress->ShowCancelling();
+  NoteEvent("cancelling");
 }
 
 void Workbench::ShowConsole(const std::vector<std::string> &lines) {
   log->Append(lines);
-  for (const std::string &line : lines)
+  for (const std::string &line : lines) {
+    NoteEvent("log", line);
     NoteOutputs(line);
+  }
 }
 
 void Workbench::ShowProgress(const host::Progress &next) {
@@ -381,6 +409,7 @@ void Workbench::ShowProgress(const host::Progress &next) {
     progress->End();
     return;
   }
+  NoteEvent("progress", next.path);
   if (next.index == 0)
     progress->Begin();
   progress->Show(next);
@@ -427,7 +456,22 @@ void Workbench::ShowInFolder(const std::string &path) {
     Tell("No file manager can be started.", wxICON_ERROR);
 }
 
-void Workbench::ShowPreferences() {}
+void Workbench::ShowPreferences() {
+  const auto change = AskForPreferences(this, settings.configuration);
+  if (!change)
+    return;
+  const SavedPreferences saved = SavePreferences(*change, settings.installation);
+  if (!saved.error.empty()) {
+    Tell("The preferences were not saved: " + ToWx(saved.error), wxICON_ERROR);
+    return;
+  }
+  settings.configuration = saved.configuration;
+  host->Reconfigure(saved.configuration, [this] {
+    Tell("Saved in " + ShortenPath(settings.configuration.source) +
+             ". Java keeps the settings that it was started with until vlxslt is opened again.",
+         wxICON_INFORMATION);
+  });
+}
 
 void Workbench::ShowAbout() {
   wxAboutDialogInfo about;

@@ -52,6 +52,7 @@ private:
   void MakeToolBar();
   void MakePanels();
   void RestorePlaces();
+  void PlaceSashes(wxSizeEvent &event);
   void UpdateCommands();
   void OnCommand(wxCommandEvent &event);
   void OnClose(wxCloseEvent &event);
@@ -77,6 +78,8 @@ private:
   wxSplitterWindow *columns = nullptr;
   wxSplitterWindow *rows = nullptr;
 
+  int columnsWanted = 0; // widths and heights as the person left them
+  int outputsWanted = 0;
   bool isBusy = false;
   bool isClosing = false; // as soon as the request is served
   std::string lastRun;

@@ -3,6 +3,7 @@
 #include "host/desktop/ui_thread.h"
 #include "kit/paths.h"
 
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -27,8 +28,16 @@ WorkbenchHost::WorkbenchHost(const host::WorkbenchRequest &request, RunView &vie
     for (const auto &[path, role] : files)
       if (std::string problem; !session->OpenFile(path, role, problem))
         front.WriteConsole(problem);
+    ActivateOne();
     TellDocuments();
   });
+}
+
+// Something is active whenever anything is open: whoever opens a file means to work on it.
+void WorkbenchHost::ActivateOne() {
+  const std::vector<host::DocumentSummary> documents = session->ListDocuments();
+  if (!documents.empty() && std::ranges::none_of(documents, &host::DocumentSummary::isActive))
+    session->Activate(documents.back().object);
 }
 
 WorkbenchHost::~WorkbenchHost() {
@@ -69,6 +78,7 @@ void WorkbenchHost::Activate(V_ObjectT object) {
 void WorkbenchHost::Close(V_ObjectT object) {
   Post([this, object] {
     session->CloseDocument(object);
+    ActivateOne();
     TellDocuments();
   });
 }

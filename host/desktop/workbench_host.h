@@ -61,6 +61,7 @@ private:
   void Post(std::function<void()> task);
   // The rest runs on the session's thread.
   void StartSession();
+  void ActivateOne();
   void TellDocuments();
   [[nodiscard]] OpenDocument Describe(const host::DocumentSummary &summary);
 

@@ -1,0 +1,30 @@
+// From dialog units to pixels. A unit is an eighth of the font's height and a quarter of its width, as ever; where a
+// theme's own text boxes and buttons are larger than a template reckons with, units grow until everything fits.
+#ifndef HOST_DESKTOP_DIALOG_LAYOUT_H
+#define HOST_DESKTOP_DIALOG_LAYOUT_H
+
+#include "host/desktop/dialog_picture.h"
+
+#include <wx/gdicmn.h>
+
+#include <map>
+
+class wxWindow;
+
+namespace desktop {
+
+struct DialogUnits {
+  double x = 1;
+  double y = 1;
+
+  [[nodiscard]] wxSize Size(const kit::DialogRectangle &place) const;
+  [[nodiscard]] wxRect Rectangle(const kit::DialogRectangle &place) const;
+};
+
+[[nodiscard]] DialogUnits MeasureUnits(const wxWindow &window, const DialogPicture &picture,
+                                       const std::map<int32_t, wxWindow *> &controls);
+[[nodiscard]] wxRect PlaceItem(const DialogUnits &units, const host::DialogItem &item, const wxWindow &control);
+
+} // namespace desktop
+
+#endif

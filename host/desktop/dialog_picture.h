@@ -1,0 +1,50 @@
+// A dialog as it stood at one moment: what crosses from the host's thread to the window that shows it. And the way
+// back: what a person did, in order, for the host's thread to carry out on the model.
+#ifndef HOST_DESKTOP_DIALOG_PICTURE_H
+#define HOST_DESKTOP_DIALOG_PICTURE_H
+
+#include "host/dialog_model.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace desktop {
+
+struct DialogPicture {
+  kit::DialogTemplate layout;
+  std::string title;
+  std::vector<host::DialogItem> items;
+  int32_t defaultItem = 0;
+  int32_t cancelItem = 0;
+  int32_t focus = 0;
+  std::optional<host::GridModel> grid;
+  size_t served = 0; // how many of the window's actions it already shows the effect of
+};
+
+[[nodiscard]] DialogPicture TakePicture(const host::DialogModel &dialog, size_t served);
+
+class DialogActions {
+public:
+  using Action = std::function<host::ActionResult(host::DialogModel &dialog)>;
+
+  // On the windows' thread.
+  void Post(Action action);
+  // On the host's thread. Take waits; TakeWaiting gives null when nothing waits.
+  [[nodiscard]] Action Take();
+  [[nodiscard]] Action TakeWaiting();
+
+private:
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::deque<Action> actions;
+};
+
+} // namespace desktop
+
+#endif

@@ -1,0 +1,280 @@
+#include "host/desktop/dialog_window.h"
+
+#include "host/desktop/dialog_layout.h"
+#include "host/desktop/window_events.h"
+#include "host/desktop/window_texts.h"
+
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/choice.h>
+#include <wx/listbox.h>
+#include <wx/radiobut.h>
+#include <wx/statbox.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace desktop {
+
+namespace {
+
+using host::ActionResult;
+using host::DialogItem;
+using host::ItemKind;
+
+constexpr int firstControlId = wxID_HIGHEST + 100;
+
+wxWindow *MakeButton(wxWindow *parent, int id, const DialogItem &item) {
+  return new wxButton(parent, id, ToWx(item.text));
+}
+wxWindow *MakeText(wxWindow *parent, int id, const DialogItem &item) {
+  auto *text = new wxTextCtrl(parent, id, ToWx(item.text), wxDefaultPosition, wxDefaultSize,
+                              item.IsReadOnly() ? wxTE_READONLY : 0);
+  if (item.kind == ItemKind::PathBox)
+    text->AutoCompleteFileNames();
+  return text;
+}
+
+} // namespace
+
+DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions &sink)
+    : wxDialog(parent, wxID_ANY, ToWx(first.title), wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE),
+      picture(std::move(first)), actions(sink) {
+  // Keys that end a dialog are the model's to judge.
+  SetEscapeId(wxID_NONE);
+  MakeControls();
+  PlaceControls();
+  ShowPicture(picture);
+  CentreOnParent();
+  if (wxWindow *control = FindControl(picture.focus))
+    control->SetFocus();
+  else if (grid)
+    grid->SetFocus();
+  Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent &event) {
+    event.Veto();
+    Send([](host::DialogModel &dialog) { return dialog.CloseFrame(); });
+  });
+  Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
+    if (event.GetActive())
+      NoteEvent("active", FromWx(GetTitle()));
+    event.Skip();
+  });
+  Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
+    if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)
+      static_cast<void>(Press(picture.cancelItem));
+    else if (!grid || event.GetModifiers() != wxMOD_ALT || !PressByKey(event.GetKeyCode()))
+      event.Skip();
+  });
+}
+
+// Frames lie below what they frame; all else in tab order.
+void DialogWindow::MakeControls() {
+  for (const bool framesFirst : {true, false})
+    for (const kit::DialogControl &control : picture.layout.controls) {
+      const DialogItem *item = FindItem(static_cast<int32_t>(control.id) - kit::firstItemId);
+      if (!item || item->isGroupBox != framesFirst)
+        continue;
+      wxWindow *made = MakeControl(*item);
+      if (!made)
+        continue;
+      controls[item->number] = made;
+      Connect(*item, made);
+    }
+  if (auto *button = dynamic_cast<wxButton *>(FindControl(picture.defaultItem)))
+    button->SetDefault();
+}
+
+wxWindow *DialogWindow::MakeControl(const DialogItem &item) {
+  const int id = firstControlId + item.number;
+  switch (item.kind) {
+  case ItemKind::Button:
+    return item.isGroupBox ? new wxStaticBox(this, id, ToWx(item.text)) : MakeButton(this, id, item);
+  case ItemKind::Label:
+    return new wxStaticText(this, id, ToWx(item.text));
+  case ItemKind::CheckBox:
+    return new wxCheckBox(this, id, ToWx(item.text));
+  case ItemKind::Radio:
+    return MakeRadio(item);
+  case ItemKind::PopUp:
+    return new wxChoice(this, id);
+  case ItemKind::List:
+    return new wxListBox(this, id, wxDefaultPosition, wxDefaultSize, 0, nullptr, wxLB_SINGLE | wxLB_NEEDED_SB);
+  case ItemKind::TextBox:
+  case ItemKind::PathBox:
+    return MakeText(this, id, item);
+  case ItemKind::GridFrame:
+    grid = new ParameterGrid(this,
+                             {.select =
+                                  [this](host::GridSelection place) {
+                                    Send([place](host::DialogModel &dialog) { return dialog.SelectInGrid(place); });
+                                  },
+                              .edit =
+                                  [this](int32_t row, int32_t cell, const std::string &value) {
+                                    Send([=](host::DialogModel &dialog) { return dialog.EditGrid(row, cell, value); });
+                                  }});
+    return grid;
+  default:
+    return nullptr;
+  }
+}
+
+wxWindow *DialogWindow::MakeRadio(const DialogItem &item) {
+  wxRadioButton *&none = noneOfGroup[item.radioGroup];
+  if (!none) {
+    none = new wxRadioButton(this, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize, wxRB_GROUP);
+    none->Hide();
+  }
+  return new wxRadioButton(this, firstControlId + item.number, ToWx(item.text));
+}
+
+void DialogWindow::ShowEmptyGroups() {
+  for (const auto &[group, none] : noneOfGroup)
+    if (std::ranges::none_of(picture.items, [number = group](const DialogItem &item) {
+          return item.kind == ItemKind::Radio && item.radioGroup == number && item.state != 0;
+        }))
+      none->SetValue(true);
+}
+
+void DialogWindow::Connect(const DialogItem &item, wxWindow *control) {
+  const int32_t number = item.number;
+  control->Bind(wxEVT_BUTTON, [this, number](wxCommandEvent &) {
+    if (grid)
+      grid->Commit();
+    Send([number](host::DialogModel &dialog) { return dialog.Click(number); });
+  });
+  control->Bind(wxEVT_CHECKBOX, [this, number](wxCommandEvent &) { SendSwitch(number); });
+  control->Bind(wxEVT_RADIOBUTTON, [this, number](wxCommandEvent &) { SendSwitch(number); });
+  if (item.HasText())
+    control->Bind(wxEVT_TEXT, [this, number](wxCommandEvent &) { SendText(number); });
+  control->Bind(wxEVT_LISTBOX, [this, number](wxCommandEvent &event) { SendChoice(number, event.GetSelection()); });
+  control->Bind(wxEVT_CHOICE, [this, number](wxCommandEvent &event) { SendChoice(number, event.GetSelection()); });
+  control->Bind(wxEVT_LISTBOX_DCLICK, [this, number](wxCommandEvent &) {
+    Send([number](host::DialogModel &dialog) { return dialog.DoubleClick(number); });
+  });
+}
+
+void DialogWindow::PlaceControls() {
+  const DialogUnits units = MeasureUnits(*this, picture, controls);
+  for (const auto &[number, control] : controls)
+    if (const DialogItem *item = FindItem(number))
+      control->SetSize(PlaceItem(units, *item, *control));
+  SetClientSize(units.Size(picture.layout.place));
+}
+
+void DialogWindow::Send(DialogActions::Action action) {
+  if (isShowing)
+    return;
+  ++sent;
+  actions.Post(std::move(action));
+}
+
+void DialogWindow::SendText(int32_t number) {
+  const std::string text = FromWx(static_cast<wxTextCtrl *>(FindControl(number))->GetValue());
+  Send([number, text](host::DialogModel &dialog) { return dialog.EnterText(number, text); });
+}
+
+void DialogWindow::SendSwitch(int32_t number) {
+  const auto *check = dynamic_cast<wxCheckBox *>(FindControl(number));
+  const bool on = !check || check->GetValue();
+  Send([number, on](host::DialogModel &dialog) { return dialog.Switch(number, on); });
+}
+
+void DialogWindow::SendChoice(int32_t number, int index) {
+  if (index != wxNOT_FOUND)
+    Send([number, index](host::DialogModel &dialog) { return dialog.Choose(number, index); });
+}
+
+void DialogWindow::ShowPicture(DialogPicture next) {
+  picture = std::move(next);
+  isShowing = true;
+  SetTitle(ToWx(picture.title));
+  for (const DialogItem &item : picture.items)
+    ShowItem(item);
+  if (picture.served == sent)
+    ShowEmptyGroups();
+  if (grid && picture.grid && picture.served == sent)
+    grid->ShowModel(*picture.grid);
+  isShowing = false;
+  KeepFocus();
+  // Everything that was done so far has had its effect.
+  if (picture.served == sent)
+    NoteEvent("settled", picture.title +
+                             (picture.grid ? ", rows: " + std::to_string(picture.grid->Rows().size()) : std::string()));
+}
+
+// A grid keeps keys to itself that belong to the buttons beside it.
+bool DialogWindow::PressByKey(int key) {
+  for (const auto &[number, control] : controls) {
+    const auto *button = dynamic_cast<wxButton *>(control);
+    const int at = button ? button->GetLabel().Find('&') : wxNOT_FOUND;
+    if (at != wxNOT_FOUND && wxToupper(button->GetLabel()[static_cast<size_t>(at) + 1]) == key)
+      return Press(number) == ActionResult::Done;
+  }
+  return false;
+}
+
+// A window without the focus anywhere would be deaf to keys.
+void DialogWindow::KeepFocus() {
+  const wxWindow *focused = FindFocus();
+  if (!IsActive() ||
+      (focused && focused != this && focused->IsEnabled() && IsDescendant(const_cast<wxWindow *>(focused))))
+    return;
+  for (wxWindow *next : {static_cast<wxWindow *>(grid), FindControl(picture.focus), FindControl(picture.defaultItem),
+                         FindControl(picture.cancelItem)})
+    if (next && next->IsEnabled() && next->IsShown()) {
+      next->SetFocus();
+      return;
+    }
+}
+
+void DialogWindow::ShowItem(const DialogItem &item) {
+  wxWindow *control = FindControl(item.number);
+  if (!control)
+    return;
+  control->Show(item.IsShown());
+  control->Enable(item.sensitive);
+  ShowValue(item, control);
+}
+
+void DialogWindow::ShowValue(const DialogItem &item, wxWindow *control) {
+  // What a person did since is newer; the picture of that is on its way.
+  if (picture.served != sent)
+    return;
+  if (auto *text = dynamic_cast<wxTextCtrl *>(control)) {
+    if (const wxString value = ToWx(item.text); text->GetValue() != value) {
+      text->ChangeValue(value);
+      text->SetInsertionPointEnd();
+    }
+  } else if (auto *choices = dynamic_cast<wxItemContainer *>(control)) {
+    wxArrayString labels;
+    for (const std::string &label : item.labels)
+      labels.Add(ToWx(label));
+    if (choices->GetStrings() != labels)
+      choices->Set(labels);
+    if (choices->GetSelection() != item.state)
+      choices->SetSelection(item.state);
+  } else if (auto *radio = dynamic_cast<wxRadioButton *>(control)) {
+    if (item.state && !radio->GetValue())
+      radio->SetValue(true);
+  } else if (auto *check = dynamic_cast<wxCheckBox *>(control)) {
+    check->SetValue(item.state != 0);
+  } else if (item.kind == ItemKind::Label && control->GetLabel() != ToWx(item.text)) {
+    control->SetLabel(ToWx(item.text));
+  }
+}
+
+void DialogWindow::End() { EndModal(wxID_OK); }
+
+const DialogItem *DialogWindow::FindItem(int32_t number) const {
+  const auto found = std::ranges::find(picture.items, number, &DialogItem::number);
+  return found == picture.items.end() ? nullptr : &*found;
+}
+
+wxWindow *DialogWindow::FindControl(int32_t number) const {
+  const auto found = controls.find(number);
+  return found == controls.end() ? nullptr : found->second;
+}
+
+} // namespace desktop

@@ -1,0 +1,23 @@
+// Carries a change of preferences into the configuration file.
+#ifndef HOST_DESKTOP_SAVE_PREFERENCES_H
+#define HOST_DESKTOP_SAVE_PREFERENCES_H
+
+#include "host/configuration_edit.h"
+#include "host/installation.h"
+
+#include <string>
+
+namespace desktop {
+
+struct SavedPreferences {
+  host::Configuration configuration; // as it is read back
+  std::string error;                 // not empty when nothing was written
+};
+
+// The installed default is never written to: the person gets a file of their own.
+[[nodiscard]] SavedPreferences SavePreferences(const host::ConfigurationChange &change,
+                                               const host::Installation &installation);
+
+} // namespace desktop
+
+#endif

@@ -1,0 +1,31 @@
+#include "host/desktop/window_events.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace desktop {
+
+namespace {
+
+std::FILE *OpenEvents() {
+  const char *path = std::getenv("VLXSLT_WINDOW_EVENTS");
+  return path && *path ? std::fopen(path, "a") : nullptr;
+}
+
+} // namespace
+
+void NoteEvent(std::string_view what, std::string_view detail) {
+  static std::FILE *const events = OpenEvents();
+  if (!events)
+    return;
+  std::string line(what);
+  if (!detail.empty())
+    line.append(" ").append(detail);
+  line += '\n';
+  // One write a line: threads must not mix theirs.
+  std::fwrite(line.data(), 1, line.size(), events);
+  std::fflush(events);
+}
+
+} // namespace desktop

@@ -1,0 +1,15 @@
+// A line for everything that a person would notice, into the file or pipe that VLXSLT_WINDOW_EVENTS names. For whoever
+// watches the windows from outside, a test above all: it can wait for what happens instead of for time to pass.
+#ifndef HOST_DESKTOP_WINDOW_EVENTS_H
+#define HOST_DESKTOP_WINDOW_EVENTS_H
+
+#include <string_view>
+
+namespace desktop {
+
+// Does nothing when nobody watches. From any thread.
+void NoteEvent(std::string_view what, std::string_view detail = {});
+
+} // namespace desktop
+
+#endif

@@ -1,0 +1,99 @@
+"""A display of its own with a small window manager, and the hands of a person on it."""
+
+import os
+import select
+import shutil
+import subprocess
+import tempfile
+
+
+class NotThere(Exception):
+    """A program that the tests need is not installed."""
+
+
+class Display:
+    """Xvfb and openbox; gone when the block ends."""
+
+    def __init__(self, size="1400x1000", extra=()):
+        self.size = size
+        self.extra = list(extra)
+
+    def __enter__(self):
+        for program in ("Xvfb", "openbox", "xdotool"):
+            if not shutil.which(program):
+                raise NotThere(program)
+        reading, writing = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self.size + "x24", "-nolisten", "tcp", *self.extra],
+            pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with os.fdopen(reading) as number:
+            self.name = ":" + number.readline().strip()
+        reading, writing = os.pipe()
+        # The window manager tells when it is ready to manage.
+        self.manager = subprocess.Popen(["openbox", "--sm-disable", "--startup", "echo ready"], stdout=writing,
+                                        stderr=subprocess.DEVNULL, env=self.environment())
+        os.close(writing)
+        with os.fdopen(reading) as ready:
+            ready.readline()
+        return self
+
+    def __exit__(self, *_):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()
+
+    def environment(self):
+        return os.environ | {"DISPLAY": self.name, "NO_AT_BRIDGE": "1", "GTK_THEME": os.environ.get("GTK_THEME", "Adwaita")}
+
+    def tool(self, *words):
+        return subprocess.run(["xdotool", *words], env=self.environment(), check=True, capture_output=True, text=True,
+                              timeout=60).stdout
+
+    def find(self, title):
+        """The number of the visible window of that title, waiting for it, and the focus on it."""
+        number = self.tool("search", "--sync", "--onlyvisible", "--name", title).split()[-1]
+        self.tool("windowactivate", "--sync", number)
+        return number
+
+    def keys(self, *names):
+        self.tool("key", "--clearmodifiers", *names)
+
+    def type(self, text):
+        self.tool("type", "--delay", "1", "--", text)
+
+
+class Windows:
+    """A vlxslt with windows, and what it says that a person would notice."""
+
+    def __init__(self, display, program, words, environment, folder):
+        self.pipe = os.path.join(tempfile.mkdtemp(dir=folder), "events")
+        os.mkfifo(self.pipe)
+        self.reading = os.open(self.pipe, os.O_RDWR | os.O_NONBLOCK)
+        self.pending = b""
+        self.process = subprocess.Popen([program, *words], cwd=folder, stdin=subprocess.DEVNULL,
+                                        env=display.environment() | environment | {"VLXSLT_WINDOW_EVENTS": self.pipe})
+
+    def wait(self, beginning, seconds=30):
+        """The next event that begins so; what comes before it is passed over."""
+        seen = []
+        while True:
+            while b"\n" in self.pending:
+                line, self.pending = self.pending.split(b"\n", 1)
+                seen.append(line.decode(errors="replace"))
+                if seen[-1].startswith(beginning):
+                    return seen[-1]
+            ready, _, _ = select.select([self.reading], [], [], seconds)
+            if not ready:
+                raise AssertionError(f"no event '{beginning}'; there were {seen}")
+            self.pending += os.read(self.reading, 65536)
+
+    def end(self, seconds=30):
+        """The exit status of a program that is about to end by itself."""
+        return self.process.wait(timeout=seconds)
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+        os.close(self.reading)
