@@ -179,8 +179,10 @@ class WindowTest(unittest.TestCase):
         windows.wait("active Edit Transformation")
         self.display.keys("alt+s", "Tab")
         self.display.type("-new")
-        self.display.keys("Return")
+        windows.wait("settled Edit Transformation, usable")
+        self.display.keys("Return", "Escape")  # saves and stays, then closes
         windows.wait("active Manage Transformations")
+        self.display.find("Manage Transformations")
         self.display.keys("Escape")
         windows.wait("idle")
         self.assertNotIn('name="first"', self.read("dita.xml"))
