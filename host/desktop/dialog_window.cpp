@@ -64,6 +64,9 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
     if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)
       static_cast<void>(Press(picture.cancelItem));
+    else if (!grid && event.GetKeyCode() == WXK_RETURN && dynamic_cast<wxTextCtrl *>(FindFocus()))
+      // The toolkit forgets a default button that was insensitive once.
+      static_cast<void>(Press(picture.defaultItem));
     else if (!grid || event.GetModifiers() != wxMOD_ALT || !PressByKey(event.GetKeyCode()))
       event.Skip();
   });
@@ -199,9 +202,11 @@ void DialogWindow::ShowPicture(DialogPicture next) {
   isShowing = false;
   KeepFocus();
   // Everything that was done so far has had its effect.
-  if (picture.served == sent)
-    NoteEvent("settled", picture.title +
-                             (picture.grid ? ", rows: " + std::to_string(picture.grid->Rows().size()) : std::string()));
+  if (picture.served != sent)
+    return;
+  const std::string rowCount = picture.grid ? ", rows: " + std::to_string(picture.grid->Rows().size()) : std::string();
+  const DialogItem *byDefault = FindItem(picture.defaultItem);
+  NoteEvent("settled", picture.title + rowCount + (byDefault && byDefault->sensitive ? ", usable" : ""));
 }
 
 // A grid keeps keys to itself that belong to the buttons beside it.

@@ -112,13 +112,6 @@ class WindowTest(unittest.TestCase):
                             os.environ | {"VLXSLT_CONFIG": self.path("vlxslt.toml")})
         self.assertEqual(status, 0)
 
-    def advanced_run_by_xsl(self, windows, stylesheet, scope):
-        """Fills the advanced run dialog from the keyboard alone."""
-        self.open_dialog(windows, "Advanced Run", "shift+F5")
-        self.display.keys(scope)
-        self.display.keys("alt+x", "Tab")
-        self.display.type(self.path(stylesheet))
-        self.display.keys("alt+r")
 
     def leave(self, windows):
         self.display.find("XSLT Workbench")
@@ -179,8 +172,10 @@ class WindowTest(unittest.TestCase):
         windows.wait("active Edit Transformation")
         self.display.keys("alt+s", "Tab")
         self.display.type("-new")
-        self.display.keys("Return")
+        windows.wait("settled Edit Transformation, usable")
+        self.display.keys("Return", "Escape")  # saves and stays, then closes
         windows.wait("active Manage Transformations")
+        self.display.find("Manage Transformations")
         self.display.keys("Escape")
         windows.wait("idle")
         self.assertNotIn('name="first"', self.read("dita.xml"))
@@ -209,7 +204,7 @@ class WindowTest(unittest.TestCase):
         self.assertFalse(os.path.exists(self.path("in/3-out.xml")))
         self.leave(windows)
 
-    def test_windows_that_go_away_lose_nothing(self):
+    def test_a_document_whose_file_is_gone_does_no_harm(self):
         for name in ("in/1.xml", "in/2.xml"):
             self.write(name, "<topic/>")
         self.add_transformation("Slow", "--xsl", self.path("slow.xsl"), "--suffix", "-out")
