@@ -170,9 +170,13 @@ class Player:
 
     def prepare(self, needs):
         for need in needs:
-            if need != "corpora":
+            if need == "corpora":
+                self.variables["CORPORA"] = find_corpora()
+            elif need == "root":
+                if os.geteuid() != 0:
+                    raise Missing("the right to mount a file system, which is root's")
+            else:
                 raise Malformed(f"{self.case}/case.txt: nothing is known about a need called {need}")
-            self.variables["CORPORA"] = find_corpora()
         remove_tree(self.top)
         for folder in (self.work, self.temp, os.path.join(self.top, "home")):
             os.makedirs(folder)

@@ -107,6 +107,15 @@ final class OutputFile extends OutputStream {
     return stream;
   }
 
+  /** Says itself what went wrong; processors wrap it in words that do not. */
+  static final class WriteFailure extends IOException {
+    private static final long serialVersionUID = 1;
+
+    WriteFailure(String message, IOException cause) {
+      super(message, cause);
+    }
+  }
+
   private interface Write {
     void run() throws IOException;
   }
@@ -117,7 +126,7 @@ final class OutputFile extends OutputStream {
       write.run();
     } catch (IOException e) {
       if (failure == null)
-        failure = new IOException("Cannot write " + target + ": " + e.getMessage(), e);
+        failure = new WriteFailure("Cannot write " + target + ": " + e.getMessage(), e);
       throw failure;
     }
   }
