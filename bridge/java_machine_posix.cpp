@@ -4,10 +4,15 @@
 
 #include <algorithm>
 #include <array>
+#include <clocale>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <jvmti.h>
+#include <langinfo.h>
+#include <optional>
+#include <string_view>
 #include <unistd.h>
 
 namespace bridge {
@@ -52,6 +57,35 @@ void JNICALL RefuseAbort() {
     RefuseExit(1);
 }
 
+// Java takes the encoding of file names from the environment when it is created, and lets no option override it. Ours
+// are UTF-8 whatever the locale says, so while this lives the environment says so too.
+class Utf8Environment {
+public:
+  Utf8Environment() {
+    const locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
+    isNeeded = !locale || std::string_view(nl_langinfo_l(CODESET, locale)) != "UTF-8";
+    if (locale)
+      freelocale(locale);
+    if (const char *value = isNeeded ? std::getenv(variable) : nullptr)
+      before = value;
+    if (isNeeded)
+      setenv(variable, "C.UTF-8", 1);
+  }
+  ~Utf8Environment() {
+    if (isNeeded && before)
+      setenv(variable, before->c_str(), 1);
+    else if (isNeeded)
+      unsetenv(variable);
+  }
+  Utf8Environment(const Utf8Environment &) = delete;
+  Utf8Environment &operator=(const Utf8Environment &) = delete;
+
+private:
+  static constexpr const char *variable = "LC_ALL";
+  bool isNeeded = false;
+  std::optional<std::string> before;
+};
+
 constexpr std::array ownOptions = {
     "-Xrs", // Ctrl-C belongs to the host
     "-Xshare:auto",
@@ -61,8 +95,6 @@ constexpr std::array ownOptions = {
     "-XX:-UsePerfData",
     // Measured on hundreds of topics: the second compiler costs more than it brings until a run lasts for minutes.
     "-XX:TieredStopAtLevel=1",
-    // Paths are UTF-8 whatever the locale says.
-    "-Dsun.jnu.encoding=UTF-8",
     "-Dfile.encoding=UTF-8",
     "-Djava.awt.headless=true",
     // What a stylesheet fetches from the network may take its time, but not for ever.
@@ -132,6 +164,7 @@ std::unique_ptr<JavaMachine> JavaMachine::Create(const MachineSetup &setup, std:
   JavaVMInitArgs arguments{JNI_VERSION_10, static_cast<jint>(given.size()), given.data(), JNI_FALSE};
   TheCreation() = {true, {}, setup.abandon};
   void *environment = nullptr;
+  const Utf8Environment environmentOfJava;
   const jint result = create(&made->machine, &environment, &arguments);
   TheCreation().isListening = false;
   if (result != JNI_OK) {
