@@ -15,6 +15,7 @@
 #include <wx/infobar.h>
 #include <wx/splitter.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,6 +33,9 @@ public:
 
   // The files become open documents, the last one the active one.
   void OpenPaths(const std::vector<std::string> &paths);
+
+  // Stops and ends the session behind; false when that takes longer. No window is touched.
+  [[nodiscard]] bool FinishWithin(std::chrono::seconds longest);
 
   // What the commands do.
   void AskForFiles();
@@ -56,6 +60,10 @@ private:
   void UpdateCommands();
   void OnCommand(wxCommandEvent &event);
   void OnClose(wxCloseEvent &event);
+  void AskToStop();
+  void AskToQuit();
+  [[nodiscard]] bool Confirm(const wxString &question, long defaultButton);
+  void RememberPlaces();
   void OpenRecent(size_t index);
 
   void Send(const std::string &request, std::function<void(const RequestOutcome &)> then);
