@@ -48,6 +48,7 @@ wxString WildcardOf(std::string filter) {
 }
 
 std::optional<std::string> ShowChooser(const host::FileChooser &chooser) {
+  NoteEvent("chooser", chooser.title);
   const wxString title = ToWx(chooser.title);
   const wxString folder = ToWx(chooser.startFolder);
   if (chooser.kind == host::ChooserKind::Folder) {

@@ -58,7 +58,9 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
   CreateStatusBar();
   MakePanels();
   RestorePlaces();
-  SetDropTarget(new FileDrop(*this));
+  // A text would take what is dropped on it for its own.
+  for (wxWindow *target : {static_cast<wxWindow *>(this), log->Target()})
+    target->SetDropTarget(new FileDrop(*this));
   Bind(wxEVT_CLOSE_WINDOW, &Workbench::OnClose, this);
   Bind(wxEVT_SIZE, &Workbench::PlaceSashes, this);
   UpdateCommands();
@@ -261,7 +263,7 @@ void Workbench::FinishRequest(const RequestOutcome &outcome) {
   if (!outcome.error.empty())
     Tell(ToWx(outcome.error), wxICON_ERROR);
   else if (outcome.status == V_ERROR_FAILED)
-    Tell("The run failed. The log says why; a click on a file name in it opens the place.", wxICON_WARNING);
+    Tell("The run failed. The log says why; F4, or a click on a file name in it, opens the place.", wxICON_WARNING);
   NoteEvent("idle");
   if (isClosing)
     Close();
@@ -333,11 +335,17 @@ void Workbench::NoteOutputs(const std::string &line) {
     outputs->Add(std::exchange(announcedOutput, {}));
 }
 
+void Workbench::FollowNextProblem() {
+  if (!log->FollowNext())
+    Tell("The log names no place in a file.", wxICON_INFORMATION);
+}
+
 void Workbench::ClearLog() { log->Clear(); }
 
 // ---- Other programs
 
 void Workbench::Edit(const host::LogPlace &place) {
+  NoteEvent("edit", place.path);
   if (!kit::Exists(place.path))
     Tell(ToWx("There is no file " + place.path), wxICON_WARNING);
   else if (!host::StartProgram(host::ComposeEditorCommand(settings.configuration.editor, place)))

@@ -46,6 +46,7 @@ public:
   void ManageTransformations();
   void MakeTransformation();
   void CancelRun();
+  void FollowNextProblem();
   void ClearLog();
   void ShowPreferences();
   void ShowAbout();

@@ -64,6 +64,14 @@ const std::array commands = {
             &Workbench::CancelRun,
             {},
             nullptr},
+    Command{firstCommand + 5,
+            RunMenu,
+            "Next &Problem\tF4",
+            "Open the next file and line that the log names in the editor",
+            When::Always,
+            &Workbench::FollowNextProblem,
+            {},
+            nullptr},
     Command{wxID_CLEAR, RunMenu, "Clear &Log", "Empty the log", When::Always, &Workbench::ClearLog, {}, nullptr},
     Command{firstCommand + 4, TransformationsMenu, "&Manage...\tCtrl+M",
             "Look through, edit and delete transformations", When::Idle, &Workbench::ManageTransformations,
@@ -88,7 +96,7 @@ void Workbench::MakeMenus() {
       memory.RecentFiles().UseMenu(recent);
       memory.RecentFiles().AddFilesToMenu();
     }
-    if (command.id == wxID_PREFERENCES || command.id == wxID_EXIT || command.id == wxID_CLEAR)
+    if (command.id == wxID_PREFERENCES || command.id == wxID_EXIT || command.act == &Workbench::FollowNextProblem)
       menu.AppendSeparator();
     menu.Append(command.id, command.label, command.help);
     Bind(wxEVT_MENU, &Workbench::OnCommand, this, command.id);
