@@ -94,9 +94,13 @@ class Windows:
                 seen.append(line.decode(errors="replace"))
                 if seen[-1].startswith(beginning):
                     return seen[-1]
-            ready, _, _ = select.select([self.reading], [], [], seconds)
-            if not ready:
+            has_ended = self.process.poll() is not None
+            ready, _, _ = select.select([self.reading], [], [], 0 if has_ended else min(1, seconds))
+            seconds -= 0 if ready else 1
+            if not ready and (has_ended or seconds <= 0):
                 raise AssertionError(f"no event '{beginning}'; there were {seen}")
+            if not ready:
+                continue
             self.pending += os.read(self.reading, 65536)
 
     def end(self, seconds=30):
