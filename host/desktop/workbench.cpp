@@ -98,7 +98,7 @@ void Workbench::MakePanels() {
   columns->SplitVertically(documents, rows);
   rows->SplitHorizontally(log, outputs);
   // Changed ones come from changes of size too; only changing ones are a person's.
-  columnsWanted = memory.Read("documents", 380);
+  columnsWanted = memory.Read("documents", 430);
   outputsWanted = memory.Read("outputs", 150);
   columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING,
                 [this](wxSplitterEvent &event) { columnsWanted = ToDIP(event.GetSashPosition()); });
