@@ -57,12 +57,24 @@ class Display:
         deadline = time.monotonic() + 60
         while True:
             try:
-                number = self.tool("search", "--sync", "--onlyvisible", "--name", title).split()[-1]
+                number = self.see(title)
                 self.tool("windowactivate", "--sync", number)
                 return number
             except subprocess.CalledProcessError:
                 if time.monotonic() > deadline:
                     raise
+
+    def see(self, title, seconds=60):
+        """The number of the visible window of that title, waiting for it."""
+        deadline = time.monotonic() + seconds
+        while True:
+            # The tool's own way of waiting looks twice a second only.
+            try:
+                return self.tool("search", "--onlyvisible", "--name", title).split()[-1]
+            except subprocess.CalledProcessError:
+                if time.monotonic() > deadline:
+                    raise
+                time.sleep(0.01)
 
     def take_picture(self, path):
         subprocess.run(["import", "-window", "root", path], env=self.environment(), check=False)
