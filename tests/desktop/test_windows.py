@@ -20,6 +20,7 @@ from xml.etree import ElementTree
 from display import Display, NotThere, Windows
 
 BUILD = ""
+PROJECT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
 CONFIGURATION = """\
 # Kept through every change.
@@ -379,6 +380,35 @@ class WindowTest(unittest.TestCase):
         with open(self.path("vlxslt.toml"), "rb") as file:
             names = [each["name"] for each in tomllib.load(file)["processor"]]
         self.assertEqual(names, ["XSLTC", "Missing"])
+
+    def test_a_processor_that_is_added_after_a_run_can_be_used(self):
+        self.add_transformation("Beside", "--xsl", self.path("text.xsl"), "--suffix", "-out")
+        windows = self.workbench("a.xml")
+        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
+        self.choose_first(windows)
+        windows.wait("idle")
+        windows.wait("idle")
+        self.display.find("XSLT Workbench")
+        self.display.keys("alt+f", "p")
+        windows.wait("active Preferences")
+        self.display.find("Preferences")
+        self.display.keys("alt+a")
+        windows.wait("added")
+        jars = os.path.join(PROJECT, "build", "processors", "xalan")
+        for key, text in ((None, "Xalan"), ("Tab", f"{jars}/xalan.jar;{jars}/serializer.jar"),
+                          ("Tab", "org.apache.xalan.processor.TransformerFactoryImpl")):
+            if key:
+                self.display.keys(key)
+            self.display.type(text)
+        self.display.keys("Return")
+        windows.wait("told Saved in")
+        self.add_transformation("Again", "--xsl", self.path("text.xsl"), "--suffix", "-again", "--processor", "Xalan")
+        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
+        self.display.keys("Home", "Down", "alt+o")
+        windows.wait("log XSL Processor Messages (Processor: Xalan)")
+        windows.wait("idle")
+        self.assertEqual(self.read("a-again.xml"), "topic 1")
+        self.leave(windows)
 
     def start_slow_run(self, *names):
         for name in names:
