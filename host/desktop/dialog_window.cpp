@@ -12,6 +12,7 @@
 #include <wx/statbox.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+#include <wx/utils.h>
 
 #include <algorithm>
 #include <utility>
@@ -49,6 +50,7 @@ bool LeavesReturn(const wxWindow *control) {
 DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions &sink)
     : wxDialog(parent, wxID_ANY, ToWx(first.title), wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE),
       picture(std::move(first)), actions(sink) {
+  NoteEvent("opened", picture.title);
   // Keys that end a dialog are the model's to judge.
   SetEscapeId(wxID_NONE);
   MakeControls();
@@ -213,9 +215,21 @@ void DialogWindow::ShowPicture(DialogPicture next) {
   // Everything that was done so far has had its effect.
   if (picture.served != sent)
     return;
-  const std::string rowCount = picture.grid ? ", rows: " + std::to_string(picture.grid->Rows().size()) : std::string();
-  const DialogItem *byDefault = FindItem(picture.defaultItem);
-  NoteEvent("settled", picture.title + rowCount + (byDefault && byDefault->sensitive ? ", usable" : ""));
+  NoteEvent("settled", Describe());
+}
+
+// The title, how many rows there are, and what can be worked, by label or else by number.
+std::string DialogWindow::Describe() const {
+  std::string text = picture.title + " |";
+  if (picture.grid)
+    text.append(" rows: ").append(std::to_string(picture.grid->Rows().size())).append(" |");
+  for (const DialogItem &item : picture.items)
+    if (item.IsShown() && item.sensitive && !item.isGroupBox) {
+      const bool hasLabel = item.kind == ItemKind::Button || item.IsSwitch();
+      const std::string label = FromWx(wxStripMenuCodes(ToWx(item.text)));
+      text.append(" ").append(hasLabel ? label : "#" + std::to_string(item.number)).append(" |");
+    }
+  return text;
 }
 
 // A grid keeps keys to itself that belong to the buttons beside it.

@@ -43,6 +43,7 @@ private:
   [[nodiscard]] wxWindow *MakeRadio(const host::DialogItem &item);
   void ShowEmptyGroups();
   void KeepFocus();
+  [[nodiscard]] std::string Describe() const;
   [[nodiscard]] bool PressByKey(int key);
   void Connect(const host::DialogItem &item, wxWindow *control);
   void PlaceControls();

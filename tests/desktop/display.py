@@ -113,26 +113,45 @@ class Windows:
         os.mkfifo(self.pipe)
         self.reading = os.open(self.pipe, os.O_RDWR | os.O_NONBLOCK)
         self.pending = b""
+        self.dialogs = {}  # what the open ones show, by title
         self.process = subprocess.Popen([program, *words], cwd=folder, stdin=subprocess.DEVNULL,
                                         env=display.environment() | environment | {"VLXSLT_WINDOW_EVENTS": self.pipe})
+
+    def next(self, seconds):
+        """The next event, or None when none comes in time or the program has ended."""
+        deadline = time.monotonic() + seconds
+        while b"\n" not in self.pending:
+            has_ended = self.process.poll() is not None
+            left = deadline - time.monotonic()
+            ready, _, _ = select.select([self.reading], [], [], 0 if has_ended else max(0, min(1, left)))
+            if ready:
+                self.pending += os.read(self.reading, 65536)
+            elif has_ended or left <= 0:
+                return None
+        line, self.pending = self.pending.split(b"\n", 1)
+        event = line.decode(errors="replace")
+        kind, _, rest = event.partition(" ")
+        if kind == "opened":
+            self.dialogs[rest] = ""
+        if kind == "settled":
+            title, _, buttons = rest.partition(" |")
+            self.dialogs[title] = "|" + buttons
+        return event
 
     def wait(self, beginning, seconds=30):
         """The next event that begins so; what comes before it is passed over."""
         seen = []
-        while True:
-            while b"\n" in self.pending:
-                line, self.pending = self.pending.split(b"\n", 1)
-                seen.append(line.decode(errors="replace"))
-                if seen[-1].startswith(beginning):
-                    return seen[-1]
-            has_ended = self.process.poll() is not None
-            ready, _, _ = select.select([self.reading], [], [], 0 if has_ended else min(1, seconds))
-            seconds -= 0 if ready else 1
-            if not ready and (has_ended or seconds <= 0):
-                raise AssertionError(f"no event '{beginning}'; there were {seen}")
-            if not ready:
-                continue
-            self.pending += os.read(self.reading, 65536)
+        while (event := self.next(seconds)) is not None:
+            seen.append(event)
+            if event.startswith(beginning):
+                return event
+        raise AssertionError(f"no event '{beginning}'; there were {seen}")
+
+    def wait_until_shown(self, title, part):
+        """Until the dialog has settled with a button that can be pressed, or with "rows: N"."""
+        while f"| {part} |" not in self.dialogs.get(title, ""):
+            if self.next(30) is None:
+                raise AssertionError(f"'{title}' never showed '{part}'; it shows {self.dialogs}")
 
     def end(self, seconds=30):
         """The exit status of a program that is about to end by itself."""
