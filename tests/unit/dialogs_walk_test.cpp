@@ -3,7 +3,7 @@
 // refused. The whole client is there but the Java processors.
 #include "host/session.h"
 #include "kit/paths.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 
