@@ -278,7 +278,7 @@ std::string FindConfigurationFile(const std::string &named, const Installation &
   std::string folder = config && *config ? config : "";
   if (folder.empty() && home && *home)
     folder = kit::JoinPath(home, ".config");
-  if (const std::string own = kit::JoinPath(folder, "vlxslt/vlxslt.toml"); !folder.empty() && kit::Exists(own))
+  if (std::string own = kit::JoinPath(folder, "vlxslt/vlxslt.toml"); !folder.empty() && kit::Exists(own))
     return own;
   const std::string installed = installation.DefaultConfigurationPath();
   return kit::Exists(installed) ? installed : std::string();
