@@ -29,24 +29,26 @@ template <class Names, class Kind> void SetKind(const Names &names, std::string_
     kind = named->second;
 }
 
+using Value = const std::string &;
+
 struct Option {
   std::string_view name;
-  void (*apply)(RequestOptions &, std::string value);
+  void (*apply)(RequestOptions &, Value value);
 };
 
 constexpr std::array options = {
-    Option{"-appname", [](RequestOptions &all, std::string value) { all.applicationName = std::move(value); }},
-    Option{"-trfile", [](RequestOptions &all, std::string value) { all.transformationFile = std::move(value); }},
-    Option{"-trname", [](RequestOptions &all, std::string value) { all.transformationName = std::move(value); }},
-    Option{"-name", [](RequestOptions &all, std::string value) { all.record.name = std::move(value); }},
-    Option{"-xslfilepath", [](RequestOptions &all, std::string value) { all.record.xslPath = std::move(value); }},
-    Option{"-processor", [](RequestOptions &all, std::string value) { all.record.processor = std::move(value); }},
-    Option{"-dirpath", [](RequestOptions &all, std::string value) { all.record.output.dirPath = std::move(value); }},
-    Option{"-suffix", [](RequestOptions &all, std::string value) { all.record.output.suffix = std::move(value); }},
-    Option{"-output", [](RequestOptions &all,
-                         std::string value) { SetKind(outputNames, value, all.record.output.outputLocation); }},
+    Option{"-appname", [](RequestOptions &all, Value value) { all.applicationName = value; }},
+    Option{"-trfile", [](RequestOptions &all, Value value) { all.transformationFile = value; }},
+    Option{"-trname", [](RequestOptions &all, Value value) { all.transformationName = value; }},
+    Option{"-name", [](RequestOptions &all, Value value) { all.record.name = value; }},
+    Option{"-xslfilepath", [](RequestOptions &all, Value value) { all.record.xslPath = value; }},
+    Option{"-processor", [](RequestOptions &all, Value value) { all.record.processor = value; }},
+    Option{"-dirpath", [](RequestOptions &all, Value value) { all.record.output.dirPath = value; }},
+    Option{"-suffix", [](RequestOptions &all, Value value) { all.record.output.suffix = value; }},
+    Option{"-output",
+           [](RequestOptions &all, Value value) { SetKind(outputNames, value, all.record.output.outputLocation); }},
     Option{"-openoutput",
-           [](RequestOptions &all, std::string value) { SetKind(openNames, value, all.record.output.openOutput); }},
+           [](RequestOptions &all, Value value) { SetKind(openNames, value, all.record.output.openOutput); }},
 };
 
 } // namespace

@@ -166,10 +166,11 @@ TEST_F(BridgeTest, ReadsTheSameFromAKeptGrammar) {
   const std::string plain = Write("1.xml", "<!DOCTYPE d SYSTEM 'd.dtd'><d>&word;&out;</d>");
   const std::string other =
       Write("2.xml", "<!DOCTYPE d SYSTEM 'd.dtd' [<!ENTITY word 'mine'><!ATTLIST d a CDATA 'own'>]><d>&word;</d>");
-  const std::string xsl = Write(
-      "copy.xsl", Stylesheet("<xsl:template match='/'><xsl:copy-of select='.'/><u>"
-                             "<xsl:value-of select=\"substring-after(unparsed-entity-uri('pic'), '100%25%20%C3%BC-')\"/>"
-                             "</u></xsl:template>"));
+  const std::string xsl =
+      Write("copy.xsl",
+            Stylesheet("<xsl:template match='/'><xsl:copy-of select='.'/><u>"
+                       "<xsl:value-of select=\"substring-after(unparsed-entity-uri('pic'), '100%25%20%C3%BC-')\"/>"
+                       "</u></xsl:template>"));
   ASSERT_EQ(bridge::SetTransformer(saxon), 1);
   (void)Run(plain, xsl);
   const std::string first = Read("out");

@@ -48,6 +48,7 @@ std::vector<std::string> Folder::Names(std::string_view name) const {
 
 std::vector<std::string> Folder::Shorten(const std::vector<std::string> &paths) const {
   std::vector<std::string> shortened;
+  shortened.reserve(paths.size());
   for (const std::string &path : paths)
     shortened.push_back(path.starts_with(root + "/") ? path.substr(root.size() + 1) : path);
   return shortened;

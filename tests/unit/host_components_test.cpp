@@ -121,7 +121,7 @@ TEST_F(Components, DocumentsTellWhatTheyAre) {
   std::string error;
   ASSERT_TRUE(session->OpenFile(folder.Write("t.dita", "<topic/>"), host::OpenAs::ActiveDocument, error));
   ASSERT_TRUE(session->OpenFile(folder.Write("m.xml", "<!DOCTYPE x PUBLIC '-//OASIS//DTD DITA Map//EN' 'map.dtd'><x/>"),
-                               host::OpenAs::ModifiedDocument, error));
+                                host::OpenAs::ModifiedDocument, error));
   ASSERT_TRUE(session->OpenFile(folder.Write("b.xml", "<book><component/></book>"), host::OpenAs::Document, error));
   struct Expected {
     int32_t type;
