@@ -37,6 +37,13 @@ wxWindow *MakeText(wxWindow *parent, int id, const DialogItem &item) {
   return text;
 }
 
+// Whether Return means nothing to the control itself. A grid's box is inside the grid.
+bool LeavesReturn(const wxWindow *control) {
+  const auto *parent = control ? dynamic_cast<const wxDialog *>(control->GetParent()) : nullptr;
+  return parent && (dynamic_cast<const wxTextCtrl *>(control) || dynamic_cast<const wxRadioButton *>(control) ||
+                    dynamic_cast<const wxCheckBox *>(control));
+}
+
 } // namespace
 
 DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions &sink)
@@ -56,15 +63,11 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
     event.Veto();
     Send([](host::DialogModel &dialog) { return dialog.CloseFrame(); });
   });
-  Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
-    if (event.GetActive())
-      NoteEvent("active", FromWx(GetTitle()));
-    event.Skip();
-  });
+  NoteActivation(*this);
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
     if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)
       static_cast<void>(Press(picture.cancelItem));
-    else if (!grid && event.GetKeyCode() == WXK_RETURN && dynamic_cast<wxTextCtrl *>(FindFocus()))
+    else if (event.GetKeyCode() == WXK_RETURN && LeavesReturn(FindFocus()))
       // The toolkit forgets a default button that was insensitive once.
       static_cast<void>(Press(picture.defaultItem));
     else if (!grid || event.GetModifiers() != wxMOD_ALT || !PressByKey(event.GetKeyCode()))

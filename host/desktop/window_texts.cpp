@@ -22,7 +22,8 @@ wxString DescribeTimeLeft(std::chrono::steady_clock::duration spent, int done, i
 wxString ShortenPath(const std::string &path) {
   const char *home = std::getenv("HOME");
   const std::string folder = home ? home : "";
-  return ToWx(!folder.empty() && path.starts_with(folder + "/") ? "~" + path.substr(folder.size()) : path);
+  const bool isInHome = !folder.empty() && (path == folder || path.starts_with(folder + "/"));
+  return ToWx(isInHome ? "~" + path.substr(folder.size()) : path);
 }
 
 } // namespace desktop

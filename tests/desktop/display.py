@@ -5,6 +5,7 @@ import select
 import shutil
 import subprocess
 import tempfile
+import time
 
 
 class NotThere(Exception):
@@ -52,9 +53,19 @@ class Display:
 
     def find(self, title):
         """The number of the visible window of that title, waiting for it, and the focus on it."""
-        number = self.tool("search", "--sync", "--onlyvisible", "--name", title).split()[-1]
-        self.tool("windowactivate", "--sync", number)
-        return number
+        # A window that comes or goes while the tool looks around makes it give up.
+        deadline = time.monotonic() + 60
+        while True:
+            try:
+                number = self.tool("search", "--sync", "--onlyvisible", "--name", title).split()[-1]
+                self.tool("windowactivate", "--sync", number)
+                return number
+            except subprocess.CalledProcessError:
+                if time.monotonic() > deadline:
+                    raise
+
+    def take_picture(self, path):
+        subprocess.run(["import", "-window", "root", path], env=self.environment(), check=False)
 
     def keys(self, *names):
         self.tool("key", "--clearmodifiers", *names)

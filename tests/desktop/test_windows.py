@@ -5,11 +5,17 @@ usage: test_windows.py --build FOLDER [TEST...]
 """
 
 import argparse
+import json
 import os
 import shutil
+import signal
+import subprocess
 import sys
 import tempfile
+import time
+import tomllib
 import unittest
+from xml.etree import ElementTree
 
 from display import Display, NotThere, Windows
 
@@ -112,6 +118,31 @@ class WindowTest(unittest.TestCase):
                             os.environ | {"VLXSLT_CONFIG": self.path("vlxslt.toml")})
         self.assertEqual(status, 0)
 
+    def wait_for_file(self, name):
+        """What a program leaves that nobody can wait for."""
+        deadline = time.monotonic() + 30
+        while not os.path.exists(self.path(name)):
+            self.assertLess(time.monotonic(), deadline, name + " did not appear")
+            time.sleep(0.02)
+
+    def answer(self, windows, question, key, title="^XSLT$"):
+        windows.wait("alert " + question)
+        self.display.find(title)
+        self.display.keys(key)
+
+    def insist(self, windows, key, event):
+        """Choosers swallow keys while they read a folder, and say nothing of it."""
+        for _ in range(20):
+            self.display.keys(key)
+            try:
+                return windows.wait(event, seconds=1)
+            except AssertionError:
+                continue
+        raise AssertionError(f"{key} never led to '{event}'")
+
+    def choose_first(self, windows):
+        """The first transformation of the list, in the dialog that has just opened."""
+        self.display.keys("Home", "Down", "Up", "alt+o")
 
     def leave(self, windows):
         self.display.find("XSLT Workbench")
@@ -184,19 +215,8 @@ class WindowTest(unittest.TestCase):
         self.leave(windows)
 
     def test_a_long_run_is_cancelled(self):
-        for name in ("in/1.xml", "in/2.xml", "in/3.xml"):
-            self.write(name, "<topic/>")
-        self.add_transformation("Slow", "--xsl", self.path("slow.xsl"), "--suffix", "-out")
-        windows = self.workbench("in/1.xml", "in/2.xml", "in/3.xml")
-        self.open_dialog(windows, "Advanced Run", "shift+F5")
-        self.display.keys("alt+a", "alt+t", "Tab", "Tab", "space")
-        windows.wait("active Choose Transformation")
-        self.display.find("Choose Transformation")
-        self.display.keys("Home", "Down", "Up", "alt+o")
-        windows.wait("active Advanced Run")
-        self.display.keys("alt+r")
-        windows.wait("progress")
-        self.display.find("XSLT Workbench")
+        windows = self.start_slow_run("in/1.xml", "in/2.xml", "in/3.xml")
+        self.see_it_run(windows)
         self.display.keys("ctrl+period")
         windows.wait("cancelling")
         windows.wait("idle")
@@ -218,6 +238,232 @@ class WindowTest(unittest.TestCase):
         windows.wait("documents")
         self.leave(windows)
 
+    def names(self, catalogue="dita.xml"):
+        return [name.text for name in ElementTree.parse(self.path(catalogue)).iter("Name")]
+
+    def test_a_transformation_is_made_edited_and_deleted(self):
+        windows = self.workbench("a.xml")
+        self.open_dialog(windows, "New Transformation", "ctrl+n")
+        self.display.type("Plain")
+        self.display.keys("alt+x", "Tab")
+        self.display.type(self.path("text.xsl"))
+        self.display.keys("Tab", "Tab", "Down", "Down")  # the processor
+        self.display.keys("alt+f", "alt+s", "Tab")
+        self.display.type("-plain")
+        windows.wait("settled New Transformation")
+        self.display.keys("Tab", "Tab", "Tab", "space")
+        windows.wait("chooser Save Transformation File")
+        self.display.find("Save Transformation File")
+        self.display.keys("ctrl+a")
+        self.display.type(self.path("dita.xml"))
+        self.insist(windows, "Return", "settled New Transformation")
+        self.display.find("New Transformation")
+        self.display.keys("Escape")
+        windows.wait("idle")
+        self.assertEqual(self.names(), ["Plain"])
+        self.display.find("XSLT Workbench")
+        self.open_dialog(windows, "Manage Transformations", "ctrl+m")
+        self.display.keys("Home", "Down", "Up", "alt+e")
+        windows.wait("active Edit Transformation")
+        self.display.find("Edit Transformation")
+        self.display.keys("ctrl+a")
+        self.display.type("Beside")
+        windows.wait("settled Edit Transformation, usable")
+        self.display.keys("Return", "Escape")
+        windows.wait("active Manage Transformations")
+        self.assertEqual(self.names(), ["Beside"])
+        self.display.find("Manage Transformations")
+        self.display.keys("Escape")
+        windows.wait("idle")
+        self.display.find("XSLT Workbench")
+        self.open_dialog(windows, "Manage Transformations", "ctrl+m")
+        self.display.keys("Home", "Down", "Up", *["Tab"] * 3)
+        for key in ("Escape", "Return", "alt+y"):  # no is the default
+            self.assertEqual(self.names(), ["Beside"])
+            self.display.keys("space")
+            self.answer(windows, "Delete the selected transformation?", key)
+            windows.wait("active Manage Transformations")
+            self.display.find("Manage Transformations")
+        self.display.keys("Escape")
+        windows.wait("idle")
+        self.assertEqual(self.names(), [])
+        self.leave(windows)
+
+    def test_a_parameter_is_typed_into_the_empty_row(self):
+        self.add_transformation("One", "--xsl", self.path("text.xsl"), "--suffix", "-out")
+        windows = self.workbench("a.xml")
+        self.open_dialog(windows, "Manage Transformations", "ctrl+m")
+        self.display.keys("Home", "Down", "Up", "alt+e")
+        windows.wait("active Edit Transformation")
+        self.display.find("Edit Transformation")
+        self.display.keys("alt+x", *["Tab"] * 4, "space")
+        windows.wait("settled Stylesheet Parameters, rows: 2")  # the stylesheet's own one, and the empty one
+        self.display.find("Stylesheet Parameters")
+        self.display.keys(*["Down"] * 5)
+        self.display.type("width")
+        windows.wait("settled Stylesheet Parameters, rows: 3")
+        self.display.keys("Return", "Down")
+        self.display.type("7")
+        windows.wait("settled Stylesheet Parameters")
+        self.display.keys("alt+o")
+        windows.wait("active Edit Transformation")
+        self.display.find("Edit Transformation")
+        self.display.keys("alt+f", "alt+s")
+        windows.wait("settled Edit Transformation, usable")
+        self.display.keys("Return", "Escape")
+        windows.wait("active Manage Transformations")
+        self.display.find("Manage Transformations")
+        self.display.keys("Escape")
+        windows.wait("idle")
+        self.assertIn('name="width"', self.read("dita.xml"))
+        self.assertIn(">7<", self.read("dita.xml").replace('"7"', ">7<"))
+        self.leave(windows)
+
+    def test_documents_are_opened_with_the_chooser_and_again_from_the_recent_ones(self):
+        strange = self.path("Bob's & more.xml")
+        self.write(os.path.basename(strange), "<topic/>")
+        windows = self.workbench()
+        self.display.keys("alt+o")  # the button of the empty page
+        self.display.find("Open Documents")
+        self.display.keys("ctrl+l", "ctrl+a")
+        self.display.type(strange)
+        self.display.keys("Return")
+        windows.wait("documents " + os.path.basename(strange))
+        self.display.find("XSLT Workbench")
+        self.display.keys("ctrl+w")
+        windows.wait("documents")
+        self.display.keys("alt+f", "r", "Return")
+        windows.wait("documents " + os.path.basename(strange))
+        self.leave(windows)
+
+    def test_a_problem_opens_the_editor_at_its_line(self):
+        self.write("bad.xml", "<topic>\n  <unclosed>\n</topic>\n")
+        self.write("editor", "#!/bin/sh\necho \"$@\" > edited.tmp; mv edited.tmp edited\n")
+        os.chmod(self.path("editor"), 0o755)
+        self.write("vlxslt.toml", f'editor = "{self.path("editor")} {{file}} {{line}}"\n' + CONFIGURATION)
+        self.add_transformation("Beside", "--xsl", "text.xsl", "--suffix", "-out")
+        windows = self.workbench("bad.xml")
+        self.display.keys("F4")
+        windows.wait("told The log names no place")
+        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
+        self.choose_first(windows)
+        windows.wait("told The run failed")
+        self.display.find("XSLT Workbench")
+        self.display.keys("F4")
+        windows.wait("edit")
+        self.wait_for_file("edited")
+        self.assertEqual(self.read("edited"), self.path("bad.xml") + " 3\n")
+        self.leave(windows)
+
+    def test_preferences_check_a_processor_and_keep_comments(self):
+        windows = self.workbench("a.xml")
+        self.display.keys("alt+f", "p")
+        windows.wait("active Preferences")
+        self.display.find("Preferences")
+        self.display.keys("alt+h")
+        windows.wait("checked Loads")
+        # Add one that does not load.
+        self.display.keys("alt+a")
+        windows.wait("added")
+        self.display.type("Missing")
+        self.display.keys("Tab", "Tab")
+        self.display.type("no.such.Factory")
+        self.display.keys("alt+h")
+        self.assertIn("no.such.Factory", windows.wait("checked"))
+        self.display.keys("Return")
+        windows.wait("told Saved in")
+        self.leave(windows)
+        text = self.read("vlxslt.toml")
+        for kept in ("# Kept through every change.", "# beside this file", "# Maps and topics.", 'name = "XSLTC"'):
+            self.assertIn(kept, text)
+        with open(self.path("vlxslt.toml"), "rb") as file:
+            names = [each["name"] for each in tomllib.load(file)["processor"]]
+        self.assertEqual(names, ["XSLTC", "Missing"])
+
+    def start_slow_run(self, *names):
+        for name in names:
+            self.write(name, "<topic/>")
+        self.add_transformation("Slow", "--xsl", self.path("slow.xsl"), "--suffix", "-out")
+        windows = self.workbench(*names)
+        self.open_dialog(windows, "Advanced Run", "shift+F5")
+        self.display.keys("alt+a", "alt+t", "Tab", "Tab", "space")
+        windows.wait("active Choose Transformation")
+        self.display.find("Choose Transformation")
+        self.choose_first(windows)
+        windows.wait("active Advanced Run")
+        self.display.keys("alt+r")
+        return windows
+
+    def see_it_run(self, windows):
+        windows.wait("progress")
+        self.display.find("XSLT Workbench")
+
+    def test_closing_during_a_run_asks_and_ends_whole(self):
+        windows = self.start_slow_run("in/1.xml", "in/2.xml", "in/3.xml")
+        self.see_it_run(windows)
+        self.display.keys("ctrl+q")
+        self.answer(windows, "A run is going on", "Escape", "XSLT Workbench")
+        windows.wait("progress " + self.path("in/2.xml"))
+        self.display.keys("ctrl+q")
+        self.answer(windows, "A run is going on", "Return", "XSLT Workbench")
+        self.assertEqual(windows.end(), 0)
+        self.assertEqual(self.read("in/1-out.xml"), "1048576")
+        self.assertFalse(os.path.exists(self.path("in/3-out.xml")))
+
+    def test_a_run_that_never_ends_can_be_left(self):
+        self.write("slow.xsl", SLOW_XSL.replace("1048576", "1152921504606846976"))
+        self.write("in/1-out.xml", "old")
+        windows = self.start_slow_run("in/1.xml")
+        self.answer(windows, "OK to overwrite", "Return")
+        windows.wait("active workbench")
+        self.display.keys("ctrl+q")
+        self.answer(windows, "A run is going on", "Return", "XSLT Workbench")
+        windows.wait("cancelling")
+        self.display.find("XSLT Workbench")
+        self.display.keys("ctrl+q")
+        self.answer(windows, "The current input is not done yet", "alt+y", "XSLT Workbench")
+        self.assertEqual(windows.end(), 1)
+        self.assertEqual(self.read("in/1-out.xml"), "old")
+        self.assertEqual(sorted(os.listdir(self.path("in"))), ["1-out.xml", "1.xml"])
+
+    def test_a_display_that_goes_away_loses_nothing(self):
+        windows = self.start_slow_run("in/1.xml", "in/2.xml", "in/3.xml")
+        self.see_it_run(windows)
+        self.display.server.kill()
+        self.assertEqual(windows.end(), 1)
+        windows.wait("departing")
+        done = [name for name in ("in/1-out.xml", "in/2-out.xml", "in/3-out.xml") if os.path.exists(self.path(name))]
+        self.assertEqual(done, ["in/1-out.xml"])
+        self.assertEqual(self.read(done[0]), "1048576")
+
+    def test_a_signal_ends_a_dialog_and_a_question(self):
+        self.add_transformation("Beside", "--xsl", "text.xsl", "--suffix", "-out")
+        for signalled in (signal.SIGTERM, signal.SIGINT):
+            windows = self.workbench("a.xml")
+            self.open_dialog(windows, "Manage Transformations", "ctrl+m")
+            self.display.keys("Home", "Down", "Up", *["Tab"] * 3, "space")
+            windows.wait("alert Delete the selected")
+            windows.process.send_signal(signalled)
+            self.assertEqual(windows.end(), 130)
+            self.assertEqual(self.names(), ["Beside"])
+
+
+class PictureTaker(unittest.TextTestResult):
+    """Keeps what the screen showed when a test went wrong."""
+
+    def addError(self, test, error):
+        self.take(test)
+        super().addError(test, error)
+
+    def addFailure(self, test, error):
+        self.take(test)
+        super().addFailure(test, error)
+
+    def take(self, test):
+        folder = os.path.join(BUILD, "tests", "windows")
+        os.makedirs(folder, exist_ok=True)
+        test.display.take_picture(os.path.join(folder, test.id().rpartition(".")[2] + ".png"))
+
 
 def main():
     global BUILD
@@ -231,7 +477,8 @@ def main():
     except NotThere as missing:
         print(f"SKIPPED: {missing} is not installed")
         return 77
-    result = unittest.main(argv=[sys.argv[0], *rest], exit=False, verbosity=2).result
+    runner = unittest.TextTestRunner(resultclass=PictureTaker, verbosity=2)
+    result = unittest.main(argv=[sys.argv[0], *rest], exit=False, testRunner=runner).result
     return 0 if result.wasSuccessful() else 1
 
 
