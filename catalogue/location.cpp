@@ -13,7 +13,6 @@ namespace catalogue {
 
 namespace {
 
-constexpr std::string_view defaultsName = "<Defaults>";
 constexpr const char *dispatcher = "VlDispatcher";
 
 struct PathVariable {

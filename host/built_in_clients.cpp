@@ -34,8 +34,6 @@ std::optional<std::string_view> Follows(std::string_view request, std::string_vi
   return request.substr(name.size() + 1);
 }
 
-constexpr std::string_view defaultsName = "<Defaults>";
-
 } // namespace
 
 kit::TypedValues VlDispatcher::Answer(std::string_view request) {
