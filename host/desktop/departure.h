@@ -9,6 +9,10 @@
 
 namespace desktop {
 
+// What the program ends with.
+constexpr int failedCode = 1;
+constexpr int interruptedCode = 130;
+
 // Stops the work and waits for its end, for so long at most; false when it takes longer.
 using FinishWork = std::function<bool(std::chrono::seconds longest)>;
 

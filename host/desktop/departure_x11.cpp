@@ -17,18 +17,16 @@ namespace desktop {
 namespace {
 
 constexpr std::chrono::seconds patience{30};
-constexpr int failed = 1;
-constexpr int interrupted = 130;
 
 FinishWork &Finish() {
   static FinishWork finish;
   return finish;
 }
 
-int OnDisplayLost(Display *) { Depart("the display went away", failed, patience); }
+int OnDisplayLost(Display *) { Depart("the display went away", failedCode, patience); }
 
 int OnSignal(void *) {
-  Depart("interrupted", interrupted, patience);
+  Depart("interrupted", interruptedCode, patience);
   return G_SOURCE_REMOVE;
 }
 

@@ -3,6 +3,7 @@
 #include "host/desktop/departure.h"
 #include "host/desktop/desktop_front.h"
 #include "host/desktop/host_thread.h"
+#include "host/desktop/run_window.h"
 #include "host/desktop/ui_thread.h"
 #include "host/desktop/workbench.h"
 #include "host/desktop_module.h"
@@ -18,6 +19,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace desktop {
 
@@ -72,14 +74,6 @@ bool RunWindows(std::function<void()> begin, FinishWork finish, bool endsWithLas
   return true;
 }
 
-// What is seen of a request that no workbench stands behind: the terminal it was called from.
-class TerminalView : public RunView {
-public:
-  void ShowConsole(const std::vector<std::string> &lines) override { PrintLines(lines); }
-  void ShowProgress(const host::Progress &) override {}
-  void LaunchOutput(const std::string &path) override { PrintLines({"Output: " + path}); }
-};
-
 } // namespace
 
 } // namespace desktop
@@ -99,23 +93,27 @@ int VlxsltRunWorkbench(const host::WorkbenchRequest *request, int *result) {
 
 int VlxsltServeWithWindows(const host::WindowedWork *work, int *result) {
   return host::Guarded([work, result] {
-    desktop::TerminalView view;
-    desktop::DesktopFront front(view);
+    std::optional<desktop::DesktopFront> front;
+    desktop::RequestView view([&] { front->Cancel(); }, [] { wxTheApp->ExitMainLoop(); });
+    front.emplace(view);
     std::unique_ptr<desktop::HostThread> thread;
     bool isDone = false;
     const auto begin = [&] {
       thread = std::make_unique<desktop::HostThread>();
       thread->Post([&] {
-        *result = (*work)(front);
+        *result = (*work)(*front);
+        if (front->IsCancelled())
+          *result = desktop::interruptedCode;
         desktop::ChangeShared([&] { isDone = true; });
-        desktop::PostToWindows([&front] {
-          front.FlushConsole();
-          wxTheApp->ExitMainLoop();
+        desktop::PostToWindows([&] {
+          front->FlushConsole();
+          if (!view.StayAfterwards() || !front->HasServedPerson())
+            wxTheApp->ExitMainLoop();
         });
       });
     };
     const auto finish = [&](std::chrono::seconds longest) {
-      front.Cancel();
+      front->Cancel();
       return !thread || desktop::WaitFor(longest, [&] { return isDone; });
     };
     return desktop::RunWindows(begin, finish, false) ? 1 : 0;

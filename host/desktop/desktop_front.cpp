@@ -82,6 +82,7 @@ std::optional<std::string> DesktopFront::ChooseFile(const host::FileChooser &cho
 }
 
 void DesktopFront::RunDialog(host::DialogModel &dialog) {
+  hasServedPerson = true;
   ShownDialog shown(dialog);
   // A dialog that is left open by windows that went away is closed by the host.
   while (dialog.IsOpen() && shown.ServeNext()) {

@@ -45,6 +45,8 @@ public:
   // From any thread.
   void Cancel() { cancelled = true; }
   void ForgetCancel() { cancelled = false; }
+  // Whether a dialog was shown to a person, and not only played by a script.
+  [[nodiscard]] bool HasServedPerson() const { return hasServedPerson; }
   // Hands the lines that are still waiting to the view; on the windows' thread.
   void FlushConsole();
 
@@ -54,6 +56,7 @@ private:
   WindowsPoster windows;
   RunView &view;
   std::atomic<bool> cancelled = false;
+  std::atomic<bool> hasServedPerson = false;
   std::vector<std::string> waiting; // console lines that the view has not seen
 };
 

@@ -96,7 +96,7 @@ wxWindow *DialogWindow::MakeControl(const DialogItem &item) {
   const int id = firstControlId + item.number;
   switch (item.kind) {
   case ItemKind::Button:
-    return item.isGroupBox ? new wxStaticBox(this, id, ToWx(item.text)) : MakeButton(this, id, item);
+    return item.isGroupBox ? new wxStaticBox(this, id, " " + ToWx(item.text) + " ") : MakeButton(this, id, item);
   case ItemKind::Label:
     return new wxStaticText(this, id, ToWx(item.text));
   case ItemKind::CheckBox:

@@ -29,6 +29,12 @@ ParameterGrid::ParameterGrid(wxWindow *parent, Actions actions)
   ShowHeader(true);
   GetGrid()->SetExtraStyle(wxPG_EX_HELP_AS_TOOLTIPS);
   GetGrid()->SetVerticalSpacing(4);
+  // The hint of an empty cell must not look like its value on any background.
+  const wxColour text = GetGrid()->GetCellTextColour();
+  const wxColour ground = GetGrid()->GetCellBackgroundColour();
+  const auto between = [](unsigned char a, unsigned char b) { return static_cast<unsigned char>((a + b) / 2); };
+  GetGrid()->SetCellDisabledTextColour(
+      {between(text.Red(), ground.Red()), between(text.Green(), ground.Green()), between(text.Blue(), ground.Blue())});
   GetGrid()->Bind(wxEVT_CHAR, &ParameterGrid::TypeOver, this);
   Bind(wxEVT_PG_SELECTED, [this](wxPropertyGridEvent &event) {
     WatchTyping();

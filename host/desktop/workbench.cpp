@@ -41,7 +41,6 @@ private:
 };
 
 constexpr std::string_view runRequestName = "XSLTRunTrScenario ";
-constexpr int failed = 1;
 
 } // namespace
 
@@ -99,7 +98,7 @@ void Workbench::MakePanels() {
   columns->SplitVertically(documents, rows);
   rows->SplitHorizontally(log, outputs);
   // Changed ones come from changes of size too; only changing ones are a person's.
-  columnsWanted = memory.Read("documents", 380);
+  columnsWanted = memory.Read("documents", 430);
   outputsWanted = memory.Read("outputs", 150);
   columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING,
                 [this](wxSplitterEvent &event) { columnsWanted = ToDIP(event.GetSashPosition()); });
@@ -135,7 +134,7 @@ void Workbench::OnClose(wxCloseEvent &event) {
   }
   RememberPlaces();
   if (isBusy) // the person's session ends, and nothing holds it up
-    Depart("closed during a run", failed, std::chrono::seconds(2));
+    Depart("closed during a run", failedCode, std::chrono::seconds(2));
   Destroy();
 }
 
@@ -155,7 +154,7 @@ void Workbench::AskToQuit() {
   if (!Confirm("The current input is not done yet. Quit at once, without its output?", wxNO_DEFAULT) || !isBusy)
     return;
   RememberPlaces();
-  Depart("closed during a run", failed, std::chrono::seconds(0));
+  Depart("closed during a run", failedCode, std::chrono::seconds(0));
 }
 
 bool Workbench::Confirm(const wxString &question, long defaultButton) {

@@ -57,12 +57,24 @@ class Display:
         deadline = time.monotonic() + 60
         while True:
             try:
-                number = self.tool("search", "--sync", "--onlyvisible", "--name", title).split()[-1]
+                number = self.see(title)
                 self.tool("windowactivate", "--sync", number)
                 return number
             except subprocess.CalledProcessError:
                 if time.monotonic() > deadline:
                     raise
+
+    def see(self, title, seconds=60):
+        """The number of the visible window of that title, waiting for it."""
+        deadline = time.monotonic() + seconds
+        while True:
+            # The tool's own way of waiting looks twice a second only.
+            try:
+                return self.tool("search", "--onlyvisible", "--name", title).split()[-1]
+            except subprocess.CalledProcessError:
+                if time.monotonic() > deadline:
+                    raise
+                time.sleep(0.01)
 
     def take_picture(self, path):
         subprocess.run(["import", "-window", "root", path], env=self.environment(), check=False)
@@ -94,9 +106,13 @@ class Windows:
                 seen.append(line.decode(errors="replace"))
                 if seen[-1].startswith(beginning):
                     return seen[-1]
-            ready, _, _ = select.select([self.reading], [], [], seconds)
-            if not ready:
+            has_ended = self.process.poll() is not None
+            ready, _, _ = select.select([self.reading], [], [], 0 if has_ended else min(1, seconds))
+            seconds -= 0 if ready else 1
+            if not ready and (has_ended or seconds <= 0):
                 raise AssertionError(f"no event '{beginning}'; there were {seen}")
+            if not ready:
+                continue
             self.pending += os.read(self.reading, 65536)
 
     def end(self, seconds=30):

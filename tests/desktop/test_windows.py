@@ -410,6 +410,32 @@ class WindowTest(unittest.TestCase):
         self.assertEqual(self.read("in/1-out.xml"), "1048576")
         self.assertFalse(os.path.exists(self.path("in/3-out.xml")))
 
+    def test_a_dialog_on_its_own_shows_its_run(self):
+        self.add_transformation("Slow", "--xsl", self.path("slow.xsl"), "--suffix", "-out")
+        for name in ("in/1.xml", "in/2.xml", "in/3.xml"):
+            self.write(name, "<topic/>")
+        self.write("in/0.xml", "<topic>")
+        windows = self.start("dialog", "advanced", "--open=in/0.xml", "--open=in/1.xml", "--open=in/2.xml", "--active", "in/3.xml")
+        windows.wait("active Advanced Run")
+        self.display.find("Advanced Run")
+        self.display.keys("alt+a", "alt+t", "Tab", "Tab", "space")
+        windows.wait("active Choose Transformation")
+        self.display.find("Choose Transformation")
+        self.choose_first(windows)
+        windows.wait("active Advanced Run")
+        self.display.keys("alt+r")
+        windows.wait("progress " + self.path("in/1.xml"))
+        self.display.find("XSLT Run")
+        self.display.keys("alt+c")
+        windows.wait("cancelling")
+        windows.wait("idle")
+        # Something failed, so it stays until it is closed.
+        self.display.find("XSLT Run")
+        self.display.keys("alt+F4")
+        self.assertEqual(windows.end(), 130)
+        self.assertEqual(self.read("in/1-out.xml"), "1048576")
+        self.assertFalse(os.path.exists(self.path("in/3-out.xml")))
+
     def test_a_run_that_never_ends_can_be_left(self):
         self.write("slow.xsl", SLOW_XSL.replace("1048576", "1152921504606846976"))
         self.write("in/1-out.xml", "old")

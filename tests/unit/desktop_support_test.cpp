@@ -39,6 +39,19 @@ TEST(LogPlace, IsFoundInEveryFormOfMessage) {
     EXPECT_FALSE(host::FindLogPlace(line)) << line;
 }
 
+TEST(LogPlace, TellsWhatWentWrongFromWhatIsOnlySaid) {
+  for (const char *line :
+       {"Transformation Aborted.\r\n", "Error at file /a.xml, line 3, char 4, Message: m",
+        "Cannot save the file at following location: /out. Make sure folder exist.", "Folder /in doesn't exist.",
+        "XSLT processor Old not found. Please check your XSLT processor preferences.", "File doesn't exist /a.xml.",
+        "There aren't any files to be transformed.", "/a/b.xml:3:7: message"})
+    EXPECT_EQ(host::ClassifyLogLine(line), host::LogKind::Error) << line;
+  for (const char *line :
+       {"", "There were 3 topics", "Folder of the week", "Transformation of /a.xml", "Output:/a b.html"})
+    EXPECT_EQ(host::ClassifyLogLine(line), host::LogKind::Plain) << line;
+  EXPECT_EQ(host::ClassifyLogLine("Transformation Successful.\r\n"), host::LogKind::Success);
+}
+
 TEST(EditorCommand, PutsTheLineWhereTheEditorWantsIt) {
   const LogPlace place{"/a {line} b.xml", 7, 2, 0, 0};
   using Words = std::vector<std::string>;
