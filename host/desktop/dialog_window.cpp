@@ -64,6 +64,12 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
     Send([](host::DialogModel &dialog) { return dialog.CloseFrame(); });
   });
   NoteActivation(*this);
+  // What had the focus may have become insensitive while another window was in front.
+  Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
+    event.Skip();
+    if (event.GetActive())
+      CallAfter([this] { KeepFocus(); });
+  });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
     if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)
       static_cast<void>(Press(picture.cancelItem));

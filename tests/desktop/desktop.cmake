@@ -5,8 +5,8 @@ foreach(name a_run_asks_before_it_overwrites a_map_unfolds_and_runs_with_its_top
              a_document_whose_file_is_gone_does_no_harm a_transformation_is_made_edited_and_deleted
              a_parameter_is_typed_into_the_empty_row
              documents_are_opened_with_the_chooser_and_again_from_the_recent_ones
-             a_problem_opens_the_editor_at_its_line preferences_check_a_processor_and_keep_comments
-             closing_during_a_run_asks_and_ends_whole a_run_that_never_ends_can_be_left
+             files_are_dragged_in a_problem_opens_the_editor_at_its_line preferences_check_a_processor_and_keep_comments
+             a_processor_that_is_added_after_a_run_can_be_used closing_during_a_run_asks_and_ends_whole a_run_that_never_ends_can_be_left
              a_dialog_on_its_own_shows_its_run
              a_display_that_goes_away_loses_nothing a_signal_ends_a_dialog_and_a_question)
   add_test(NAME desktop.${name} COMMAND Python3::Interpreter ${desktop_tests}/test_windows.py --build ${CMAKE_BINARY_DIR}

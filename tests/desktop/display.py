@@ -12,6 +12,13 @@ class NotThere(Exception):
     """A program that the tests need is not installed."""
 
 
+def await_line(stream, line):
+    for each in stream:
+        if each.strip() == line:
+            return
+    raise AssertionError(f"the program ended without '{line}'")
+
+
 class Display:
     """Xvfb and openbox; gone when the block ends."""
 
@@ -78,6 +85,18 @@ class Display:
 
     def take_picture(self, path):
         subprocess.run(["import", "-window", "root", path], env=self.environment(), check=False)
+
+    def drag(self, source, x, y):
+        """From a process of drag_source.py to a point of the screen."""
+        self.tool("mousemove", "--sync", "60", "60")
+        self.tool("mousedown", "1")
+        for step in range(1, 9):
+            self.tool("mousemove", "--sync", str(60 + 4 * step), "60")
+        await_line(source.stdout, "begun")
+        for step in (2, 1, 0):
+            self.tool("mousemove", "--sync", str(x - 5 * step), str(y))
+        await_line(source.stdout, "accepted")
+        self.tool("mouseup", "1")
 
     def keys(self, *names):
         self.tool("key", "--clearmodifiers", *names)

@@ -17,9 +17,10 @@ import tomllib
 import unittest
 from xml.etree import ElementTree
 
-from display import Display, NotThere, Windows
+from display import Display, NotThere, Windows, await_line
 
 BUILD = ""
+PROJECT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
 CONFIGURATION = """\
 # Kept through every change.
@@ -63,6 +64,10 @@ SLOW_XSL = """\
   </xsl:template>
 </xsl:stylesheet>
 """
+
+
+# More than are done before a person has stopped the run, on a busy machine too.
+SLOW_INPUTS = [f"in/{number}.xml" for number in range(1, 6)]
 
 
 class WindowTest(unittest.TestCase):
@@ -215,13 +220,13 @@ class WindowTest(unittest.TestCase):
         self.leave(windows)
 
     def test_a_long_run_is_cancelled(self):
-        windows = self.start_slow_run("in/1.xml", "in/2.xml", "in/3.xml")
+        windows = self.start_slow_run(*SLOW_INPUTS)
         self.see_it_run(windows)
         self.display.keys("ctrl+period")
         windows.wait("cancelling")
         windows.wait("idle")
         self.assertEqual(self.read("in/1-out.xml"), "1048576")
-        self.assertFalse(os.path.exists(self.path("in/3-out.xml")))
+        self.assertFalse(os.path.exists(self.path("in/5-out.xml")))
         self.leave(windows)
 
     def test_a_document_whose_file_is_gone_does_no_harm(self):
@@ -336,6 +341,21 @@ class WindowTest(unittest.TestCase):
         windows.wait("documents " + os.path.basename(strange))
         self.leave(windows)
 
+    def test_files_are_dragged_in(self):
+        strange = self.write("Größe „M“ & more.xml", "<topic/>")
+        windows = self.workbench("a.xml")
+        self.display.tool("windowmove", "--sync", self.display.find("XSLT Workbench"), "300", "200")
+        # The one of the distribution, whose bindings of the toolkit are a package.
+        source = subprocess.Popen(["/usr/bin/python3", os.path.join(os.path.dirname(__file__), "drag_source.py"),
+                                   self.write("b.xml", "<topic/>"), strange],
+                                  env=self.display.environment(), stdout=subprocess.PIPE, text=True)
+        self.addCleanup(source.communicate)
+        self.addCleanup(source.kill)
+        await_line(source.stdout, "shown")
+        self.display.drag(source, 900, 500)
+        windows.wait("documents " + os.path.basename(strange))
+        self.leave(windows)
+
     def test_a_problem_opens_the_editor_at_its_line(self):
         self.write("bad.xml", "<topic>\n  <unclosed>\n</topic>\n")
         self.write("editor", "#!/bin/sh\necho \"$@\" > edited.tmp; mv edited.tmp edited\n")
@@ -380,6 +400,35 @@ class WindowTest(unittest.TestCase):
             names = [each["name"] for each in tomllib.load(file)["processor"]]
         self.assertEqual(names, ["XSLTC", "Missing"])
 
+    def test_a_processor_that_is_added_after_a_run_can_be_used(self):
+        self.add_transformation("Beside", "--xsl", self.path("text.xsl"), "--suffix", "-out")
+        windows = self.workbench("a.xml")
+        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
+        self.choose_first(windows)
+        windows.wait("idle")
+        windows.wait("idle")
+        self.display.find("XSLT Workbench")
+        self.display.keys("alt+f", "p")
+        windows.wait("active Preferences")
+        self.display.find("Preferences")
+        self.display.keys("alt+a")
+        windows.wait("added")
+        jars = os.path.join(PROJECT, "build", "processors", "xalan")
+        for key, text in ((None, "Xalan"), ("Tab", f"{jars}/xalan.jar;{jars}/serializer.jar"),
+                          ("Tab", "org.apache.xalan.processor.TransformerFactoryImpl")):
+            if key:
+                self.display.keys(key)
+            self.display.type(text)
+        self.display.keys("Return")
+        windows.wait("told Saved in")
+        self.add_transformation("Again", "--xsl", self.path("text.xsl"), "--suffix", "-again", "--processor", "Xalan")
+        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
+        self.display.keys("Home", "Down", "alt+o")
+        windows.wait("log XSL Processor Messages (Processor: Xalan)")
+        windows.wait("idle")
+        self.assertEqual(self.read("a-again.xml"), "topic 1")
+        self.leave(windows)
+
     def start_slow_run(self, *names):
         for name in names:
             self.write(name, "<topic/>")
@@ -399,23 +448,23 @@ class WindowTest(unittest.TestCase):
         self.display.find("XSLT Workbench")
 
     def test_closing_during_a_run_asks_and_ends_whole(self):
-        windows = self.start_slow_run("in/1.xml", "in/2.xml", "in/3.xml")
+        windows = self.start_slow_run(*SLOW_INPUTS)
         self.see_it_run(windows)
         self.display.keys("ctrl+q")
-        self.answer(windows, "A run is going on", "Escape", "XSLT Workbench")
+        self.answer(windows, "A run is going on", "Escape", "^XSLT Workbench$")
         windows.wait("progress " + self.path("in/2.xml"))
         self.display.keys("ctrl+q")
-        self.answer(windows, "A run is going on", "Return", "XSLT Workbench")
+        self.answer(windows, "A run is going on", "Return", "^XSLT Workbench$")
         self.assertEqual(windows.end(), 0)
         self.assertEqual(self.read("in/1-out.xml"), "1048576")
-        self.assertFalse(os.path.exists(self.path("in/3-out.xml")))
+        self.assertFalse(os.path.exists(self.path("in/5-out.xml")))
 
     def test_a_dialog_on_its_own_shows_its_run(self):
         self.add_transformation("Slow", "--xsl", self.path("slow.xsl"), "--suffix", "-out")
-        for name in ("in/1.xml", "in/2.xml", "in/3.xml"):
+        for name in SLOW_INPUTS:
             self.write(name, "<topic/>")
         self.write("in/0.xml", "<topic>")
-        windows = self.start("dialog", "advanced", "--open=in/0.xml", "--open=in/1.xml", "--open=in/2.xml", "--active", "in/3.xml")
+        windows = self.start("dialog", "advanced", "--active", "in/0.xml", *("--open=" + name for name in SLOW_INPUTS))
         windows.wait("active Advanced Run")
         self.display.find("Advanced Run")
         self.display.keys("alt+a", "alt+t", "Tab", "Tab", "space")
@@ -434,7 +483,7 @@ class WindowTest(unittest.TestCase):
         self.display.keys("alt+F4")
         self.assertEqual(windows.end(), 130)
         self.assertEqual(self.read("in/1-out.xml"), "1048576")
-        self.assertFalse(os.path.exists(self.path("in/3-out.xml")))
+        self.assertFalse(os.path.exists(self.path("in/5-out.xml")))
 
     def test_a_run_that_never_ends_can_be_left(self):
         self.write("slow.xsl", SLOW_XSL.replace("1048576", "1152921504606846976"))
@@ -443,24 +492,24 @@ class WindowTest(unittest.TestCase):
         self.answer(windows, "OK to overwrite", "Return")
         windows.wait("active workbench")
         self.display.keys("ctrl+q")
-        self.answer(windows, "A run is going on", "Return", "XSLT Workbench")
+        self.answer(windows, "A run is going on", "Return", "^XSLT Workbench$")
         windows.wait("cancelling")
         self.display.find("XSLT Workbench")
         self.display.keys("ctrl+q")
-        self.answer(windows, "The current input is not done yet", "alt+y", "XSLT Workbench")
+        self.answer(windows, "The current input is not done yet", "alt+y", "^XSLT Workbench$")
         self.assertEqual(windows.end(), 1)
         self.assertEqual(self.read("in/1-out.xml"), "old")
         self.assertEqual(sorted(os.listdir(self.path("in"))), ["1-out.xml", "1.xml"])
 
     def test_a_display_that_goes_away_loses_nothing(self):
-        windows = self.start_slow_run("in/1.xml", "in/2.xml", "in/3.xml")
+        windows = self.start_slow_run(*SLOW_INPUTS)
         self.see_it_run(windows)
         self.display.server.kill()
         self.assertEqual(windows.end(), 1)
         windows.wait("departing")
-        done = [name for name in ("in/1-out.xml", "in/2-out.xml", "in/3-out.xml") if os.path.exists(self.path(name))]
-        self.assertEqual(done, ["in/1-out.xml"])
-        self.assertEqual(self.read(done[0]), "1048576")
+        left = sorted(set(os.listdir(self.path("in"))) - {os.path.basename(name) for name in SLOW_INPUTS})
+        self.assertEqual(left, ["1-out.xml"])
+        self.assertEqual(self.read("in/1-out.xml"), "1048576")
 
     def test_a_signal_ends_a_dialog_and_a_question(self):
         self.add_transformation("Beside", "--xsl", "text.xsl", "--suffix", "-out")
