@@ -1,6 +1,7 @@
 #include "host/configuration.h"
 
 #include "kit/paths.h"
+#include "kit/read_file.h"
 #include "kit/text.h"
 
 #include <toml++/toml.h>
@@ -9,7 +10,6 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <span>
 #include <sstream>
@@ -245,15 +245,6 @@ private:
   std::string folder;
 };
 
-std::optional<std::string> ReadWholeFile(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!kit::IsFile(path) || !file)
-    return std::nullopt;
-  std::ostringstream content;
-  content << file.rdbuf();
-  return content.str();
-}
-
 // Fills what the file leaves open, and brings folders into the form that the session hands out.
 void Complete(Configuration &configuration, const Installation &installation) {
   if (configuration.installFolder.empty())
@@ -278,7 +269,7 @@ std::string FindConfigurationFile(const std::string &named, const Installation &
   std::string folder = config && *config ? config : "";
   if (folder.empty() && home && *home)
     folder = kit::JoinPath(home, ".config");
-  if (const std::string own = kit::JoinPath(folder, "vlxslt/vlxslt.toml"); !folder.empty() && kit::Exists(own))
+  if (std::string own = kit::JoinPath(folder, "vlxslt/vlxslt.toml"); !folder.empty() && kit::Exists(own))
     return own;
   const std::string installed = installation.DefaultConfigurationPath();
   return kit::Exists(installed) ? installed : std::string();
@@ -288,13 +279,13 @@ ConfigurationResult ReadConfiguration(const std::string &path, const Installatio
   ConfigurationResult result;
   if (!path.empty()) {
     const std::string absolute = kit::AbsolutePath(path);
-    const std::optional<std::string> text = ReadWholeFile(absolute);
-    if (!text) {
-      result.problems.push_back(absolute + ": the configuration file cannot be read");
+    const kit::FileContent content = kit::ReadFile(absolute);
+    if (!content.error.empty()) {
+      result.problems.push_back("the configuration file cannot be read: " + content.error);
       return result;
     }
     ConfigurationReader reader(result, absolute);
-    const toml::parse_result parsed = toml::parse(*text);
+    const toml::parse_result parsed = toml::parse(content.bytes);
     if (!parsed)
       reader.Report(parsed.error().source().begin, std::string(parsed.error().description()));
     else

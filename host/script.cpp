@@ -1,11 +1,10 @@
 #include "host/script.h"
 
 #include "kit/paths.h"
+#include "kit/read_file.h"
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 
 namespace host {
 
@@ -134,11 +133,12 @@ ScriptResult ParseScript(std::string_view text) {
 }
 
 ScriptResult ReadScript(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!kit::IsFile(path) || !file)
+  if (!kit::Exists(path))
     return {.steps = {}, .error = "there is no script " + path};
-  const std::string text(std::istreambuf_iterator<char>(file), {});
-  ScriptResult result = ParseScript(text);
+  const kit::FileContent content = kit::ReadFile(path);
+  if (!content.error.empty())
+    return {.steps = {}, .error = "the script cannot be read: " + content.error};
+  ScriptResult result = ParseScript(content.bytes);
   if (!result.error.empty())
     result.error = path + ", " + result.error;
   return result;

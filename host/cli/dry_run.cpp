@@ -106,7 +106,7 @@ std::string JoinMarks(const std::vector<std::string> &marks) {
 } // namespace
 
 bool IsTakenBy(const Configuration &configuration, const std::string &application, const std::string &input) {
-  if (application.empty() || application == "<Defaults>")
+  if (application.empty() || application == host::defaultsName)
     return true;
   const std::vector<std::string> names = host::FindApplications(configuration, input);
   return std::ranges::find(names, application) != names.end();

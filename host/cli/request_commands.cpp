@@ -4,14 +4,15 @@
 #include "host/cli/printing.h"
 #include "host/request_builder.h"
 #include "kit/paths.h"
+#include "kit/read_file.h"
 #include "kit/text.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <iterator>
+#include <utility>
 
 namespace cli {
 
@@ -30,10 +31,12 @@ RequestText ReadRequest(const std::string &argument) {
     request.text.assign(std::istreambuf_iterator<char>(std::cin), {});
   } else if (argument.starts_with('@')) {
     const std::string path = argument.substr(1);
-    std::ifstream file(path, std::ios::binary);
-    if (!kit::IsFile(path) || !file)
-      request.error = "there is no request file " + path;
-    request.text.assign(std::istreambuf_iterator<char>(file), {});
+    if (!kit::Exists(path))
+      return {.text = {}, .error = "there is no request file " + path};
+    kit::FileContent content = kit::ReadFile(path);
+    if (!content.error.empty())
+      return {.text = {}, .error = "the request file cannot be read: " + content.error};
+    request.text = std::move(content.bytes);
   } else {
     request.text = argument;
     return request;

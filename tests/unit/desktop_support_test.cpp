@@ -3,7 +3,7 @@
 #include "host/configuration_edit.h"
 #include "host/editor_command.h"
 #include "host/log_place.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 

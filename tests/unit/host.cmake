@@ -6,7 +6,7 @@ foreach(kind IN ITEMS stub half)
                         PREFIX "" OUTPUT_NAME XSLT LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${kind}_clients)
 endforeach()
 
-vlxslt_add_unit_test(host_test SOURCES host_files.cpp host_catalogs_test.cpp host_clients_test.cpp
+vlxslt_add_unit_test(host_test SOURCES host_catalogs_test.cpp host_clients_test.cpp
                                        host_components_test.cpp host_configuration_test.cpp
                                        desktop_support_test.cpp
                      LIBRARIES vlxslt_host)
@@ -15,6 +15,6 @@ target_compile_definitions(host_test PRIVATE VLXSLT_STUB_CLIENTS="${CMAKE_CURREN
 add_dependencies(host_test vlxslt_stub_client vlxslt_half_client)
 
 # The client as it ships, in the host as it ships.
-vlxslt_add_unit_test(many_requests_test SOURCES host_files.cpp many_requests_test.cpp LIBRARIES vlxslt_host)
+vlxslt_add_unit_test(many_requests_test SOURCES many_requests_test.cpp LIBRARIES vlxslt_host)
 target_compile_definitions(many_requests_test PRIVATE VLXSLT_CLIENTS="${VLXSLT_LIB_DIR}" VLXSLT_SHARE="${VLXSLT_SHARE_DIR}")
 add_dependencies(many_requests_test XSLT)
