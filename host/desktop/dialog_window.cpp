@@ -67,10 +67,14 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
   });
   NoteActivation(*this);
   // What had the focus may have become insensitive while another window was in front.
-  Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
+  Bind(wxEVT_CHILD_FOCUS, [this](wxChildFocusEvent &event) {
+    lastFocused = event.GetWindow();
     event.Skip();
-    if (event.GetActive())
+  });
+  Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
+    if (event.GetActive() && lastFocused && !lastFocused->IsEnabled())
       CallAfter([this] { KeepFocus(); });
+    event.Skip();
   });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
     if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)

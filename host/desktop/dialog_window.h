@@ -66,6 +66,7 @@ private:
   // The toolkit wants one radio button of a group to be on; a hidden one is, where the model has none.
   std::map<int32_t, wxRadioButton *> noneOfGroup;
   ParameterGrid *grid = nullptr;
+  wxWindow *lastFocused = nullptr; // of the controls, which live as long as this
 };
 
 } // namespace desktop

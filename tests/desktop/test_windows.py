@@ -205,7 +205,8 @@ class WindowTest(unittest.TestCase):
         windows.wait("active Edit Transformation")
         self.display.find("Edit Transformation")
         # From the processor on to the button behind it.
-        self.display.keys("alt+x", *["Tab"] * 4, "space")
+        self.press(windows, "Edit Transformation", "Parameters...", "alt+x")
+        self.display.keys(*["Tab"] * 4, "space")
         windows.wait("active Stylesheet Parameters")
         self.display.find("Stylesheet Parameters")
         self.display.keys("Down")
@@ -313,7 +314,8 @@ class WindowTest(unittest.TestCase):
         self.press(windows, "Manage Transformations", "Edit...", "alt+e", "Home", "Down", "Up")
         windows.wait("active Edit Transformation")
         self.display.find("Edit Transformation")
-        self.display.keys("alt+x", *["Tab"] * 4, "space")
+        self.press(windows, "Edit Transformation", "Parameters...", "alt+x")
+        self.display.keys(*["Tab"] * 4, "space")
         windows.wait_until_shown("Stylesheet Parameters", "rows: 2")  # the stylesheet's own one, and the empty one
         self.display.find("Stylesheet Parameters")
         self.display.keys(*["Down"] * 5)
