@@ -82,7 +82,6 @@ std::optional<LogPlace> FindPlainPlace(std::string_view line) {
 } // namespace
 
 LogKind ClassifyLogLine(std::string_view line) {
-  line = line.substr(0, line.find_last_not_of("\r\n ") + 1);
   const auto mark = std::ranges::find_if(
       marks, [line](const Mark &each) { return line.starts_with(each.begin) && line.ends_with(each.end); });
   if (mark != marks.end())

@@ -64,7 +64,7 @@ std::optional<std::string> ShowChooser(const host::FileChooser &chooser) {
 
 void PrintLines(const std::vector<std::string> &lines) {
   for (const std::string &line : lines)
-    std::fputs((line.ends_with('\n') ? line : line + "\n").c_str(), stderr);
+    std::fputs((line + "\n").c_str(), stderr);
 }
 
 host::Answer DesktopFront::Alert(host::AlertKind kind, const std::string &text) {
@@ -96,9 +96,12 @@ void DesktopFront::PlayDialog(host::DialogModel &dialog, const std::function<voi
 }
 
 void DesktopFront::WriteConsole(std::string_view text) {
+  // A line is one line here, even where its text brings a line end of its own.
+  while (text.ends_with('\n') || text.ends_with('\r'))
+    text.remove_suffix(1);
   bool isFirst = false;
   ChangeShared([&] {
-    waiting.emplace_back(text == "\n" ? std::string_view() : text);
+    waiting.emplace_back(text);
     isFirst = waiting.size() == 1;
   });
   if (AreWindowsGone())

@@ -36,12 +36,6 @@ wxTextAttr AttributesOf(host::LogKind kind) {
   return attributes;
 }
 
-std::string WithoutLineEnd(std::string line) {
-  while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
-    line.pop_back();
-  return line;
-}
-
 } // namespace
 
 LogPanel::LogPanel(wxWindow *parent, std::function<void(const host::LogPlace &)> follow)
@@ -74,7 +68,7 @@ void LogPanel::Append(const std::vector<std::string> &lines) {
   ChangeSelection(textPage);
   text->Freeze();
   for (const std::string &line : lines)
-    AppendLine(WithoutLineEnd(line));
+    AppendLine(line);
   text->Thaw();
   text->ShowPosition(text->GetLastPosition());
 }

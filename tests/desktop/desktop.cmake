@@ -23,7 +23,7 @@ vlxslt_add_window_tests(test_leaving.py LeavingTest a_long_run_is_cancelled clos
                         a_signal_ends_a_dialog_and_a_question)
 
 # The scripts of these cases work the windows' controls, and everything comes out as it does without windows.
-foreach(name dialog-choose dialog-manage dialog-new dialog-scripts)
+foreach(name dialog-advanced dialog-choose dialog-manage dialog-new dialog-scripts)
   add_test(NAME windows.${name}
            COMMAND Python3::Interpreter ${desktop_tests}/on_display.py ${Python3_EXECUTABLE} ${desktop_tests}/../run_cases.py
                    --build ${CMAKE_BINARY_DIR} --windows ${name})

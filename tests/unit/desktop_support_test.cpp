@@ -41,7 +41,7 @@ TEST(LogPlace, IsFoundInEveryFormOfMessage) {
 
 TEST(LogPlace, TellsWhatWentWrongFromWhatIsOnlySaid) {
   for (const char *line :
-       {"Transformation Aborted.\r\n", "Error at file /a.xml, line 3, char 4, Message: m",
+       {"Transformation Aborted.", "Error at file /a.xml, line 3, char 4, Message: m",
         "Cannot save the file at following location: /out. Make sure folder exist.", "Folder /in doesn't exist.",
         "XSLT processor Old not found. Please check your XSLT processor preferences.", "File doesn't exist /a.xml.",
         "There aren't any files to be transformed.", "/a/b.xml:3:7: message"})
@@ -49,7 +49,7 @@ TEST(LogPlace, TellsWhatWentWrongFromWhatIsOnlySaid) {
   for (const char *line :
        {"", "There were 3 topics", "Folder of the week", "Transformation of /a.xml", "Output:/a b.html"})
     EXPECT_EQ(host::ClassifyLogLine(line), host::LogKind::Plain) << line;
-  EXPECT_EQ(host::ClassifyLogLine("Transformation Successful.\r\n"), host::LogKind::Success);
+  EXPECT_EQ(host::ClassifyLogLine("Transformation Successful."), host::LogKind::Success);
 }
 
 TEST(EditorCommand, PutsTheLineWhereTheEditorWantsIt) {
