@@ -103,10 +103,20 @@ class WindowTest(unittest.TestCase):
         self.display.find("XSLT Workbench")
         return windows
 
-    def open_dialog(self, windows, title, *keys):
-        self.display.keys(*keys)
+    def reach(self, windows, title):
+        """The window of that title, when the keys go there."""
         windows.wait(f"active {title}")
         self.display.find(title)
+
+    def open_dialog(self, windows, title, *keys):
+        self.display.keys(*keys)
+        self.reach(windows, title)
+
+    def close_dialog(self, windows):
+        """The last one that is open."""
+        self.display.keys("Escape")
+        windows.wait("idle")
+        self.display.find("XSLT Workbench")
 
     def add_transformation(self, name, *more):
         """In the application's catalogue, through the command line."""
@@ -141,6 +151,14 @@ class WindowTest(unittest.TestCase):
         """The first transformation of the list, in the dialog that has just opened."""
         self.press(windows, "Choose Transformation", "OK", "alt+o", "Home", "Down", "Up")
 
+    def run_first(self, windows, *scope):
+        """The first transformation of the list on what the keys choose, in the dialog for an advanced run."""
+        self.display.keys(*scope, "alt+t", "Tab", "Tab", "space")
+        self.reach(windows, "Choose Transformation")
+        self.choose_first(windows)
+        windows.wait("active Advanced Run")
+        self.press(windows, "Advanced Run", "Run", "alt+r")
+
     def press(self, windows, title, button, key, *keys_before):
         """As soon as what was done before has made the button one that can be pressed."""
         self.display.keys(*keys_before) if keys_before else None
@@ -161,12 +179,7 @@ class WindowTest(unittest.TestCase):
         self.add_transformation("Slow", "--xsl", self.path("slow.xsl"), "--suffix", "-out")
         windows = self.workbench(*names)
         self.open_dialog(windows, "Advanced Run", "shift+F5")
-        self.display.keys("alt+a", "alt+t", "Tab", "Tab", "space")
-        windows.wait("active Choose Transformation")
-        self.display.find("Choose Transformation")
-        self.choose_first(windows)
-        windows.wait("active Advanced Run")
-        self.press(windows, "Advanced Run", "Run", "alt+r")
+        self.run_first(windows, "alt+a")
         return windows
 
     def see_it_run(self, windows):
