@@ -31,7 +31,8 @@ public:
 
   bool OnInit() override {
     // Nothing of it pops up.
-    delete wxLog::SetActiveTarget(new wxLogStderr);
+    const std::unique_ptr<wxLog> before(
+        wxLog::SetActiveTarget(new wxLogStderr)); // NOLINT: the toolkit keeps the new one
     SetAppName("vlxslt");
     CallAfter(beginWork);
     return true;

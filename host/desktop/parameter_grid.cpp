@@ -50,7 +50,7 @@ ParameterGrid::ParameterGrid(wxWindow *parent, Actions actions)
 
 // Whoever goes to a cell with the arrows and types means the cell.
 void ParameterGrid::TypeOver(wxKeyEvent &event) {
-  const int letter = event.GetUnicodeKey();
+  const wxChar letter = event.GetUnicodeKey();
   wxTextCtrl *editor = GetGrid()->GetEditorTextCtrl();
   const bool isText = letter > WXK_SPACE && letter != WXK_DELETE && !event.ControlDown() && !event.AltDown();
   if (!isText || !editor || !editor->IsEditable()) {

@@ -60,16 +60,19 @@ class Display:
 
     def find(self, title):
         """The number of the visible window of that title, waiting for it, and the focus on it."""
-        # A window that comes or goes while the tool looks around makes it give up.
         deadline = time.monotonic() + 60
-        while True:
+        while time.monotonic() < deadline:
+            number = self.see(title)
             try:
-                number = self.see(title)
-                self.tool("windowactivate", "--sync", number)
-                return number
+                # Asked again and again: the window manager may not know the window yet.
+                self.tool("windowactivate", number)
+                for _ in range(50):
+                    if self.tool("getactivewindow").strip() == number:
+                        return number
+                    time.sleep(0.01)
             except subprocess.CalledProcessError:
-                if time.monotonic() > deadline:
-                    raise
+                continue  # a window that comes or goes while the tool looks around makes it give up
+        raise AssertionError(f"'{title}' never got the keys")
 
     def see(self, title, seconds=60):
         """The number of the visible window of that title, waiting for it."""

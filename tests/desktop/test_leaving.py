@@ -26,7 +26,7 @@ class LeavingTest(WindowTest):
         self.see_it_run(windows)
         self.display.keys("ctrl+q")
         self.answer(windows, "A run is going on", "Escape", "^XSLT Workbench$")
-        windows.wait("progress " + self.path("in/2.xml"))
+        windows.wait("active workbench")
         self.display.keys("ctrl+q")
         self.answer(windows, "A run is going on", "Return", "^XSLT Workbench$")
         self.assertEqual(windows.end(), 0)
