@@ -44,9 +44,10 @@ DocumentsPanel::DocumentsPanel(wxWindow *parent, Actions actions)
     : wxSimplebook(parent), onAction(std::move(actions)),
       tree(new wxTreeListCtrl(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTL_SINGLE)) {
   tree->SetName("Documents");
-  tree->AppendColumn("Document", FromDIP(205));
-  tree->AppendColumn("Application", FromDIP(105));
-  tree->AppendColumn("Folder", FromDIP(160));
+  const int letter = tree->GetCharWidth();
+  tree->AppendColumn("Document", 27 * letter);
+  tree->AppendColumn("Application", 14 * letter);
+  tree->AppendColumn("Folder", 20 * letter);
   AddPage(MakeEmptyPage(), {});
   AddPage(tree, {});
   ChangeSelection(emptyPage);

@@ -29,11 +29,13 @@ wxColour ColourOf(host::LogKind kind) {
   }
 }
 
-wxTextAttr AttributesOf(host::LogKind kind) {
-  wxTextAttr attributes(ColourOf(kind));
-  attributes.SetFontUnderlined(false);
-  attributes.SetFontWeight(kind == host::LogKind::Heading ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
-  return attributes;
+// Every part of the font is said: what is left out becomes the toolkit's idea of a font, not the person's.
+wxTextAttr AttributesOf(host::LogKind kind, wxFont font, bool isLink = false) {
+  if (kind == host::LogKind::Heading)
+    font.MakeBold();
+  if (isLink)
+    font.MakeUnderlined();
+  return {ColourOf(kind), wxNullColour, font};
 }
 
 } // namespace
@@ -83,16 +85,15 @@ void LogPanel::Clear() {
 void LogPanel::AppendLine(const std::string &line) {
   const host::LogKind kind = host::ClassifyLogLine(line);
   const std::optional<host::LogPlace> place = host::FindLogPlace(line);
-  text->SetDefaultStyle(AttributesOf(kind));
+  const wxFont font = text->GetFont();
+  text->SetDefaultStyle(AttributesOf(kind, font));
   if (place) {
-    wxTextAttr attributes = AttributesOf(kind);
-    attributes.SetFontUnderlined(true);
     text->AppendText(ToWx(line.substr(0, place->begin)));
     const long begin = text->GetLastPosition();
-    text->SetDefaultStyle(attributes);
+    text->SetDefaultStyle(AttributesOf(kind, font, true));
     text->AppendText(ToWx(line.substr(place->begin, place->end - place->begin)));
     links[begin] = {text->GetLastPosition(), *place};
-    text->SetDefaultStyle(AttributesOf(kind));
+    text->SetDefaultStyle(AttributesOf(kind, font));
     text->AppendText(ToWx(line.substr(place->end)) + "\n");
   } else {
     text->AppendText(ToWx(line) + "\n");

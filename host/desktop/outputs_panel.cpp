@@ -15,8 +15,10 @@ OutputsPanel::OutputsPanel(wxWindow *parent, Actions actions)
       list(new wxDataViewListCtrl(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxDV_SINGLE | wxDV_ROW_LINES)),
       open(new wxButton(this, wxID_ANY, "O&pen")), show(new wxButton(this, wxID_ANY, "Show in &Folder")) {
   list->SetName("Outputs");
-  list->AppendTextColumn("Output", wxDATAVIEW_CELL_INERT, FromDIP(200), wxALIGN_LEFT, wxDATAVIEW_COL_RESIZABLE);
-  list->AppendTextColumn("Folder", wxDATAVIEW_CELL_INERT, FromDIP(360), wxALIGN_LEFT, wxDATAVIEW_COL_RESIZABLE);
+  list->AppendTextColumn("Output", wxDATAVIEW_CELL_INERT, 20 * list->GetCharWidth(), wxALIGN_LEFT,
+                         wxDATAVIEW_COL_RESIZABLE);
+  list->AppendTextColumn("Folder", wxDATAVIEW_CELL_INERT, 45 * list->GetCharWidth(), wxALIGN_LEFT,
+                         wxDATAVIEW_COL_RESIZABLE);
   auto *buttons = new wxBoxSizer(wxVERTICAL);
   buttons->Add(open, wxSizerFlags().Expand());
   buttons->Add(show, wxSizerFlags().Expand().Border(wxTOP));
@@ -42,6 +44,7 @@ void OutputsPanel::Add(const std::string &path) {
   list->InsertItem(0, row);
   paths.insert(paths.begin(), path);
   list->SelectRow(0);
+  list->EnsureVisible(list->RowToItem(0));
   UpdateButtons();
 }
 
