@@ -1,5 +1,6 @@
 #include "host/configuration.h"
 
+#include "host/text_file.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 
@@ -9,7 +10,6 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <span>
 #include <sstream>
@@ -245,15 +245,6 @@ private:
   std::string folder;
 };
 
-std::optional<std::string> ReadWholeFile(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!kit::IsFile(path) || !file)
-    return std::nullopt;
-  std::ostringstream content;
-  content << file.rdbuf();
-  return content.str();
-}
-
 // Fills what the file leaves open, and brings folders into the form that the session hands out.
 void Complete(Configuration &configuration, const Installation &installation) {
   if (configuration.installFolder.empty())
@@ -288,7 +279,7 @@ ConfigurationResult ReadConfiguration(const std::string &path, const Installatio
   ConfigurationResult result;
   if (!path.empty()) {
     const std::string absolute = kit::AbsolutePath(path);
-    const std::optional<std::string> text = ReadWholeFile(absolute);
+    const std::optional<std::string> text = ReadTextFile(absolute);
     if (!text) {
       result.problems.push_back(absolute + ": the configuration file cannot be read");
       return result;

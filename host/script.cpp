@@ -1,11 +1,9 @@
 #include "host/script.h"
 
-#include "kit/paths.h"
+#include "host/text_file.h"
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 
 namespace host {
 
@@ -134,11 +132,10 @@ ScriptResult ParseScript(std::string_view text) {
 }
 
 ScriptResult ReadScript(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!kit::IsFile(path) || !file)
+  const std::optional<std::string> text = ReadTextFile(path);
+  if (!text)
     return {.steps = {}, .error = "there is no script " + path};
-  const std::string text(std::istreambuf_iterator<char>(file), {});
-  ScriptResult result = ParseScript(text);
+  ScriptResult result = ParseScript(*text);
   if (!result.error.empty())
     result.error = path + ", " + result.error;
   return result;

@@ -3,13 +3,13 @@
 #include "host/cancellation.h"
 #include "host/cli/printing.h"
 #include "host/request_builder.h"
+#include "host/text_file.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 
@@ -30,10 +30,10 @@ RequestText ReadRequest(const std::string &argument) {
     request.text.assign(std::istreambuf_iterator<char>(std::cin), {});
   } else if (argument.starts_with('@')) {
     const std::string path = argument.substr(1);
-    std::ifstream file(path, std::ios::binary);
-    if (!kit::IsFile(path) || !file)
+    if (const auto text = host::ReadTextFile(path))
+      request.text = *text;
+    else
       request.error = "there is no request file " + path;
-    request.text.assign(std::istreambuf_iterator<char>(file), {});
   } else {
     request.text = argument;
     return request;
