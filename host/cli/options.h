@@ -4,6 +4,7 @@
 
 #include "host/terminal_front.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -75,7 +76,7 @@ struct RecordOptions {
   std::vector<std::string> droppedParameters;
   std::string output;
   std::string folder;
-  std::string suffix;
+  std::optional<std::string> suffix; // an empty one takes the suffix away
   std::string openOutput;
 };
 
