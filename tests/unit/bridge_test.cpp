@@ -227,6 +227,39 @@ TEST_F(BridgeTest, WritesAllOutputsOrNone) {
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
 }
 
+// A second result that has nowhere to go ends the transformation with a reason, and takes no first one with it.
+TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
+  const std::string xml = Write("in.xml", "<doc/>");
+  const auto write = [this](const std::string &main, const std::string &href) {
+    return Write("two.xsl", Stylesheet("<xsl:template match='/'>" + main + "<xsl:result-document href='" + href +
+                                           "'><second/></xsl:result-document></xsl:template>",
+                                       "2.0"));
+  };
+  fs::create_directories(folder / "taken");
+  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  struct Row {
+    std::string main, href, reason;
+  };
+  for (const Row &row :
+       {Row{"<main/>", "taken", "Cannot write " + Path("taken") + ": The output is a folder"},
+        Row{"<main/>", "in.xml/below", "Cannot write " + Path("in.xml/below") + ": "},
+        Row{"<main/>", "http://example.invalid/x", "A result can only be written to a file"},
+        Row{"<main/>", "out", "Two results of the transformation go to the same file: " + Path("out")}}) {
+    Write("out", "old");
+    const std::string log = Run(xml, write(row.main, row.href));
+    EXPECT_FALSE(succeeded) << row.href;
+    EXPECT_EQ(CountOf(log, "Fatal Error at file "), 1U) << log;
+    EXPECT_NE(log.find(row.reason), std::string::npos) << log;
+    EXPECT_EQ(Read("out"), "old") << row.href;
+  }
+  // One that is the only result may well take the name of the principal one.
+  EXPECT_EQ(Run(xml, write("", "out")), "");
+  EXPECT_TRUE(succeeded);
+  EXPECT_EQ(Read("out"), "<second/>");
+  for (const auto &entry : fs::recursive_directory_iterator(folder))
+    EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
+}
+
 TEST_F(BridgeTest, CompilesAgainWhenAModuleChanges) {
   const std::string xml = Write("in.xml", "<doc/>");
   const std::string xsl =
