@@ -7,7 +7,7 @@ foreach(kind IN ITEMS stub half)
 endforeach()
 
 vlxslt_add_unit_test(host_test SOURCES host_files.cpp host_catalogs_test.cpp host_clients_test.cpp
-                                       host_components_test.cpp host_configuration_test.cpp
+                                       host_components_test.cpp host_configuration_edit_test.cpp host_configuration_test.cpp
                                        desktop_support_test.cpp
                      LIBRARIES vlxslt_host)
 target_compile_definitions(host_test PRIVATE VLXSLT_STUB_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/stub_clients"
