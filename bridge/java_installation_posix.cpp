@@ -22,7 +22,7 @@ constexpr std::array libraryPlaces = {"lib/server/libjvm.so", "jre/lib/amd64/ser
 
 std::string FindLibrary(const std::string &home) {
   for (const char *place : libraryPlaces)
-    if (const std::string library = kit::JoinPath(home, place); kit::IsFile(library))
+    if (std::string library = kit::JoinPath(home, place); kit::IsFile(library))
       return library;
   return {};
 }

@@ -1,5 +1,6 @@
 // The virtual machine inside this process: one, created once. Everything here is called on the Java thread, except
-// where it says otherwise. Nothing throws, and no pending Java exception is left behind.
+// where it says otherwise; parked, it has none and can be destroyed on any. Nothing throws, and no pending Java
+// exception is left behind.
 #ifndef BRIDGE_JAVA_MACHINE_H
 #define BRIDGE_JAVA_MACHINE_H
 
@@ -29,6 +30,10 @@ public:
   ~JavaMachine();
   JavaMachine(const JavaMachine &) = delete;
   JavaMachine &operator=(const JavaMachine &) = delete;
+
+  // Leaves the thread, after which the machine waits; Resume takes it up on another one. False when that fails.
+  void Park();
+  [[nodiscard]] bool Resume();
 
   [[nodiscard]] JNIEnv *Environment() const { return environment; }
 

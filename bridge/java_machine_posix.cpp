@@ -181,14 +181,25 @@ std::string MachineWords() {
 }
 
 JavaMachine::~JavaMachine() {
-  if (!machine)
-    return;
-  std::vector<std::string> classes;
+  if (machine)
+    machine->DestroyJavaVM();
+}
+
+void JavaMachine::Park() {
   if (hasSucceeded && archive.IsMissing())
-    classes = ListClasses();
-  machine->DestroyJavaVM();
-  if (!classes.empty())
-    archive.WriteInBackground(home, options, classes);
+    archive.WriteInBackground(home, options, ListClasses());
+  hasSucceeded = false;
+  environment = nullptr;
+  machine->DetachCurrentThread();
+}
+
+bool JavaMachine::Resume() {
+  void *attached = nullptr;
+  JavaVMAttachArgs arguments{JNI_VERSION_10, nullptr, nullptr};
+  if (machine->AttachCurrentThread(&attached, &arguments) != JNI_OK)
+    return false;
+  environment = static_cast<JNIEnv *>(attached);
+  return true;
 }
 
 std::vector<std::string> JavaMachine::ListClasses() const {

@@ -9,6 +9,7 @@
 #include "kit/values.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -45,7 +46,7 @@ std::vector<std::string> OwnJars() {
 
 struct ClassPathParts {
   std::vector<std::string> jars;
-  std::string folders; // separated as they came
+  std::string folders; // each with ";" behind it
 };
 
 // Folders go to a loader of their own behind the jars: with a folder on the class path proper, Java would refuse to
@@ -77,7 +78,21 @@ XSLTManagedLayer &XSLTManagedLayer::GetInstance() {
   return layer;
 }
 
-void XSLTManagedLayer::SetClassPath(const char *given) { classPath = given ? given : ""; }
+void XSLTManagedLayer::SetClassPath(const char *given) {
+  classPath = given ? given : "";
+  hasNewClassPath = true;
+}
+
+// Java never takes a jar back or exchanges it, but it can be given more.
+void XSLTManagedLayer::HandOverClassPath() {
+  hasNewClassPath = false;
+  ClassPathParts parts = SortClassPath(classPath);
+  for (const std::string &jar : parts.jars)
+    if (std::ranges::find(jarsFromStart, jar) == jarsFromStart.end())
+      parts.folders += jar + ";";
+  machine->Environment()->CallVoidMethod(methods.layer, methods.setClassPath,
+                                         machine->MakeString(parts.folders.c_str()));
+}
 
 bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
   if (!isStarted) {
@@ -85,27 +100,39 @@ bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
     const bridge::JavaInstallation java = bridge::FindJava(kit::GetString(V_SESSION, V_SP_JAVA_HOME));
     problem = java.problem;
     if (problem.empty()) {
-      const ClassPathParts parts = SortClassPath(classPath);
+      jarsFromStart = SortClassPath(classPath).jars;
       const bridge::MachineSetup setup{
-          java.home, java.library, purpose, parts.jars, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS), [this] {
+          java.home, java.library, purpose, jarsFromStart, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS), [this] {
             pump.Abandon();
           }};
-      if (!pump.RunOnJava([&] { StartOnJava(setup, parts.folders); }))
+      if (!pump.RunOnJava([&] { StartOnJava(setup); }))
         problem = bridge::MachineWords();
     }
   }
+  if (problem.empty() && (isParked || hasNewClassPath) && !pump.RunOnJava([this] { ResumeOnJava(); }))
+    problem = bridge::MachineWords();
   if (!problem.empty())
     Report(problem);
   return problem.empty();
 }
 
-void XSLTManagedLayer::StartOnJava(const bridge::MachineSetup &setup, const std::string &folders) {
+void XSLTManagedLayer::ResumeOnJava() {
+  if (isParked && !machine->Resume()) {
+    problem = "Java does not take up its work again. Start this program anew.";
+    return;
+  }
+  isParked = false;
+  const bridge::LocalFrame frame(machine->Environment());
+  HandOverClassPath();
+}
+
+void XSLTManagedLayer::StartOnJava(const bridge::MachineSetup &setup) {
   machine = bridge::JavaMachine::Create(setup, problem);
-  if (machine && !ConnectLayer(folders))
+  if (machine && !ConnectLayer())
     problem = "The Java layer in " + setup.classPath.front() + " cannot be used: " + machine->TakeException();
 }
 
-bool XSLTManagedLayer::ConnectLayer(const std::string &folders) {
+bool XSLTManagedLayer::ConnectLayer() {
   JNIEnv *java = machine->Environment();
   const bridge::LocalFrame frame(java);
   if (!RegisterHandler(java, pump))
@@ -118,8 +145,8 @@ bool XSLTManagedLayer::ConnectLayer(const std::string &folders) {
   jmethodID makeHandler = getInstance ? java->GetMethodID(handlerType, "<init>", "()V") : nullptr;
   jmethodID setHandler =
       makeHandler ? java->GetMethodID(type, "SetVLXSLTJavaHandler", "(Lvlxslt/IVLXSLTJavaHandler;)V") : nullptr;
-  jmethodID setClassPath = setHandler ? java->GetMethodID(type, "SetClassPath", "(Ljava/lang/String;)V") : nullptr;
-  if (!setClassPath || !FindMethods(java, type))
+  methods.setClassPath = setHandler ? java->GetMethodID(type, "SetClassPath", "(Ljava/lang/String;)V") : nullptr;
+  if (!methods.setClassPath || !FindMethods(java, type))
     return false;
   jobject layer = java->CallStaticObjectMethod(type, getInstance);
   jobject handler = layer ? java->NewObject(handlerType, makeHandler) : nullptr;
@@ -127,7 +154,7 @@ bool XSLTManagedLayer::ConnectLayer(const std::string &folders) {
     return false;
   methods.layer = java->NewGlobalRef(layer);
   java->CallVoidMethod(layer, setHandler, handler);
-  java->CallVoidMethod(layer, setClassPath, machine->MakeString(folders.c_str()));
+  HandOverClassPath();
   return !java->ExceptionCheck();
 }
 
@@ -221,12 +248,18 @@ bridge::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const char *tClass) {
 }
 
 void XSLTManagedLayer::ShutDown() {
-  if (!machine)
+  if (!machine || isParked)
     return;
-  if (!pump.RunOnJava([this] { machine.reset(); }))
-    (void)machine.release(); // its thread is lost; the process ends soon
+  isParked = pump.RunOnJava([this] { machine->Park(); });
   pump.Stop();
-  problem = "Java has been shut down.";
+  if (!isParked) {
+    (void)machine.release(); // its thread is lost; the process ends soon
+    problem = "Java has been shut down.";
+    return;
+  }
+  // A process cannot make a second machine, and a host may start its clients anew: this one goes with the process.
+  static const bool isLeft = std::atexit([] { GetInstance().machine.reset(); }) == 0;
+  static_cast<void>(isLeft);
 }
 
 } // namespace VLXSLT

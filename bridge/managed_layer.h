@@ -33,12 +33,15 @@ private:
     jmethodID transform = nullptr;
     jmethodID setTransformer = nullptr;
     jmethodID probe = nullptr;
+    jmethodID setClassPath = nullptr;
   };
 
   // `purpose` tells apart what is worth a class archive of its own.
   [[nodiscard]] bool EnsureJava(const std::string &purpose);
-  void StartOnJava(const bridge::MachineSetup &setup, const std::string &folders);
-  [[nodiscard]] bool ConnectLayer(const std::string &folders);
+  void StartOnJava(const bridge::MachineSetup &setup);
+  [[nodiscard]] bool ConnectLayer();
+  void ResumeOnJava();
+  void HandOverClassPath();
   [[nodiscard]] bool FindMethods(JNIEnv *java, jclass type);
   void NameMissingEntries() const;
   // Runs on the Java thread with the machine; a pending exception becomes a message. False when Java is gone.
@@ -46,11 +49,14 @@ private:
   void NoteLoss();
 
   std::string classPath;
+  std::vector<std::string> jarsFromStart;
   bridge::JavaPump pump;
   std::unique_ptr<bridge::JavaMachine> machine; // made and destroyed on the Java thread
   Methods methods;
   std::string problem; // why Java cannot be used; asked for again every time
   bool isStarted = false;
+  bool isParked = false; // between a shutdown and the next use
+  bool hasNewClassPath = false;
 };
 
 // "VLXSLT::GetXSLTManagedLayerInstance()" as the bridge's calls use it.

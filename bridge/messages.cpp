@@ -9,12 +9,6 @@ extern const std::byte vlxsltResourcesEnd[];
 
 namespace bridge {
 
-namespace {
-
-constexpr size_t longestText = 1023;
-
-} // namespace
-
 kit::Resources::Bytes ResourceImage() { return {vlxsltResourcesBegin, vlxsltResourcesEnd}; }
 
 const kit::Resources &ClientResources() {
@@ -23,7 +17,7 @@ const kit::Resources &ClientResources() {
 }
 
 std::string LoadMessage(MessageId id) {
-  return std::string(kit::Truncate(ClientResources().Text(static_cast<uint16_t>(id)), longestText));
+  return std::string(kit::Truncate(ClientResources().Text(static_cast<uint16_t>(id)), kit::longestText));
 }
 
 std::string FormatMessage(MessageId id, std::initializer_list<std::string_view> values) {

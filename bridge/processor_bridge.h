@@ -12,7 +12,8 @@
 
 namespace bridge {
 
-// The class path of all processors, entries separated by ";". Kept until Java starts; costs nothing by itself.
+// The class path of all processors, entries separated by ";". Kept until Java starts; costs nothing by itself. Java
+// that has started is given what is new.
 void SetClassPath(const char *classPath);
 
 // Selects a processor by its TransformerFactory class; starts Java when it does not run yet. 1 or 0; why it failed

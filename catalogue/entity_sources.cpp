@@ -2,13 +2,12 @@
 
 #include "catalogue/xml_text.h"
 #include "kit/paths.h"
+#include "kit/read_file.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/sax/InputSource.hpp>
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 namespace catalogue {
@@ -66,9 +65,7 @@ xercesc::InputSource *LocalEntities::resolveEntity(XMLResourceIdentifier *resour
   const std::string path = LocalPath(*resource);
   if (IsSchema(*resource) || !kit::IsFile(path))
     return NoEntities::resolveEntity(resource);
-  std::ifstream file(path, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  return new TextSource(std::move(text), ToUtf16(path).value_or(std::u16string()).c_str());
+  return new TextSource(kit::ReadFile(path).bytes, ToUtf16(path).value_or(std::u16string()).c_str());
 }
 
 } // namespace catalogue

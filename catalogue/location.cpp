@@ -1,6 +1,7 @@
 #include "catalogue/location.h"
 
 #include "catalogue/reader.h"
+#include "catalogue/request_options.h"
 #include "catalogue/state.h"
 #include "kit/paths.h"
 #include "kit/text.h"
@@ -12,7 +13,6 @@ namespace catalogue {
 
 namespace {
 
-constexpr std::string_view defaultsName = "<Defaults>";
 constexpr const char *dispatcher = "VlDispatcher";
 
 struct PathVariable {
@@ -56,17 +56,6 @@ std::string ExpandVariable(std::string path) {
   return path;
 }
 
-// The value of -appname in a request, as the client that gets the request will read it.
-std::string ScanApplicationName(std::string_view request) {
-  kit::Tokenizer tokens(request);
-  std::string token;
-  std::string name;
-  while (tokens.Next(token))
-    if (kit::EqualsIgnoreCase(token, "-appname") && !tokens.Next(name))
-      name.clear();
-  return name;
-}
-
 bool HasCatalogue(const std::string &applicationName) { return !GetTransformationFile(applicationName).empty(); }
 
 void AddWithCatalogue(std::vector<std::string> &names, const std::string &name) {
@@ -98,7 +87,8 @@ std::string TransformationFileRequest(const std::string &applicationName) {
 std::string GetTransformationFile(const std::string &applicationName) {
   if (applicationName.empty())
     return {};
-  const std::string name = ScanApplicationName(TransformationFileRequest(applicationName));
+  // The name as whoever gets the request will read it.
+  const std::string name = ScanRequestOptions(TransformationFileRequest(applicationName)).applicationName;
   if (name.empty())
     return {};
   const kit::TypedValues reply = kit::CallClient(dispatcher, TransformationFileRequest(name));

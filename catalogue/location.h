@@ -7,9 +7,13 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace catalogue {
+
+// The application that every document has.
+inline constexpr std::string_view defaultsName = "<Defaults>";
 
 // The absolute path that a stored or requested one stands for: URL form, a leading $STRUCTDIR or $VLHOME, and relative
 // paths against the folder of `basePath`, or against the installation folder without one. Empty for an empty path.

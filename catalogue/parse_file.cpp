@@ -4,18 +4,15 @@
 #include "bridge/xslt_error_handler.h"
 #include "catalogue/entity_sources.h"
 #include "catalogue/xml_text.h"
-#include "kit/handle.h"
 #include "kit/paths.h"
+#include "kit/read_file.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/validators/common/Grammar.hpp>
 
-#include <cerrno>
-#include <cstdio>
 #include <optional>
 #include <string_view>
-#include <system_error>
 
 namespace catalogue {
 
@@ -30,25 +27,13 @@ constexpr size_t memoryAtLeast = size_t{256} << 20;
 constexpr size_t memoryPerByte = 200;
 constexpr XMLSize_t mostExpansions = 50000;
 
-struct CloseFile {
-  void operator()(FILE *file) const { std::fclose(file); }
-};
-
-std::optional<std::string> Unreadable(const std::string &path, int code) {
-  XSLTErrorHandler::GetInst().ReportMessage((path + ": " + std::generic_category().message(code)).c_str());
-  return std::nullopt;
-}
-
-// The library would take a path through the locale's character set, so files are opened here.
+// The library would take a path through the locale's character set, so files are read here.
 std::optional<std::string> ReadBytes(const std::string &path) {
-  const auto file = kit::Handle<FILE, CloseFile{}>::Adopt(std::fopen(path.c_str(), "rbe"));
-  if (!file)
-    return Unreadable(path, errno);
-  std::string bytes;
-  char buffer[1 << 16];
-  while (const size_t count = std::fread(buffer, 1, sizeof(buffer), file.Get()))
-    bytes.append(buffer, count);
-  return std::ferror(file.Get()) ? Unreadable(path, errno) : std::optional(std::move(bytes));
+  kit::FileContent content = kit::ReadFile(path);
+  if (content.error.empty())
+    return std::move(content.bytes);
+  XSLTErrorHandler::GetInst().ReportMessage(content.error.c_str());
+  return std::nullopt;
 }
 
 // The bytes must outlive the source.

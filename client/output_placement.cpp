@@ -68,7 +68,7 @@ std::string TemporaryOutput(const std::string &input) {
   const std::string tail = extension.empty() ? std::string() : "." + extension;
   std::string path = plain + tail;
   for (int counter = 0; kit::Exists(path); ++counter)
-    path = plain + std::to_string(counter) + tail;
+    path.assign(plain).append(std::to_string(counter)).append(tail);
   return path;
 }
 

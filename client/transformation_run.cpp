@@ -22,8 +22,6 @@ using catalogue::OpenOutputKind;
 using catalogue::OutputLocationKind;
 using catalogue::Transformation;
 
-constexpr std::string_view defaultsName = "<Defaults>";
-
 void ReportUsage(std::string_view what) { V_ApiReportUsage("StructuredVellis", "XSLT", std::string(what).c_str()); }
 
 RunResult ToResult(bool success) { return success ? RunResult::Done : RunResult::Failed; }
@@ -83,7 +81,7 @@ public:
 
 private:
   [[nodiscard]] std::vector<std::string> FilterInputs() const {
-    if (request.applicationName.empty() || kit::EqualsIgnoreCase(request.applicationName, defaultsName))
+    if (request.applicationName.empty() || kit::EqualsIgnoreCase(request.applicationName, catalogue::defaultsName))
       return request.inputs;
     std::vector<std::string> kept;
     for (const std::string &input : request.inputs)

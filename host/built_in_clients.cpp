@@ -22,11 +22,8 @@ std::map<std::string, std::string> ReadOptions(std::string_view text) {
   std::string name;
   std::string value;
   while (tokens.Next(name))
-    if (name.starts_with('-') && tokens.Next(value)) {
-      std::ranges::transform(name, name.begin(),
-                             [](char letter) { return letter >= 'A' && letter <= 'Z' ? char(letter + 32) : letter; });
-      options[name] = value;
-    }
+    if (name.starts_with('-') && tokens.Next(value))
+      options[kit::LowerCase(name)] = value;
   return options;
 }
 
@@ -36,8 +33,6 @@ std::optional<std::string_view> Follows(std::string_view request, std::string_vi
     return std::nullopt;
   return request.substr(name.size() + 1);
 }
-
-constexpr std::string_view defaultsName = "<Defaults>";
 
 } // namespace
 

@@ -1,7 +1,7 @@
 #include "host/configuration.h"
 
-#include "host/text_file.h"
 #include "kit/paths.h"
+#include "kit/read_file.h"
 #include "kit/text.h"
 
 #include <toml++/toml.h>
@@ -269,7 +269,7 @@ std::string FindConfigurationFile(const std::string &named, const Installation &
   std::string folder = config && *config ? config : "";
   if (folder.empty() && home && *home)
     folder = kit::JoinPath(home, ".config");
-  if (const std::string own = kit::JoinPath(folder, "vlxslt/vlxslt.toml"); !folder.empty() && kit::Exists(own))
+  if (std::string own = kit::JoinPath(folder, "vlxslt/vlxslt.toml"); !folder.empty() && kit::Exists(own))
     return own;
   const std::string installed = installation.DefaultConfigurationPath();
   return kit::Exists(installed) ? installed : std::string();
@@ -279,13 +279,13 @@ ConfigurationResult ReadConfiguration(const std::string &path, const Installatio
   ConfigurationResult result;
   if (!path.empty()) {
     const std::string absolute = kit::AbsolutePath(path);
-    const std::optional<std::string> text = ReadTextFile(absolute);
-    if (!text) {
-      result.problems.push_back(absolute + ": the configuration file cannot be read");
+    const kit::FileContent content = kit::ReadFile(absolute);
+    if (!content.error.empty()) {
+      result.problems.push_back("the configuration file cannot be read: " + content.error);
       return result;
     }
     ConfigurationReader reader(result, absolute);
-    const toml::parse_result parsed = toml::parse(*text);
+    const toml::parse_result parsed = toml::parse(content.bytes);
     if (!parsed)
       reader.Report(parsed.error().source().begin, std::string(parsed.error().description()));
     else

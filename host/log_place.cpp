@@ -13,6 +13,7 @@ namespace {
 struct Mark {
   std::string_view begin;
   LogKind kind;
+  std::string_view end = {};
 };
 constexpr std::array marks = {
     Mark{"XSL Transformation Log", LogKind::Heading},
@@ -22,6 +23,19 @@ constexpr std::array marks = {
     Mark{"Error at file ", LogKind::Error},
     Mark{"Fatal Error at file ", LogKind::Error},
     Mark{"Warning at file ", LogKind::Warning},
+    // What is said instead of a run.
+    Mark{"Cannot save ", LogKind::Error},
+    Mark{"Cannot overwrite ", LogKind::Error},
+    Mark{"Cannot find ", LogKind::Error},
+    Mark{"Invalid ", LogKind::Error},
+    Mark{"You cannot apply ", LogKind::Error},
+    Mark{"There isn't ", LogKind::Error},
+    Mark{"There aren't ", LogKind::Error},
+    Mark{"There is no active ", LogKind::Error},
+    Mark{"File doesn't exist ", LogKind::Error},
+    Mark{"Folder ", LogKind::Error, " doesn't exist."},
+    Mark{"Transformation ", LogKind::Error, " not found."},
+    Mark{"XSLT pro", LogKind::Error, " Please check your XSLT processor preferences."},
 };
 
 int32_t ReadNumber(std::string_view text) {
@@ -68,7 +82,8 @@ std::optional<LogPlace> FindPlainPlace(std::string_view line) {
 } // namespace
 
 LogKind ClassifyLogLine(std::string_view line) {
-  const auto mark = std::ranges::find_if(marks, [line](const Mark &each) { return line.starts_with(each.begin); });
+  const auto mark = std::ranges::find_if(
+      marks, [line](const Mark &each) { return line.starts_with(each.begin) && line.ends_with(each.end); });
   if (mark != marks.end())
     return mark->kind;
   return FindPlainPlace(line) ? LogKind::Error : LogKind::Plain;

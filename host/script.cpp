@@ -1,6 +1,7 @@
 #include "host/script.h"
 
-#include "host/text_file.h"
+#include "kit/paths.h"
+#include "kit/read_file.h"
 
 #include <algorithm>
 #include <array>
@@ -132,10 +133,12 @@ ScriptResult ParseScript(std::string_view text) {
 }
 
 ScriptResult ReadScript(const std::string &path) {
-  const std::optional<std::string> text = ReadTextFile(path);
-  if (!text)
+  if (!kit::Exists(path))
     return {.steps = {}, .error = "there is no script " + path};
-  ScriptResult result = ParseScript(*text);
+  const kit::FileContent content = kit::ReadFile(path);
+  if (!content.error.empty())
+    return {.steps = {}, .error = "the script cannot be read: " + content.error};
+  ScriptResult result = ParseScript(content.bytes);
   if (!result.error.empty())
     result.error = path + ", " + result.error;
   return result;

@@ -13,6 +13,8 @@ template <class Field> struct Property {
   int32_t number;
   Field field;
 };
+// Older compilers do not deduce for aggregates by themselves.
+template <class Field> Property(int32_t, Field) -> Property<Field>;
 
 constexpr std::array sessionTexts = {
     Property{V_SP_PRODUCT_NAME, &Configuration::product},

@@ -14,6 +14,7 @@ bool StartProgram(const std::vector<std::string> &words) {
     return false;
   std::vector<std::string> held = words;
   std::vector<char *> arguments;
+  arguments.reserve(held.size() + 1);
   for (std::string &word : held)
     arguments.push_back(word.data());
   arguments.push_back(nullptr);

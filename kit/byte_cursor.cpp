@@ -28,6 +28,14 @@ std::string ByteCursor::WideText(uint16_t first) {
   return WideToUtf8(text);
 }
 
+NumberOrText ByteCursor::Identifier() {
+  constexpr uint16_t mark = 0xFFFF;
+  const uint16_t first = Word();
+  if (first == mark)
+    return {.number = Word(), .text = {}};
+  return {.number = 0, .text = WideText(first)};
+}
+
 std::string ByteCursor::NarrowText() {
   std::string text;
   for (uint8_t byte = Byte(); byte != 0; byte = Byte())

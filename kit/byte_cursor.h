@@ -10,6 +10,12 @@
 
 namespace kit {
 
+// How resources name types, names, classes and contents: by a number behind a mark, or by text. Nothing is both empty.
+struct NumberOrText {
+  uint16_t number = 0;
+  std::string text;
+};
+
 class ByteCursor {
 public:
   using Bytes = std::span<const std::byte>;
@@ -18,9 +24,9 @@ public:
   [[nodiscard]] uint8_t Byte();
   [[nodiscard]] uint16_t Word();
   [[nodiscard]] uint32_t DoubleWord();
-  // UTF-16 up to its NUL, as UTF-8, after a first unit that was read already.
-  [[nodiscard]] std::string WideText(uint16_t first);
+  // UTF-16 up to its NUL, as UTF-8.
   [[nodiscard]] std::string WideText() { return WideText(Word()); }
+  [[nodiscard]] NumberOrText Identifier();
   // Bytes up to their NUL.
   [[nodiscard]] std::string NarrowText();
   Bytes Take(size_t count);
@@ -30,6 +36,9 @@ public:
   [[nodiscard]] bool IsGood() const { return good; }
 
 private:
+  // After a first unit that was read already.
+  [[nodiscard]] std::string WideText(uint16_t first);
+
   Bytes bytes;
   size_t at = 0;
   bool good = true;

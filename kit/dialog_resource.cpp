@@ -9,22 +9,10 @@ namespace kit {
 namespace {
 
 constexpr uint16_t extendedVersion = 1;
-constexpr uint16_t mark = 0xFFFF;
+constexpr uint16_t extendedSignature = 0xFFFF;
 constexpr uint32_t styleNamesFont = 0x40;
+constexpr uint16_t tableMark = 0xFFFF;
 constexpr size_t tableFiller = 12;
-
-// A class, a menu or a control's content: nothing, a number behind a mark, or text.
-struct NumberOrText {
-  uint16_t number = 0;
-  std::string text;
-};
-
-NumberOrText ReadNumberOrText(ByteCursor &cursor) {
-  const uint16_t first = cursor.Word();
-  if (first == mark)
-    return {.number = cursor.Word(), .text = {}};
-  return {.number = 0, .text = cursor.WideText(first)};
-}
 
 DialogRectangle ReadRectangle(ByteCursor &cursor) {
   DialogRectangle rectangle;
@@ -48,8 +36,8 @@ DialogControl ReadControl(ByteCursor &cursor) {
   control.style = cursor.DoubleWord();
   control.place = ReadRectangle(cursor);
   control.id = cursor.DoubleWord();
-  control.controlClass = ToControlClass(ReadNumberOrText(cursor).number);
-  control.text = ReadNumberOrText(cursor).text;
+  control.controlClass = ToControlClass(cursor.Identifier().number);
+  control.text = cursor.Identifier().text;
   cursor.Take(cursor.Word()); // creation data
   return control;
 }
@@ -67,7 +55,7 @@ void ReadFont(ByteCursor &cursor, DialogTemplate &dialog) {
 std::optional<DialogTemplate> ReadDialogTemplate(Resources::Bytes bytes) {
   ByteCursor cursor(bytes);
   const uint16_t version = cursor.Word();
-  if (const uint16_t signature = cursor.Word(); version != extendedVersion || signature != mark)
+  if (const uint16_t signature = cursor.Word(); version != extendedVersion || signature != extendedSignature)
     return std::nullopt;
   DialogTemplate dialog;
   static_cast<void>(cursor.DoubleWord()); // help id
@@ -75,8 +63,8 @@ std::optional<DialogTemplate> ReadDialogTemplate(Resources::Bytes bytes) {
   dialog.style = cursor.DoubleWord();
   const uint16_t count = cursor.Word();
   dialog.place = ReadRectangle(cursor);
-  static_cast<void>(ReadNumberOrText(cursor)); // menu
-  static_cast<void>(ReadNumberOrText(cursor)); // window class
+  static_cast<void>(cursor.Identifier()); // menu
+  static_cast<void>(cursor.Identifier()); // window class
   dialog.title = cursor.WideText();
   if (dialog.style & styleNamesFont)
     ReadFont(cursor, dialog);
@@ -89,7 +77,7 @@ std::optional<DialogTemplate> ReadDialogTemplate(Resources::Bytes bytes) {
 
 std::optional<DialogItemTable> ReadDialogItemTable(Resources::Bytes bytes) {
   ByteCursor cursor(bytes);
-  if (cursor.Word() != mark)
+  if (cursor.Word() != tableMark)
     return std::nullopt;
   DialogItemTable table;
   table.cancelItem = cursor.Word();

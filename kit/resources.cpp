@@ -1,8 +1,7 @@
 #include "kit/resources.h"
 
 #include "kit/byte_cursor.h"
-
-#include <algorithm>
+#include "kit/text.h"
 
 namespace kit {
 
@@ -11,28 +10,7 @@ namespace {
 constexpr uint16_t dialogType = 5;
 constexpr uint16_t textType = 6;
 constexpr uint16_t itemTableType = 500;
-constexpr uint16_t ordinalMark = 0xFFFF;
 constexpr size_t textsPerBlock = 16;
-
-std::string UpperCase(std::string_view text) {
-  std::string upper(text);
-  std::ranges::transform(upper, upper.begin(),
-                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  return upper;
-}
-
-// A type or a name: a number behind a mark, or text up to its NUL.
-struct Identifier {
-  uint16_t number = 0;
-  std::string name;
-};
-
-Identifier ReadIdentifier(ByteCursor &cursor) {
-  const uint16_t first = cursor.Word();
-  if (first == ordinalMark)
-    return {.number = cursor.Word(), .name = {}};
-  return {.number = 0, .name = UpperCase(cursor.WideText(first))};
-}
 
 } // namespace
 
@@ -46,16 +24,16 @@ std::optional<Resources> Resources::Read(Bytes image) {
     if (headerSize < sizesBefore)
       return std::nullopt;
     ByteCursor header(cursor.Take(headerSize - sizesBefore));
-    const Identifier type = ReadIdentifier(header);
-    const Identifier name = ReadIdentifier(header);
+    const uint16_t type = header.Identifier().number;
+    const NumberOrText name = header.Identifier();
     const Bytes data = cursor.Take(dataSize);
     cursor.AlignTo(4);
     if (!cursor.IsGood() || !header.IsGood())
       return std::nullopt;
-    if (type.number == textType && !resources.AddTextBlock(name.number, data))
+    if (type == textType && !resources.AddTextBlock(name.number, data))
       return std::nullopt;
-    if (!name.name.empty())
-      resources.entries[{type.number, name.name}] = data;
+    if (!name.text.empty())
+      resources.entries[{type, LowerCase(name.text)}] = data;
   }
   if (resources.entries.empty() && resources.texts.empty())
     return std::nullopt;
@@ -79,7 +57,7 @@ bool Resources::AddTextBlock(uint16_t block, Bytes data) {
 }
 
 Resources::Bytes Resources::Find(uint16_t type, std::string_view name) const {
-  const auto found = entries.find({type, UpperCase(name)});
+  const auto found = entries.find({type, LowerCase(name)});
   return found == entries.end() ? Bytes() : found->second;
 }
 

@@ -18,6 +18,12 @@ bool StartsWithIgnoreCase(std::string_view text, std::string_view prefix) {
   return text.size() >= prefix.size() && EqualsIgnoreCase(text.substr(0, prefix.size()), prefix);
 }
 
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  std::ranges::transform(lower, lower.begin(), Lower);
+  return lower;
+}
+
 std::string FillPlaceholders(std::string_view pattern, std::initializer_list<std::string_view> values) {
   std::string filled;
   for (size_t at = 0; at < pattern.size(); ++at) {

@@ -11,6 +11,10 @@ namespace kit {
 
 [[nodiscard]] bool EqualsIgnoreCase(std::string_view left, std::string_view right);
 [[nodiscard]] bool StartsWithIgnoreCase(std::string_view text, std::string_view prefix);
+[[nodiscard]] std::string LowerCase(std::string_view text);
+
+// What a text buffer of the kit holds without its NUL: tokens of requests and texts of the string table end there.
+inline constexpr size_t longestText = 1023;
 
 // Puts the values in place of %0, %1, …; a placeholder without a value stays, and values are not searched again.
 [[nodiscard]] std::string FillPlaceholders(std::string_view pattern, std::initializer_list<std::string_view> values);
@@ -19,8 +23,7 @@ namespace kit {
 // quote, any other one to the next blank. At most `limit` bytes of a token are kept, never half a character.
 class Tokenizer {
 public:
-  static constexpr size_t longestToken = 1023;
-  explicit Tokenizer(std::string_view text, size_t limit = longestToken) : rest(text), longest(limit) {}
+  explicit Tokenizer(std::string_view text, size_t limit = longestText) : rest(text), longest(limit) {}
   // False at the end of the text. A quoted token may be empty.
   [[nodiscard]] bool Next(std::string &token);
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Plays the cases of tests/cases through the command line and shows a diff where the outcome differs.
 
-usage: run_cases.py --build FOLDER [--update] [--sanitized] [--windows] [--keep] [CASE...]
+usage: run_cases.py --build FOLDER [--update] [--windows] [--keep] [CASE...]
 
 The form of a case is described in tests/README.md. Exit status: 0 all as expected, 1 something differs, 2 a case or
 the command line is malformed, 77 a case needs something outside the project that is not there.
@@ -21,6 +21,7 @@ TESTS = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.dirname(TESTS)
 SKIPPED = 77
 STEP_SECONDS = 240
+KEPT_VARIABLES = ("USER", "LOGNAME", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
 
 # Every case works in a folder that careless programs stumble over.
 WORK_NAME = "Übung mit Leerzeichen"
@@ -161,7 +162,6 @@ class Player:
         self.name = name
         self.case = os.path.join(options.cases, name)
         self.build = os.path.abspath(options.build)
-        self.sanitized = options.sanitized
         self.windows = options.windows
         self.top = os.path.join(self.build, "tests", "windows" if options.windows else "work", name)
         self.work = os.path.join(self.top, WORK_NAME)
@@ -207,7 +207,7 @@ class Player:
             return file.read()
 
     def environment(self):
-        kept = {name: os.environ[name] for name in ("USER", "LOGNAME") if name in os.environ}
+        kept = {name: os.environ[name] for name in KEPT_VARIABLES if name in os.environ}
         environment = kept | self.variables | {
             "PATH": os.pathsep.join([os.path.join(self.build, "bin"), os.path.join(TESTS, "bin"), os.environ["PATH"]]),
             "HOME": os.path.join(self.top, "home"),
@@ -222,11 +222,6 @@ class Player:
             # A vlxslt in front of the real one shows in windows what a script works.
             environment["PATH"] = os.pathsep.join([os.path.join(TESTS, "desktop", "bin"), environment["PATH"]])
             environment["DISPLAY"] = os.environ["DISPLAY"]
-        if self.sanitized:
-            # Java handles its own segmentation faults, and leaves its own memory to the end of the process.
-            environment["ASAN_OPTIONS"] = "handle_segv=0:allocator_may_return_null=1:detect_leaks=1"
-            environment["LSAN_OPTIONS"] = f"suppressions={TESTS}/leaks_of_others.txt:print_suppressions=0"
-            environment["UBSAN_OPTIONS"] = "halt_on_error=1:print_stacktrace=1"
         return environment
 
     def play(self, step):
@@ -316,7 +311,6 @@ def main(arguments):
     parser.add_argument("--build", required=True, help="the build tree that holds bin/vlxslt")
     parser.add_argument("--cases", default=os.path.join(TESTS, "cases"), help=argparse.SUPPRESS)
     parser.add_argument("--update", action="store_true", help="rewrite the expectations; read the difference afterwards")
-    parser.add_argument("--sanitized", action="store_true", help="the build carries sanitizers")
     parser.add_argument("--windows", action="store_true", help="scripts work windows, on the display of DISPLAY")
     parser.add_argument("--keep", action="store_true", help="keep the folders of cases that passed")
     parser.add_argument("names", nargs="*", metavar="CASE")

@@ -106,7 +106,7 @@ std::string PlaceByPolicy(const Configuration &configuration, const Transformati
 }
 
 bool IsTakenBy(const Configuration &configuration, const std::string &application, const std::string &input) {
-  if (application.empty() || kit::EqualsIgnoreCase(application, "<Defaults>"))
+  if (application.empty() || kit::EqualsIgnoreCase(application, host::defaultsName))
     return true;
   const std::vector<std::string> names = host::FindApplications(configuration, input);
   return std::ranges::find(names, application) != names.end();

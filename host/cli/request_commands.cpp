@@ -3,8 +3,8 @@
 #include "host/cancellation.h"
 #include "host/cli/printing.h"
 #include "host/request_builder.h"
-#include "host/text_file.h"
 #include "kit/paths.h"
+#include "kit/read_file.h"
 #include "kit/text.h"
 
 #include <algorithm>
@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <iostream>
 #include <iterator>
+#include <utility>
 
 namespace cli {
 
@@ -30,10 +31,12 @@ RequestText ReadRequest(const std::string &argument) {
     request.text.assign(std::istreambuf_iterator<char>(std::cin), {});
   } else if (argument.starts_with('@')) {
     const std::string path = argument.substr(1);
-    if (const auto text = host::ReadTextFile(path))
-      request.text = *text;
-    else
-      request.error = "there is no request file " + path;
+    if (!kit::Exists(path))
+      return {.text = {}, .error = "there is no request file " + path};
+    kit::FileContent content = kit::ReadFile(path);
+    if (!content.error.empty())
+      return {.text = {}, .error = "the request file cannot be read: " + content.error};
+    request.text = std::move(content.bytes);
   } else {
     request.text = argument;
     return request;

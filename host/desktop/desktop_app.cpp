@@ -1,7 +1,9 @@
 // The library's entry points: each starts the toolkit, runs the main loop while the host works on a thread of its own,
 // and takes the toolkit down again.
+#include "host/desktop/departure.h"
 #include "host/desktop/desktop_front.h"
 #include "host/desktop/host_thread.h"
+#include "host/desktop/run_window.h"
 #include "host/desktop/ui_thread.h"
 #include "host/desktop/workbench.h"
 #include "host/desktop_module.h"
@@ -11,11 +13,13 @@
 #include <wx/app.h>
 #include <wx/init.h>
 #include <wx/log.h>
+#include <wx/weakref.h>
 
-#include <cstdio>
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace desktop {
 
@@ -50,7 +54,7 @@ void SilenceToolkit() {
 }
 
 // False without a display.
-bool RunWindows(std::function<void()> begin, bool endsWithLastWindow) {
+bool RunWindows(std::function<void()> begin, FinishWork finish, bool endsWithLastWindow) {
   if (!std::getenv("VLXSLT_TOOLKIT_MESSAGES"))
     SilenceToolkit();
   auto *app = new DesktopApp(std::move(begin));
@@ -62,23 +66,13 @@ bool RunWindows(std::function<void()> begin, bool endsWithLastWindow) {
   if (!toolkit.IsOk())
     return false;
   app->SetExitOnFrameDelete(endsWithLastWindow);
+  WatchForDeparture(std::move(finish));
   if (!app->CallOnInit())
     return false;
   app->OnRun();
   app->OnExit();
   return true;
 }
-
-// What is seen of a request that no workbench stands behind: the terminal it was called from.
-class TerminalView : public RunView {
-public:
-  void ShowConsole(const std::vector<std::string> &lines) override {
-    for (const std::string &line : lines)
-      std::fputs((line + "\n").c_str(), stderr);
-  }
-  void ShowProgress(const host::Progress &) override {}
-  void LaunchOutput(const std::string &path) override { std::fputs(("Output: " + path + "\n").c_str(), stderr); }
-};
 
 } // namespace
 
@@ -87,25 +81,41 @@ public:
 int VlxsltRunWorkbench(const host::WorkbenchRequest *request, int *result) {
   *result = 0;
   return host::Guarded([request] {
-    return desktop::RunWindows([request] { (new desktop::Workbench(*request))->Show(); }, true) ? 1 : 0;
+    wxWeakRef<desktop::Workbench> workbench;
+    const auto begin = [&] {
+      workbench = new desktop::Workbench(*request);
+      workbench->Show();
+    };
+    const auto finish = [&](std::chrono::seconds longest) { return !workbench || workbench->FinishWithin(longest); };
+    return desktop::RunWindows(begin, finish, true) ? 1 : 0;
   });
 }
 
 int VlxsltServeWithWindows(const host::WindowedWork *work, int *result) {
   return host::Guarded([work, result] {
-    desktop::TerminalView view;
-    desktop::DesktopFront front(view);
+    std::optional<desktop::DesktopFront> front;
+    desktop::RequestView view([&] { front->Cancel(); }, [] { wxTheApp->ExitMainLoop(); });
+    front.emplace(view);
     std::unique_ptr<desktop::HostThread> thread;
+    bool isDone = false;
     const auto begin = [&] {
       thread = std::make_unique<desktop::HostThread>();
       thread->Post([&] {
-        *result = (*work)(front);
-        desktop::PostToWindows([&front] {
-          front.FlushConsole();
-          wxTheApp->ExitMainLoop();
+        *result = (*work)(*front);
+        if (front->IsCancelled())
+          *result = desktop::interruptedCode;
+        desktop::ChangeShared([&] { isDone = true; });
+        desktop::PostToWindows([&] {
+          front->FlushConsole();
+          if (!view.StayAfterwards() || !front->HasServedPerson())
+            wxTheApp->ExitMainLoop();
         });
       });
     };
-    return desktop::RunWindows(begin, false) ? 1 : 0;
+    const auto finish = [&](std::chrono::seconds longest) {
+      front->Cancel();
+      return !thread || desktop::WaitFor(longest, [&] { return isDone; });
+    };
+    return desktop::RunWindows(begin, finish, false) ? 1 : 0;
   });
 }

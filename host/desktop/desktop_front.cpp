@@ -11,6 +11,7 @@
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
 
+#include <cstdio>
 #include <utility>
 
 namespace desktop {
@@ -47,6 +48,7 @@ wxString WildcardOf(std::string filter) {
 }
 
 std::optional<std::string> ShowChooser(const host::FileChooser &chooser) {
+  NoteEvent("chooser", chooser.title);
   const wxString title = ToWx(chooser.title);
   const wxString folder = ToWx(chooser.startFolder);
   if (chooser.kind == host::ChooserKind::Folder) {
@@ -60,7 +62,15 @@ std::optional<std::string> ShowChooser(const host::FileChooser &chooser) {
 
 } // namespace
 
+void PrintLines(const std::vector<std::string> &lines) {
+  for (const std::string &line : lines)
+    std::fputs((line + "\n").c_str(), stderr);
+}
+
 host::Answer DesktopFront::Alert(host::AlertKind kind, const std::string &text) {
+  // Nobody there to ask: nothing is done that would have needed a yes.
+  if (AreWindowsGone())
+    PrintLines({text});
   return AskWindows([&] {
     FlushConsole();
     return ShowAlert(kind, text);
@@ -72,9 +82,11 @@ std::optional<std::string> DesktopFront::ChooseFile(const host::FileChooser &cho
 }
 
 void DesktopFront::RunDialog(host::DialogModel &dialog) {
+  hasServedPerson = true;
   ShownDialog shown(dialog);
-  while (dialog.IsOpen())
-    static_cast<void>(shown.ServeNext());
+  // A dialog that is left open by windows that went away is closed by the host.
+  while (dialog.IsOpen() && shown.ServeNext()) {
+  }
 }
 
 void DesktopFront::PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogHand &hand)> &player) {
@@ -84,31 +96,40 @@ void DesktopFront::PlayDialog(host::DialogModel &dialog, const std::function<voi
 }
 
 void DesktopFront::WriteConsole(std::string_view text) {
-  const std::lock_guard lock(mutex);
-  waiting.emplace_back(text == "\n" ? std::string_view() : text);
-  if (waiting.size() == 1)
-    PostToWindows([this] { FlushConsole(); });
+  // A line is one line here, even where its text brings a line end of its own.
+  while (text.ends_with('\n') || text.ends_with('\r'))
+    text.remove_suffix(1);
+  bool isFirst = false;
+  ChangeShared([&] {
+    waiting.emplace_back(text);
+    isFirst = waiting.size() == 1;
+  });
+  if (AreWindowsGone())
+    PrintLines(TakeLines());
+  else if (isFirst)
+    windows.Post([this] { FlushConsole(); });
+}
+
+std::vector<std::string> DesktopFront::TakeLines() {
+  std::vector<std::string> lines;
+  ChangeShared([&] { lines.swap(waiting); });
+  return lines;
 }
 
 void DesktopFront::FlushConsole() {
-  std::vector<std::string> lines;
-  {
-    const std::lock_guard lock(mutex);
-    lines.swap(waiting);
-  }
-  if (!lines.empty())
+  if (const std::vector<std::string> lines = TakeLines(); !lines.empty())
     view.ShowConsole(lines);
 }
 
 void DesktopFront::ReportProgress(const host::Progress &progress) {
-  PostToWindows([this, progress] {
+  windows.Post([this, progress] {
     FlushConsole();
     view.ShowProgress(progress);
   });
 }
 
 void DesktopFront::LaunchOutput(const std::string &path) {
-  PostToWindows([this, path] { view.LaunchOutput(path); });
+  windows.Post([this, path] { view.LaunchOutput(path); });
 }
 
 } // namespace desktop

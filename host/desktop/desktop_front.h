@@ -1,13 +1,14 @@
 // The front of the windows. Called on the host's thread; shows what it is told among the windows and waits there for
-// answers. Console lines are gathered, so that a chatty stylesheet cannot drown the windows.
+// answers. Console lines are gathered, so that a chatty stylesheet cannot drown the windows. When the windows go away
+// the lines go to standard error, and every question is declined.
 #ifndef HOST_DESKTOP_DESKTOP_FRONT_H
 #define HOST_DESKTOP_DESKTOP_FRONT_H
 
+#include "host/desktop/ui_thread.h"
 #include "host/front.h"
 
 #include <atomic>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +24,9 @@ public:
   virtual void ShowProgress(const host::Progress &progress) = 0;
   virtual void LaunchOutput(const std::string &path) = 0;
 };
+
+// On standard error, for whoever called the program.
+void PrintLines(const std::vector<std::string> &lines);
 
 class DesktopFront final : public host::Front {
 public:
@@ -41,13 +45,18 @@ public:
   // From any thread.
   void Cancel() { cancelled = true; }
   void ForgetCancel() { cancelled = false; }
+  // Whether a dialog was shown to a person, and not only played by a script.
+  [[nodiscard]] bool HasServedPerson() const { return hasServedPerson; }
   // Hands the lines that are still waiting to the view; on the windows' thread.
   void FlushConsole();
 
 private:
+  std::vector<std::string> TakeLines();
+
+  WindowsPoster windows;
   RunView &view;
   std::atomic<bool> cancelled = false;
-  std::mutex mutex;
+  std::atomic<bool> hasServedPerson = false;
   std::vector<std::string> waiting; // console lines that the view has not seen
 };
 

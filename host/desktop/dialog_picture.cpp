@@ -1,5 +1,7 @@
 #include "host/desktop/dialog_picture.h"
 
+#include "host/desktop/ui_thread.h"
+
 #include <utility>
 
 namespace desktop {
@@ -19,27 +21,22 @@ DialogPicture TakePicture(const host::DialogModel &dialog, size_t served) {
 }
 
 void DialogActions::Post(Action action) {
-  {
-    const std::lock_guard lock(mutex);
-    actions.push_back(std::move(action));
-  }
-  changed.notify_one();
+  ChangeShared([&] { actions.push_back(std::move(action)); });
 }
 
 DialogActions::Action DialogActions::Take() {
-  std::unique_lock lock(mutex);
-  changed.wait(lock, [this] { return !actions.empty(); });
-  Action action = std::move(actions.front());
-  actions.pop_front();
-  return action;
+  WaitForWindows([this] { return !actions.empty(); });
+  return TakeWaiting();
 }
 
 DialogActions::Action DialogActions::TakeWaiting() {
-  const std::lock_guard lock(mutex);
-  if (actions.empty())
-    return nullptr;
-  Action action = std::move(actions.front());
-  actions.pop_front();
+  Action action;
+  ChangeShared([&] {
+    if (actions.empty())
+      return;
+    action = std::move(actions.front());
+    actions.pop_front();
+  });
   return action;
 }
 

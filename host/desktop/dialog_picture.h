@@ -5,11 +5,9 @@
 
 #include "host/dialog_model.h"
 
-#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -35,13 +33,11 @@ public:
 
   // On the windows' thread.
   void Post(Action action);
-  // On the host's thread. Take waits; TakeWaiting gives null when nothing waits.
+  // On the host's thread. Take waits, and gives null when the windows are gone; TakeWaiting, when nothing waits.
   [[nodiscard]] Action Take();
   [[nodiscard]] Action TakeWaiting();
 
 private:
-  std::mutex mutex;
-  std::condition_variable changed;
   std::deque<Action> actions;
 };
 

@@ -12,6 +12,7 @@
 #include <wx/statbox.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+#include <wx/utils.h>
 
 #include <algorithm>
 #include <utility>
@@ -37,11 +38,19 @@ wxWindow *MakeText(wxWindow *parent, int id, const DialogItem &item) {
   return text;
 }
 
+// Whether Return means nothing to the control itself. A grid's box is inside the grid.
+bool LeavesReturn(const wxWindow *control) {
+  const auto *parent = control ? dynamic_cast<const wxDialog *>(control->GetParent()) : nullptr;
+  return parent && (dynamic_cast<const wxTextCtrl *>(control) || dynamic_cast<const wxRadioButton *>(control) ||
+                    dynamic_cast<const wxCheckBox *>(control));
+}
+
 } // namespace
 
 DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions &sink)
     : wxDialog(parent, wxID_ANY, ToWx(first.title), wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE),
       picture(std::move(first)), actions(sink) {
+  NoteEvent("opened", picture.title);
   // Keys that end a dialog are the model's to judge.
   SetEscapeId(wxID_NONE);
   MakeControls();
@@ -56,15 +65,21 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
     event.Veto();
     Send([](host::DialogModel &dialog) { return dialog.CloseFrame(); });
   });
+  NoteActivation(*this);
+  // What had the focus may have become insensitive while another window was in front.
+  Bind(wxEVT_CHILD_FOCUS, [this](wxChildFocusEvent &event) {
+    lastFocused = event.GetWindow();
+    event.Skip();
+  });
   Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
-    if (event.GetActive())
-      NoteEvent("active", FromWx(GetTitle()));
+    if (event.GetActive() && lastFocused && !lastFocused->IsEnabled())
+      CallAfter([this] { KeepFocus(); });
     event.Skip();
   });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
     if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)
       static_cast<void>(Press(picture.cancelItem));
-    else if (!grid && event.GetKeyCode() == WXK_RETURN && dynamic_cast<wxTextCtrl *>(FindFocus()))
+    else if (event.GetKeyCode() == WXK_RETURN && LeavesReturn(FindFocus()))
       // The toolkit forgets a default button that was insensitive once.
       static_cast<void>(Press(picture.defaultItem));
     else if (!grid || event.GetModifiers() != wxMOD_ALT || !PressByKey(event.GetKeyCode()))
@@ -93,7 +108,7 @@ wxWindow *DialogWindow::MakeControl(const DialogItem &item) {
   const int id = firstControlId + item.number;
   switch (item.kind) {
   case ItemKind::Button:
-    return item.isGroupBox ? new wxStaticBox(this, id, ToWx(item.text)) : MakeButton(this, id, item);
+    return item.isGroupBox ? new wxStaticBox(this, id, " " + ToWx(item.text) + " ") : MakeButton(this, id, item);
   case ItemKind::Label:
     return new wxStaticText(this, id, ToWx(item.text));
   case ItemKind::CheckBox:
@@ -204,9 +219,21 @@ void DialogWindow::ShowPicture(DialogPicture next) {
   // Everything that was done so far has had its effect.
   if (picture.served != sent)
     return;
-  const std::string rowCount = picture.grid ? ", rows: " + std::to_string(picture.grid->Rows().size()) : std::string();
-  const DialogItem *byDefault = FindItem(picture.defaultItem);
-  NoteEvent("settled", picture.title + rowCount + (byDefault && byDefault->sensitive ? ", usable" : ""));
+  NoteEvent("settled", Describe());
+}
+
+// The title, how many rows there are, and what can be worked, by label or else by number.
+std::string DialogWindow::Describe() const {
+  std::string text = picture.title + " |";
+  if (picture.grid)
+    text.append(" rows: ").append(std::to_string(picture.grid->Rows().size())).append(" |");
+  for (const DialogItem &item : picture.items)
+    if (item.IsShown() && item.sensitive && !item.isGroupBox) {
+      const bool hasLabel = item.kind == ItemKind::Button || item.IsSwitch();
+      const std::string label = FromWx(wxStripMenuCodes(ToWx(item.text)));
+      text.append(" ").append(hasLabel ? label : "#" + std::to_string(item.number)).append(" |");
+    }
+  return text;
 }
 
 // A grid keeps keys to itself that belong to the buttons beside it.

@@ -43,6 +43,7 @@ private:
   [[nodiscard]] wxWindow *MakeRadio(const host::DialogItem &item);
   void ShowEmptyGroups();
   void KeepFocus();
+  [[nodiscard]] std::string Describe() const;
   [[nodiscard]] bool PressByKey(int key);
   void Connect(const host::DialogItem &item, wxWindow *control);
   void PlaceControls();
@@ -65,6 +66,7 @@ private:
   // The toolkit wants one radio button of a group to be on; a hidden one is, where the model has none.
   std::map<int32_t, wxRadioButton *> noneOfGroup;
   ParameterGrid *grid = nullptr;
+  wxWindow *lastFocused = nullptr; // of the controls, which live as long as this
 };
 
 } // namespace desktop

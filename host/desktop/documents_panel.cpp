@@ -31,7 +31,7 @@ wxString KindOf(const OpenDocument &document) {
 }
 
 wxString TitleOf(const OpenDocument &document) {
-  wxString title = document.summary.isActive ? wxString::FromUTF8("\u25B8 ") : wxString::FromUTF8("\u2007 ");
+  wxString title = document.summary.isActive ? wxString::FromUTF8("\u25CF ") : wxString::FromUTF8("\u2007 ");
   title += ToWx(document.summary.name) + KindOf(document);
   if (document.summary.isModified)
     title += wxString::FromUTF8(" \u2022 unsaved");
@@ -44,8 +44,8 @@ DocumentsPanel::DocumentsPanel(wxWindow *parent, Actions actions)
     : wxSimplebook(parent), onAction(std::move(actions)),
       tree(new wxTreeListCtrl(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTL_SINGLE)) {
   tree->SetName("Documents");
-  tree->AppendColumn("Document", FromDIP(190));
-  tree->AppendColumn("Application", FromDIP(90));
+  tree->AppendColumn("Document", FromDIP(205));
+  tree->AppendColumn("Application", FromDIP(105));
   tree->AppendColumn("Folder", FromDIP(160));
   AddPage(MakeEmptyPage(), {});
   AddPage(tree, {});

@@ -29,7 +29,7 @@ void HostThread::Run() {
   for (;;) {
     std::unique_lock lock(mutex);
     changed.wait(lock, [this] { return ending || !tasks.empty(); });
-    if (ending)
+    if (tasks.empty())
       return;
     const Task task = std::move(tasks.front());
     tasks.pop_front();

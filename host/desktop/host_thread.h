@@ -1,5 +1,5 @@
 // The one thread that everything of a client happens on, beside the thread of the windows. Tasks run in the order of
-// posting; those that are left when the thread ends are dropped.
+// posting.
 #ifndef HOST_DESKTOP_HOST_THREAD_H
 #define HOST_DESKTOP_HOST_THREAD_H
 
@@ -16,7 +16,7 @@ public:
   using Task = std::function<void()>;
 
   HostThread();
-  // Waits for the task that is running.
+  // Waits until all that was posted has run.
   ~HostThread();
   HostThread(const HostThread &) = delete;
   HostThread &operator=(const HostThread &) = delete;

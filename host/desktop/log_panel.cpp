@@ -3,6 +3,7 @@
 #include "host/desktop/window_texts.h"
 
 #include <wx/settings.h>
+#include <wx/sizer.h>
 
 #include <utility>
 
@@ -35,20 +36,18 @@ wxTextAttr AttributesOf(host::LogKind kind) {
   return attributes;
 }
 
-std::string WithoutLineEnd(std::string line) {
-  while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
-    line.pop_back();
-  return line;
-}
-
 } // namespace
 
 LogPanel::LogPanel(wxWindow *parent, std::function<void(const host::LogPlace &)> follow)
-    : wxSimplebook(parent), followPlace(std::move(follow)),
-      text(new wxTextCtrl(this, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize,
+    : wxSimplebook(parent), followPlace(std::move(follow)), sheet(new wxPanel(this)),
+      text(new wxTextCtrl(sheet, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize,
                           wxTE_MULTILINE | wxTE_READONLY | wxTE_RICH2 | wxTE_NOHIDESEL | wxBORDER_NONE)) {
   text->SetName("Log");
-  text->SetMargins(FromDIP(wxPoint(8, 4)));
+  // Boxes of many lines have no margins of their own everywhere.
+  sheet->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+  auto *sizer = new wxBoxSizer(wxVERTICAL);
+  sizer->Add(text, wxSizerFlags(1).Expand().Border(wxLEFT, FromDIP(8)));
+  sheet->SetSizer(sizer);
   text->Bind(wxEVT_LEFT_UP, [this](wxMouseEvent &event) {
     FollowAt(event.GetPosition());
     event.Skip();
@@ -61,7 +60,7 @@ LogPanel::LogPanel(wxWindow *parent, std::function<void(const host::LogPlace &)>
 
 void LogPanel::SetEmptyPage(wxWindow *page) {
   AddPage(page, {});
-  AddPage(text, {});
+  AddPage(sheet, {});
   ChangeSelection(emptyPage);
 }
 
@@ -69,7 +68,7 @@ void LogPanel::Append(const std::vector<std::string> &lines) {
   ChangeSelection(textPage);
   text->Freeze();
   for (const std::string &line : lines)
-    AppendLine(WithoutLineEnd(line));
+    AppendLine(line);
   text->Thaw();
   text->ShowPosition(text->GetLastPosition());
 }
@@ -77,6 +76,7 @@ void LogPanel::Append(const std::vector<std::string> &lines) {
 void LogPanel::Clear() {
   text->Clear();
   links.clear();
+  lastFollowed = -1;
   ChangeSelection(emptyPage);
 }
 
@@ -108,6 +108,19 @@ const host::LogPlace *LogPanel::PlaceAt(const wxPoint &point) const {
     return nullptr;
   --link;
   return position < link->second.end ? &link->second.place : nullptr;
+}
+
+bool LogPanel::FollowNext() {
+  if (links.empty())
+    return false;
+  auto next = links.upper_bound(lastFollowed);
+  if (next == links.end())
+    next = links.begin();
+  lastFollowed = next->first;
+  text->SetSelection(next->first, next->second.end);
+  text->ShowPosition(next->first);
+  followPlace(next->second.place);
+  return true;
 }
 
 // A click that ends a selection is meant for the selection.

@@ -4,6 +4,7 @@
 
 #include "host/log_place.h"
 
+#include <wx/panel.h>
 #include <wx/simplebook.h>
 #include <wx/textctrl.h>
 
@@ -23,6 +24,11 @@ public:
   void SetEmptyPage(wxWindow *page);
   void Append(const std::vector<std::string> &lines);
   void Clear();
+  // What files may be dropped on.
+  [[nodiscard]] wxWindow *Target() const { return text; }
+  // Shows the next place that the log names and follows it, from the last one followed on and round again; false when
+  // there is none.
+  bool FollowNext();
 
 private:
   void AppendLine(const std::string &line);
@@ -31,12 +37,14 @@ private:
   [[nodiscard]] const host::LogPlace *PlaceAt(const wxPoint &point) const;
 
   std::function<void(const host::LogPlace &)> followPlace;
+  wxPanel *sheet; // the margins around the text
   wxTextCtrl *text;
   struct Link {
     long end;
     host::LogPlace place;
   };
   std::map<long, Link> links; // by where they begin in the text
+  long lastFollowed = -1;     // of these beginnings
 };
 
 } // namespace desktop

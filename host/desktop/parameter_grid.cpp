@@ -11,10 +11,13 @@ namespace {
 
 constexpr long gridStyle = wxPG_SPLITTER_AUTO_CENTER;
 
-bool HaveSameShape(const host::GridModel &left, const host::GridModel &right) {
-  return std::ranges::equal(left.Rows(), right.Rows(), [](const host::GridRow &a, const host::GridRow &b) {
-    return a.titles == b.titles && a.firstCellEditable == b.firstCellEditable;
-  });
+// Whether the rows of `model` are those of `shown`, whatever they hold, with perhaps more behind them.
+bool BeginsLike(const host::GridModel &model, const host::GridModel &shown) {
+  return shown.Rows().size() <= model.Rows().size() &&
+         std::equal(shown.Rows().begin(), shown.Rows().end(), model.Rows().begin(),
+                    [](const host::GridRow &a, const host::GridRow &b) {
+                      return a.titles == b.titles && a.firstCellEditable == b.firstCellEditable;
+                    });
 }
 
 } // namespace
@@ -26,6 +29,13 @@ ParameterGrid::ParameterGrid(wxWindow *parent, Actions actions)
   ShowHeader(true);
   GetGrid()->SetExtraStyle(wxPG_EX_HELP_AS_TOOLTIPS);
   GetGrid()->SetVerticalSpacing(4);
+  // The hint of an empty cell must not look like its value on any background.
+  const wxColour text = GetGrid()->GetCellTextColour();
+  const wxColour ground = GetGrid()->GetCellBackgroundColour();
+  const auto between = [](unsigned char a, unsigned char b) { return static_cast<unsigned char>((a + b) / 2); };
+  GetGrid()->SetCellDisabledTextColour(
+      {between(text.Red(), ground.Red()), between(text.Green(), ground.Green()), between(text.Blue(), ground.Blue())});
+  GetGrid()->Bind(wxEVT_CHAR, &ParameterGrid::TypeOver, this);
   Bind(wxEVT_PG_SELECTED, [this](wxPropertyGridEvent &event) {
     WatchTyping();
     if (!isShowing && event.GetProperty())
@@ -36,6 +46,20 @@ ParameterGrid::ParameterGrid(wxWindow *parent, Actions actions)
     if (!isShowing && place.cell >= 0)
       onAction.edit(place.row, place.cell, FromWx(event.GetProperty()->GetValueAsString()));
   });
+}
+
+// Whoever goes to a cell with the arrows and types means the cell.
+void ParameterGrid::TypeOver(wxKeyEvent &event) {
+  const int letter = event.GetUnicodeKey();
+  wxTextCtrl *editor = GetGrid()->GetEditorTextCtrl();
+  const bool isText = letter > WXK_SPACE && letter != WXK_DELETE && !event.ControlDown() && !event.AltDown();
+  if (!isText || !editor || !editor->IsEditable()) {
+    event.Skip();
+    return;
+  }
+  editor->SetFocus();
+  editor->SelectAll();
+  editor->WriteText(wxString(wxUniChar(letter)));
 }
 
 // A cell counts from the first letter on: whoever types and then goes for OK must find it usable.
@@ -61,8 +85,11 @@ wxString ParameterGrid::HeadingOf(const host::GridRow &row) {
 
 void ParameterGrid::ShowModel(const host::GridModel &model) {
   isShowing = true;
-  if (rows.empty() || !HaveSameShape(model, shown))
+  // New rows come while somebody types in another one: the cell must stay as it is.
+  if (rows.empty() || !BeginsLike(model, shown))
     Rebuild(model);
+  else
+    AppendRows(model);
   ShowValues(model);
   shown = model;
   isShowing = false;
@@ -75,9 +102,16 @@ void ParameterGrid::Rebuild(const host::GridModel &model) {
   rows.clear();
   SetColumnTitle(0, ToWx(model.Header()));
   SetColumnTitle(1, wxEmptyString);
-  int index = 0;
-  for (const host::GridRow &row : model.Rows()) {
-    const wxString name = wxString::Format("row%d", index);
+  AppendRows(model);
+  GetGrid()->Thaw();
+  if (wxPGProperty *chosen = PropertyAt(model.Selection()))
+    GetGrid()->SelectProperty(chosen);
+}
+
+void ParameterGrid::AppendRows(const host::GridModel &model) {
+  while (rows.size() < model.Rows().size()) {
+    const host::GridRow &row = model.Rows()[rows.size()];
+    const wxString name = wxString::Format("row%zu", rows.size());
     wxPGProperty *group = Append(new wxPropertyCategory(HeadingOf(row), name));
     rows.push_back(group);
     for (size_t cell = 0; cell < row.titles.size(); ++cell) {
@@ -87,11 +121,7 @@ void ParameterGrid::Rebuild(const host::GridModel &model) {
       if (cell == 0 && !row.firstCellEditable)
         property->ChangeFlag(wxPG_PROP_READONLY, true);
     }
-    ++index;
   }
-  GetGrid()->Thaw();
-  if (wxPGProperty *chosen = PropertyAt(model.Selection()))
-    GetGrid()->SelectProperty(chosen);
 }
 
 void ParameterGrid::ShowValues(const host::GridModel &model) {

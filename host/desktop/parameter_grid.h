@@ -32,8 +32,10 @@ public:
 
 private:
   void Rebuild(const host::GridModel &model);
+  void AppendRows(const host::GridModel &model);
   void ShowValues(const host::GridModel &model);
   void WatchTyping();
+  void TypeOver(wxKeyEvent &event);
   [[nodiscard]] host::GridSelection PlaceOf(const wxPGProperty *property) const;
   [[nodiscard]] wxPGProperty *PropertyAt(host::GridSelection place) const;
   [[nodiscard]] static wxString HeadingOf(const host::GridRow &row);

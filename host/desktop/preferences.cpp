@@ -3,6 +3,7 @@
 #include "host/desktop/processor_check.h"
 #include "host/desktop/record_page.h"
 #include "host/desktop/top_window.h"
+#include "host/desktop/window_events.h"
 
 #include <wx/dialog.h>
 #include <wx/notebook.h>
@@ -70,6 +71,7 @@ public:
     SetSizerAndFit(sizer);
     SetSize(FromDIP(wxSize(760, 520)));
     CentreOnParent();
+    NoteActivation(*this);
   }
 
   [[nodiscard]] host::ConfigurationChange Change() const {
@@ -100,6 +102,7 @@ private:
       CheckProcessor(Change().after, *chosen, [self](const wxString &text) {
         if (self)
           self->ShowResult(text);
+        NoteEvent("checked", FromWx(text));
       });
     });
   }

@@ -19,8 +19,8 @@ namespace {
 
 class CheckProcess : public wxProcess {
 public:
-  CheckProcess(wxString file, std::function<void(const wxString &)> onDone)
-      : configurationFile(std::move(file)), done(std::move(onDone)) {
+  CheckProcess(const wxString &file, std::function<void(const wxString &)> onDone)
+      : configurationFile(file), done(std::move(onDone)) {
     Redirect();
   }
 

@@ -2,6 +2,7 @@
 #ifndef HOST_DESKTOP_RECORD_PAGE_H
 #define HOST_DESKTOP_RECORD_PAGE_H
 
+#include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 
 #include <wx/button.h>
@@ -141,6 +142,7 @@ private:
     ShowList(static_cast<int>(records.size()) - 1);
     boxes.front()->SetFocus();
     boxes.front()->SelectAll();
+    NoteEvent("added", records.back().name);
   }
 
   void Remove() {

@@ -2,20 +2,14 @@
 
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
+#include "kit/read_file.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 namespace desktop {
 
 namespace {
-
-std::string ReadText(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::string WriteWhole(const std::string &path, const std::string &text) {
   std::error_code error;
@@ -31,20 +25,22 @@ SavedPreferences SavePreferences(const host::ConfigurationChange &change, const 
   const std::string path = isOwn ? change.before.source : host::OwnConfigurationPath();
   if (path.empty())
     return {{}, "there is no home folder to keep preferences in"};
-  const std::string textBefore = isOwn ? ReadText(path) : std::string();
-  host::EditedConfiguration edited = isOwn ? host::EditConfiguration(textBefore, change)
+  const kit::FileContent read = isOwn ? kit::ReadFile(path) : kit::FileContent();
+  if (!read.error.empty())
+    return {{}, read.error};
+  host::EditedConfiguration edited = isOwn ? host::EditConfiguration(read.bytes, change)
                                            : host::EditedConfiguration{host::WriteConfiguration(change.after), {}};
   if (!edited.error.empty())
     return {{}, path + ": " + edited.error};
   if (const std::string error = WriteWhole(path, edited.text); !error.empty())
     return {{}, error};
-  host::ConfigurationResult read = host::ReadConfiguration(path, installation);
-  if (read.problems.empty())
-    return {std::move(read.configuration), {}};
+  host::ConfigurationResult saved = host::ReadConfiguration(path, installation);
+  if (saved.problems.empty())
+    return {std::move(saved.configuration), {}};
   // What cannot be read back must not stay.
   if (isOwn)
-    static_cast<void>(WriteWhole(path, textBefore));
-  return {{}, read.problems.front()};
+    static_cast<void>(WriteWhole(path, read.bytes));
+  return {{}, saved.problems.front()};
 }
 
 } // namespace desktop

@@ -72,13 +72,13 @@ ShownDialog::ShownDialog(host::DialogModel &dialog) : model(dialog) {
       shown.ShowModal();
       window = nullptr;
     }
-    gone.set_value();
+    ChangeShared([this] { isGone = true; });
   });
 }
 
 ShownDialog::~ShownDialog() {
   PostToWindows([this] { window->End(); });
-  gone.get_future().wait();
+  WaitForWindows([this] { return isGone; });
 }
 
 host::ActionResult ShownDialog::Serve(const DialogActions::Action &action) {
@@ -89,7 +89,12 @@ host::ActionResult ShownDialog::Serve(const DialogActions::Action &action) {
   return result;
 }
 
-host::ActionResult ShownDialog::ServeNext() { return Serve(actions.Take()); }
+bool ShownDialog::ServeNext() {
+  const DialogActions::Action action = actions.Take();
+  if (action)
+    static_cast<void>(Serve(action));
+  return action != nullptr;
+}
 
 host::ActionResult ShownDialog::ServeWaiting() {
   host::ActionResult result = host::ActionResult::Done;

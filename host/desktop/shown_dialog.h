@@ -6,7 +6,6 @@
 #include "host/desktop/dialog_picture.h"
 #include "host/dialog_hand.h"
 
-#include <future>
 #include <memory>
 
 namespace desktop {
@@ -22,8 +21,8 @@ public:
   ShownDialog(const ShownDialog &) = delete;
   ShownDialog &operator=(const ShownDialog &) = delete;
 
-  // Waits for something that a person does, and carries it out.
-  host::ActionResult ServeNext();
+  // Waits for something that a person does, and carries it out. False when there are no windows any more.
+  [[nodiscard]] bool ServeNext();
   // Carries out what was done already; Done when there was nothing.
   host::ActionResult ServeWaiting();
   // Works the window's controls. Must not outlive this.
@@ -37,7 +36,7 @@ private:
   DialogActions actions;
   size_t served = 0;
   DialogWindow *window = nullptr; // touched on the windows' thread only
-  std::promise<void> gone;
+  bool isGone = false;            // the window, not the windows
 };
 
 } // namespace desktop

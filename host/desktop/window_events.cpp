@@ -1,5 +1,9 @@
 #include "host/desktop/window_events.h"
 
+#include "host/desktop/window_texts.h"
+
+#include <wx/toplevel.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -26,6 +30,14 @@ void NoteEvent(std::string_view what, std::string_view detail) {
   // One write a line: threads must not mix theirs.
   std::fwrite(line.data(), 1, line.size(), events);
   std::fflush(events);
+}
+
+void NoteActivation(wxTopLevelWindow &window) {
+  window.Bind(wxEVT_ACTIVATE, [&window](wxActivateEvent &event) {
+    if (event.GetActive())
+      NoteEvent("active", FromWx(window.GetTitle()));
+    event.Skip();
+  });
 }
 
 } // namespace desktop

@@ -5,10 +5,14 @@
 
 #include <string_view>
 
+class wxTopLevelWindow;
+
 namespace desktop {
 
 // Does nothing when nobody watches. From any thread.
 void NoteEvent(std::string_view what, std::string_view detail = {});
+// "active" and the title whenever the window gets the keys.
+void NoteActivation(wxTopLevelWindow &window);
 
 } // namespace desktop
 

@@ -32,7 +32,9 @@ WindowMemory::WindowMemory() : recent(recentFiles) {
   store->SetPath("/");
 }
 
-WindowMemory::~WindowMemory() {
+WindowMemory::~WindowMemory() { Save(); }
+
+void WindowMemory::Save() {
   const wxLogNull silence;
   store->Flush();
 }
@@ -48,8 +50,7 @@ void WindowMemory::NoteFile(const std::string &path) {
   store->SetPath("/recent");
   recent.Save(*store);
   store->SetPath("/");
-  const wxLogNull silence;
-  store->Flush();
+  Save();
 }
 
 } // namespace desktop

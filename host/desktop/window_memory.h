@@ -21,6 +21,8 @@ public:
 
   [[nodiscard]] int Read(const wxString &key, int otherwise) const;
   void Write(const wxString &key, int value);
+  // At once; otherwise at the end.
+  void Save();
   [[nodiscard]] wxFileHistory &RecentFiles() { return recent; }
   void NoteFile(const std::string &path);
 

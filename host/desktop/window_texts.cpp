@@ -1,6 +1,7 @@
 #include "host/desktop/window_texts.h"
 
 #include <cstdlib>
+#include <filesystem>
 
 namespace desktop {
 
@@ -22,7 +23,9 @@ wxString DescribeTimeLeft(std::chrono::steady_clock::duration spent, int done, i
 wxString ShortenPath(const std::string &path) {
   const char *home = std::getenv("HOME");
   const std::string folder = home ? home : "";
-  return ToWx(!folder.empty() && path.starts_with(folder + "/") ? "~" + path.substr(folder.size()) : path);
+  const std::string plain = std::filesystem::path(path).lexically_normal().string();
+  const bool isInHome = !folder.empty() && (plain == folder || plain.starts_with(folder + "/"));
+  return ToWx(isInHome ? "~" + plain.substr(folder.size()) : plain);
 }
 
 } // namespace desktop

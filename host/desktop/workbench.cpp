@@ -1,9 +1,11 @@
 #include "host/desktop/workbench.h"
 
+#include "host/desktop/departure.h"
 #include "host/desktop/empty_page.h"
 #include "host/desktop/icons.h"
 #include "host/desktop/preferences.h"
 #include "host/desktop/save_preferences.h"
+#include "host/desktop/top_window.h"
 #include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 #include "host/editor_command.h"
@@ -13,79 +15,14 @@
 #include <wx/aboutdlg.h>
 #include <wx/dnd.h>
 #include <wx/filedlg.h>
-#include <wx/menu.h>
 #include <wx/msgdlg.h>
 #include <wx/sizer.h>
-#include <wx/toolbar.h>
 
-#include <algorithm>
-#include <array>
-#include <optional>
 #include <utility>
 
 namespace desktop {
 
 namespace {
-
-enum class When { Always, Idle, WithDocument, WithLastRun, Busy };
-
-struct Command {
-  int id;
-  int menu; // -1: behind the ones before it in the same menu, after a line
-  const char *label;
-  const char *help;
-  When when;
-  void (Workbench::*act)();
-  std::optional<Icon> icon;
-  const char *toolLabel;
-};
-
-enum Menu { FileMenu, RunMenu, TransformationsMenu, HelpMenu, menuCount };
-constexpr std::array<const char *, menuCount> menuTitles = {"&File", "&Run", "&Transformations", "&Help"};
-constexpr int firstCommand = wxID_HIGHEST + 1;
-
-const std::array commands = {
-    Command{wxID_OPEN, FileMenu, "&Open...\tCtrl+O", "Open documents, books or maps", When::Idle,
-            &Workbench::AskForFiles, Icon::Open, "Open"},
-    Command{wxID_CLOSE,
-            FileMenu,
-            "&Close Document\tCtrl+W",
-            "Close the chosen document",
-            When::WithDocument,
-            &Workbench::CloseChosen,
-            {},
-            nullptr},
-    Command{wxID_PREFERENCES,
-            FileMenu,
-            "&Preferences...",
-            "Processors, applications, catalogs, Java",
-            When::Idle,
-            &Workbench::ShowPreferences,
-            {},
-            nullptr},
-    Command{wxID_EXIT, FileMenu, "&Quit\tCtrl+Q", "Close this window", When::Always, &Workbench::Leave, {}, nullptr},
-    Command{firstCommand, RunMenu, "Run &Again\tF5", "Send the last run once more", When::WithLastRun,
-            &Workbench::RunAgain, Icon::Run, "Run Again"},
-    Command{firstCommand + 1, RunMenu, "A&dvanced Run...\tShift+F5", "Choose what to transform, and with what",
-            When::Idle, &Workbench::AskForRun, Icon::AdvancedRun, "Advanced Run"},
-    Command{firstCommand + 2, RunMenu, "&Choose and Run...\tCtrl+R", "Choose a transformation for the active document",
-            When::Idle, &Workbench::ChooseAndRun, Icon::Choose, "Choose"},
-    Command{firstCommand + 3,
-            RunMenu,
-            "Ca&ncel Run\tCtrl+.",
-            "Stop when the current input is done",
-            When::Busy,
-            &Workbench::CancelRun,
-            {},
-            nullptr},
-    Command{wxID_CLEAR, RunMenu, "Clear &Log", "Empty the log", When::Always, &Workbench::ClearLog, {}, nullptr},
-    Command{firstCommand + 4, TransformationsMenu, "&Manage...\tCtrl+M",
-            "Look through, edit and delete transformations", When::Idle, &Workbench::ManageTransformations,
-            Icon::Manage, "Manage"},
-    Command{wxID_NEW, TransformationsMenu, "&New...\tCtrl+N", "Describe a new transformation", When::Idle,
-            &Workbench::MakeTransformation, Icon::New, "New"},
-    Command{wxID_ABOUT, HelpMenu, "&About", "", When::Always, &Workbench::ShowAbout, {}, nullptr},
-};
 
 class FileDrop : public wxFileDropTarget {
 public:
@@ -120,7 +57,9 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
   CreateStatusBar();
   MakePanels();
   RestorePlaces();
-  SetDropTarget(new FileDrop(*this));
+  // A text would take what is dropped on it for its own.
+  for (wxWindow *target : {static_cast<wxWindow *>(this), log->Target()})
+    target->SetDropTarget(new FileDrop(*this));
   Bind(wxEVT_CLOSE_WINDOW, &Workbench::OnClose, this);
   Bind(wxEVT_SIZE, &Workbench::PlaceSashes, this);
   UpdateCommands();
@@ -137,40 +76,6 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
 }
 
 Workbench::~Workbench() = default;
-
-void Workbench::MakeMenus() {
-  auto *bar = new wxMenuBar;
-  std::array<wxMenu *, menuCount> menus = {};
-  for (size_t index = 0; index < menus.size(); ++index)
-    bar->Append(menus[index] = new wxMenu, menuTitles[index]);
-  for (const Command &command : commands) {
-    wxMenu &menu = *menus[static_cast<size_t>(command.menu)];
-    if (command.id == wxID_PREFERENCES) {
-      auto *recent = new wxMenu;
-      menu.AppendSubMenu(recent, "Open &Recent");
-      memory.RecentFiles().UseMenu(recent);
-      memory.RecentFiles().AddFilesToMenu();
-    }
-    if (command.id == wxID_PREFERENCES || command.id == wxID_EXIT || command.id == wxID_CLEAR)
-      menu.AppendSeparator();
-    menu.Append(command.id, command.label, command.help);
-    Bind(wxEVT_MENU, &Workbench::OnCommand, this, command.id);
-  }
-  SetMenuBar(bar);
-  const int firstRecent = memory.RecentFiles().GetBaseId();
-  Bind(
-      wxEVT_MENU,
-      [this, firstRecent](wxCommandEvent &event) { OpenRecent(static_cast<size_t>(event.GetId() - firstRecent)); },
-      firstRecent, firstRecent + 8);
-}
-
-void Workbench::MakeToolBar() {
-  wxToolBar *bar = CreateToolBar(wxTB_HORIZONTAL | wxTB_TEXT);
-  for (const Command &command : commands)
-    if (command.icon)
-      bar->AddTool(command.id, command.toolLabel, DrawIcon(*command.icon), command.help);
-  bar->Realize();
-}
 
 void Workbench::MakePanels() {
   columns = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxSP_LIVE_UPDATE | wxSP_THIN_SASH);
@@ -193,7 +98,7 @@ void Workbench::MakePanels() {
   columns->SplitVertically(documents, rows);
   rows->SplitHorizontally(log, outputs);
   // Changed ones come from changes of size too; only changing ones are a person's.
-  columnsWanted = memory.Read("documents", 380);
+  columnsWanted = memory.Read("documents", 430);
   outputsWanted = memory.Read("outputs", 150);
   columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING,
                 [this](wxSplitterEvent &event) { columnsWanted = ToDIP(event.GetSashPosition()); });
@@ -224,19 +129,42 @@ void Workbench::PlaceSashes(wxSizeEvent &event) {
 void Workbench::OnClose(wxCloseEvent &event) {
   if (isBusy && event.CanVeto()) {
     event.Veto();
-    const int answer = isClosing ? wxYES
-                                 : wxMessageBox("A run is going on. Stop it after the current input, and close?",
-                                                "XSLT Workbench", wxYES_NO | wxYES_DEFAULT | wxICON_QUESTION, this);
-    // It may have ended while the question stood.
-    if (answer != wxYES)
-      return;
-    isClosing = true;
-    if (isBusy)
-      CancelRun();
-    else
-      CallAfter([this] { Close(); });
+    isClosing ? AskToQuit() : AskToStop();
     return;
   }
+  RememberPlaces();
+  if (isBusy) // the person's session ends, and nothing holds it up
+    Depart("closed during a run", failedCode, std::chrono::seconds(2));
+  Destroy();
+}
+
+void Workbench::AskToStop() {
+  if (!Confirm("A run is going on. Stop it after the current input, and close?", wxYES_DEFAULT))
+    return;
+  isClosing = true;
+  // It may have ended while the question stood.
+  if (isBusy)
+    CancelRun();
+  else
+    CallAfter([this] { Close(); });
+}
+
+// A stylesheet may never come to an end.
+void Workbench::AskToQuit() {
+  if (!Confirm("The current input is not done yet. Quit at once, without its output?", wxNO_DEFAULT) || !isBusy)
+    return;
+  RememberPlaces();
+  Depart("closed during a run", failedCode, std::chrono::seconds(0));
+}
+
+bool Workbench::Confirm(const wxString &question, long defaultButton) {
+  NoteEvent("alert", FromWx(question));
+  wxMessageDialog window(this, question, "XSLT Workbench", wxYES_NO | defaultButton | wxICON_QUESTION);
+  const InnermostWindow innermost(&window);
+  return window.ShowModal() == wxID_YES;
+}
+
+void Workbench::RememberPlaces() {
   const bool isMaximized = IsMaximized();
   memory.Write("maximized", isMaximized ? 1 : 0);
   if (!isMaximized) {
@@ -245,28 +173,10 @@ void Workbench::OnClose(wxCloseEvent &event) {
   }
   memory.Write("documents", columnsWanted);
   memory.Write("outputs", outputsWanted);
-  Destroy();
+  memory.Save();
 }
 
-void Workbench::OnCommand(wxCommandEvent &event) {
-  const auto *command = std::ranges::find(commands, event.GetId(), &Command::id);
-  if (command != commands.end())
-    (this->*command->act)();
-}
-
-void Workbench::UpdateCommands() {
-  for (const Command &command : commands) {
-    bool enabled = command.when == When::Always || (command.when == When::Busy) == isBusy;
-    if (command.when == When::WithDocument)
-      enabled = enabled && documents->Active();
-    if (command.when == When::WithLastRun)
-      enabled = enabled && !lastRun.empty();
-    GetMenuBar()->Enable(command.id, enabled);
-    if (command.icon)
-      GetToolBar()->EnableTool(command.id, enabled);
-  }
-  documents->Enable(!isBusy);
-}
+bool Workbench::FinishWithin(std::chrono::seconds longest) { return host->EndWithin(longest); }
 
 void Workbench::ShowDocuments(std::vector<OpenDocument> open) {
   documents->Show(std::move(open));
@@ -352,7 +262,7 @@ void Workbench::FinishRequest(const RequestOutcome &outcome) {
   if (!outcome.error.empty())
     Tell(ToWx(outcome.error), wxICON_ERROR);
   else if (outcome.status == V_ERROR_FAILED)
-    Tell("The run failed. The log says why; a click on a file name in it opens the place.", wxICON_WARNING);
+    Tell("The run failed. The log says why; F4, or a click on a file name in it, opens the place.", wxICON_WARNING);
   NoteEvent("idle");
   if (isClosing)
     Close();
@@ -424,11 +334,17 @@ void Workbench::NoteOutputs(const std::string &line) {
     outputs->Add(std::exchange(announcedOutput, {}));
 }
 
+void Workbench::FollowNextProblem() {
+  if (!log->FollowNext())
+    Tell("The log names no place in a file.", wxICON_INFORMATION);
+}
+
 void Workbench::ClearLog() { log->Clear(); }
 
 // ---- Other programs
 
 void Workbench::Edit(const host::LogPlace &place) {
+  NoteEvent("edit", place.path);
   if (!kit::Exists(place.path))
     Tell(ToWx("There is no file " + place.path), wxICON_WARNING);
   else if (!host::StartProgram(host::ComposeEditorCommand(settings.configuration.editor, place)))

@@ -15,6 +15,7 @@
 #include <wx/infobar.h>
 #include <wx/splitter.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,6 +34,9 @@ public:
   // The files become open documents, the last one the active one.
   void OpenPaths(const std::vector<std::string> &paths);
 
+  // Stops and ends the session behind; false when that takes longer. No window is touched.
+  [[nodiscard]] bool FinishWithin(std::chrono::seconds longest);
+
   // What the commands do.
   void AskForFiles();
   void CloseChosen();
@@ -42,6 +46,7 @@ public:
   void ManageTransformations();
   void MakeTransformation();
   void CancelRun();
+  void FollowNextProblem();
   void ClearLog();
   void ShowPreferences();
   void ShowAbout();
@@ -56,6 +61,10 @@ private:
   void UpdateCommands();
   void OnCommand(wxCommandEvent &event);
   void OnClose(wxCloseEvent &event);
+  void AskToStop();
+  void AskToQuit();
+  [[nodiscard]] bool Confirm(const wxString &question, long defaultButton);
+  void RememberPlaces();
   void OpenRecent(size_t index);
 
   void Send(const std::string &request, std::function<void(const RequestOutcome &)> then);

@@ -41,11 +41,22 @@ void WorkbenchHost::ActivateOne() {
 }
 
 WorkbenchHost::~WorkbenchHost() {
-  // A session begins and ends on its thread.
-  thread->Post([this] { session.reset(); });
-  std::promise<void> ended;
-  thread->Post([&ended] { ended.set_value(); });
-  ended.get_future().wait();
+  EndSession();
+  thread.reset();
+}
+
+bool WorkbenchHost::EndWithin(std::chrono::seconds longest) {
+  front.Cancel();
+  EndSession();
+  return WaitFor(longest, [this] { return hasEnded; });
+}
+
+// A session begins and ends on its thread.
+void WorkbenchHost::EndSession() {
+  thread->Post([this] {
+    session.reset();
+    ChangeShared([this] { hasEnded = true; });
+  });
 }
 
 void WorkbenchHost::Post(std::function<void()> task) { thread->Post(std::move(task)); }
@@ -64,7 +75,7 @@ void WorkbenchHost::Open(std::vector<std::string> paths, std::function<void(std:
       if (each.path == last)
         session->Activate(each.object);
     TellDocuments();
-    PostToWindows([done, problems] { done(problems); });
+    windows.Post([done, problems] { done(problems); });
   });
 }
 
@@ -94,7 +105,7 @@ void WorkbenchHost::Send(std::string request, std::function<void(RequestOutcome)
     const host::ClientReply reply = session->Send("XSLT", request);
     RequestOutcome outcome{reply.status, reply.error, ReadTexts(reply.values), session->TakeRecord()};
     TellDocuments();
-    PostToWindows([this, done, outcome = std::move(outcome)] {
+    windows.Post([this, done, outcome = std::move(outcome)] {
       front.FlushConsole();
       done(outcome);
     });
@@ -118,7 +129,7 @@ void WorkbenchHost::Reconfigure(host::Configuration next, std::function<void()> 
         if (before.isActive && before.path == now.path)
           session->Activate(now.object);
     TellDocuments();
-    PostToWindows(done);
+    windows.Post(done);
   });
 }
 
@@ -141,7 +152,7 @@ void WorkbenchHost::TellDocuments() {
   std::vector<OpenDocument> documents;
   for (const host::DocumentSummary &each : session->ListDocuments())
     documents.push_back(Describe(each));
-  PostToWindows([this, documents = std::move(documents)] { tellDocuments(documents); });
+  windows.Post([this, documents = std::move(documents)] { tellDocuments(documents); });
 }
 
 } // namespace desktop

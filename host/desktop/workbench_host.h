@@ -5,9 +5,11 @@
 
 #include "host/desktop/desktop_front.h"
 #include "host/desktop/host_thread.h"
+#include "host/desktop/ui_thread.h"
 #include "host/desktop_module.h"
 #include "host/session.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -38,6 +40,8 @@ public:
   WorkbenchHost(const host::WorkbenchRequest &request, RunView &view, DocumentsSink showDocuments);
   // Waits for the request that is being served; no question must be open.
   ~WorkbenchHost();
+  // Cancels what is being served and ends the session; false when that takes longer. Nothing may be asked afterwards.
+  [[nodiscard]] bool EndWithin(std::chrono::seconds longest);
   WorkbenchHost(const WorkbenchHost &) = delete;
   WorkbenchHost &operator=(const WorkbenchHost &) = delete;
 
@@ -61,15 +65,18 @@ private:
   void Post(std::function<void()> task);
   // The rest runs on the session's thread.
   void StartSession();
+  void EndSession();
   void ActivateOne();
   void TellDocuments();
   [[nodiscard]] OpenDocument Describe(const host::DocumentSummary &summary);
 
+  WindowsPoster windows;
   DesktopFront front;
   DocumentsSink tellDocuments;
   host::Configuration configuration;
   host::Installation installation;
   std::unique_ptr<host::Session> session;
+  bool hasEnded = false;
   std::map<std::string, Components> components;
   std::unique_ptr<HostThread> thread; // last: it uses the rest
 };

@@ -5,10 +5,18 @@ import select
 import shutil
 import subprocess
 import tempfile
+import time
 
 
 class NotThere(Exception):
     """A program that the tests need is not installed."""
+
+
+def await_line(stream, line):
+    for each in stream:
+        if each.strip() == line:
+            return
+    raise AssertionError(f"the program ended without '{line}'")
 
 
 class Display:
@@ -52,9 +60,43 @@ class Display:
 
     def find(self, title):
         """The number of the visible window of that title, waiting for it, and the focus on it."""
-        number = self.tool("search", "--sync", "--onlyvisible", "--name", title).split()[-1]
-        self.tool("windowactivate", "--sync", number)
-        return number
+        # A window that comes or goes while the tool looks around makes it give up.
+        deadline = time.monotonic() + 60
+        while True:
+            try:
+                number = self.see(title)
+                self.tool("windowactivate", "--sync", number)
+                return number
+            except subprocess.CalledProcessError:
+                if time.monotonic() > deadline:
+                    raise
+
+    def see(self, title, seconds=60):
+        """The number of the visible window of that title, waiting for it."""
+        deadline = time.monotonic() + seconds
+        while True:
+            # The tool's own way of waiting looks twice a second only.
+            try:
+                return self.tool("search", "--onlyvisible", "--name", title).split()[-1]
+            except subprocess.CalledProcessError:
+                if time.monotonic() > deadline:
+                    raise
+                time.sleep(0.01)
+
+    def take_picture(self, path):
+        subprocess.run(["import", "-window", "root", path], env=self.environment(), check=False)
+
+    def drag(self, source, x, y):
+        """From a process of drag_source.py to a point of the screen."""
+        self.tool("mousemove", "--sync", "60", "60")
+        self.tool("mousedown", "1")
+        for step in range(1, 9):
+            self.tool("mousemove", "--sync", str(60 + 4 * step), "60")
+        await_line(source.stdout, "begun")
+        for step in (2, 1, 0):
+            self.tool("mousemove", "--sync", str(x - 5 * step), str(y))
+        await_line(source.stdout, "accepted")
+        self.tool("mouseup", "1")
 
     def keys(self, *names):
         self.tool("key", "--clearmodifiers", *names)
@@ -71,22 +113,45 @@ class Windows:
         os.mkfifo(self.pipe)
         self.reading = os.open(self.pipe, os.O_RDWR | os.O_NONBLOCK)
         self.pending = b""
+        self.dialogs = {}  # what the open ones show, by title
         self.process = subprocess.Popen([program, *words], cwd=folder, stdin=subprocess.DEVNULL,
                                         env=display.environment() | environment | {"VLXSLT_WINDOW_EVENTS": self.pipe})
+
+    def next(self, seconds):
+        """The next event, or None when none comes in time or the program has ended."""
+        deadline = time.monotonic() + seconds
+        while b"\n" not in self.pending:
+            has_ended = self.process.poll() is not None
+            left = deadline - time.monotonic()
+            ready, _, _ = select.select([self.reading], [], [], 0 if has_ended else max(0, min(1, left)))
+            if ready:
+                self.pending += os.read(self.reading, 65536)
+            elif has_ended or left <= 0:
+                return None
+        line, self.pending = self.pending.split(b"\n", 1)
+        event = line.decode(errors="replace")
+        kind, _, rest = event.partition(" ")
+        if kind == "opened":
+            self.dialogs[rest] = ""
+        if kind == "settled":
+            title, _, buttons = rest.partition(" |")
+            self.dialogs[title] = "|" + buttons
+        return event
 
     def wait(self, beginning, seconds=30):
         """The next event that begins so; what comes before it is passed over."""
         seen = []
-        while True:
-            while b"\n" in self.pending:
-                line, self.pending = self.pending.split(b"\n", 1)
-                seen.append(line.decode(errors="replace"))
-                if seen[-1].startswith(beginning):
-                    return seen[-1]
-            ready, _, _ = select.select([self.reading], [], [], seconds)
-            if not ready:
-                raise AssertionError(f"no event '{beginning}'; there were {seen}")
-            self.pending += os.read(self.reading, 65536)
+        while (event := self.next(seconds)) is not None:
+            seen.append(event)
+            if event.startswith(beginning):
+                return event
+        raise AssertionError(f"no event '{beginning}'; there were {seen}")
+
+    def wait_until_shown(self, title, part):
+        """Until the dialog has settled with a button that can be pressed, or with "rows: N"."""
+        while f"| {part} |" not in self.dialogs.get(title, ""):
+            if self.next(30) is None:
+                raise AssertionError(f"'{title}' never showed '{part}'; it shows {self.dialogs}")
 
     def end(self, seconds=30):
         """The exit status of a program that is about to end by itself."""

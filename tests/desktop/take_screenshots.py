@@ -11,59 +11,94 @@ import subprocess
 import tempfile
 
 from display import Display, Windows
-from test_windows import CONFIGURATION, TEXT_XSL
 
+PROJECT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 LOOKS = {"": {}, "-dark": {"GTK_THEME": "Adwaita:dark"}, "-200": {"GDK_SCALE": "2"}}
-DIALOGS = {"Advanced Run": "shift+F5", "Choose Transformation": "ctrl+r", "Manage Transformations": "ctrl+m",
-           "New Transformation": "ctrl+n"}
+MAIN = "XSLT Workbench"
 
 
 class Photographer:
-    def __init__(self, display, options, folder, look):
-        self.display, self.options, self.folder, self.look = display, options, folder, look
+    """Walks through the windows as a person would, over the examples."""
 
-    def shoot(self, name, window):
+    def __init__(self, display, options, look):
+        self.display, self.options, self.look = display, options, look
+        self.windows = None
+
+    def shoot(self, name, title):
+        """The frame of the window manager belongs to the picture."""
         path = os.path.join(self.options.into, f"{name}{self.look}.png")
-        # The frame of the window manager belongs to the picture.
-        subprocess.run(["import", "-frame", "-window", window, path], env=self.display.environment(), check=True)
+        subprocess.run(["import", "-frame", "-window", self.display.find(title), path], env=self.display.environment(),
+                       check=True)
 
-    def visit(self, environment):
+    def press(self, *keys, opens=None, awaits=None):
+        self.display.keys(*keys)
+        if opens:
+            self.windows.wait("active " + opens)
+            self.display.find(opens)
+        if awaits:
+            self.windows.wait(awaits)
+
+    def close(self):
+        self.press("Escape", awaits="idle")
+        self.display.find(MAIN)
+
+    def start(self, home, environment, *files):
         program = os.path.join(self.options.build, "bin", "vlxslt")
-        windows = Windows(self.display, program, ["desktop", "guide.ditamap"], environment, self.folder)
-        windows.wait("documents")
-        main = self.display.find("XSLT Workbench")
-        self.open(windows, "Choose Transformation", "ctrl+r")
-        self.display.keys("Home", "Down", "Up", "alt+o")
-        windows.wait("idle")
-        windows.wait("idle")
-        main = self.display.find("XSLT Workbench")
-        self.shoot("workbench", main)
-        for title, key in DIALOGS.items():
-            self.shoot(title.lower().replace(" ", "-"), self.open(windows, title, key))
-            self.display.keys("Escape")
-            windows.wait("idle")
-            self.display.find("XSLT Workbench")
-        windows.kill()
+        self.windows = Windows(self.display, program, ["desktop", *files], environment, home)
+        self.windows.wait("documents")
+        self.display.find(MAIN)
 
-    def open(self, windows, title, key):
-        self.display.keys(key)
-        windows.wait("active " + title)
-        return self.display.find(title)
+    def visit(self, home, environment):
+        self.start(home, environment)
+        self.shoot("workbench-empty", MAIN)
+        self.windows.kill()
+        self.start(home, environment, "examples/docbook/article.xml", "examples/dita/bread.ditamap")
+        self.run_map()
+        self.shoot("workbench", MAIN)
+        self.press("shift+F5", opens="Advanced Run")
+        self.shoot("advanced-run", "Advanced Run")
+        self.close()
+        self.press("ctrl+r", opens="Choose Transformation")
+        self.shoot("choose-transformation", "Choose Transformation")
+        self.close()
+        self.press("ctrl+n", opens="New Transformation")
+        self.shoot("new-transformation", "New Transformation")
+        self.close()
+        self.visit_manage()
+        self.press("alt+f", "p", opens="Preferences")
+        self.press("alt+h", awaits="checked")
+        self.shoot("preferences", "Preferences")
+        self.windows.kill()
+
+    def run_map(self):
+        """Every topic of the map, with the application's first transformation."""
+        self.press("shift+F5", opens="Advanced Run")
+        self.press("Tab", "space", "alt+t", "Tab", "Tab", "space", opens="Choose Transformation")
+        self.press("Home", "Down", "Up", "alt+o", opens="Advanced Run")
+        self.press("alt+r", awaits="idle")
+        self.display.find(MAIN)
+
+    def visit_manage(self):
+        self.press("ctrl+m", opens="Manage Transformations")
+        self.press("Home", "Down", "Up")
+        self.shoot("manage-transformations", "Manage Transformations")
+        self.press("alt+e", opens="Edit Transformation")
+        self.shoot("edit-transformation", "Edit Transformation")
+        self.press("alt+x", *["Tab"] * 4, "space", opens="Stylesheet Parameters")
+        self.press("Down", "Down", "Down", awaits="settled Stylesheet Parameters")
+        self.shoot("stylesheet-parameters", "Stylesheet Parameters")
+        self.press("Escape", opens="Edit Transformation")
+        self.press("Escape", opens="Manage Transformations")
+        self.close()
 
 
-def prepare(folder, build):
-    files = {"vlxslt.toml": CONFIGURATION, "html.xsl": TEXT_XSL,
-             "guide.ditamap": '<map><topicref href="welcome.dita"/><topicref href="install.dita"/></map>',
-             "welcome.dita": "<topic/>", "install.dita": "<topic/>"}
-    for name, text in files.items():
-        with open(os.path.join(folder, name), "w", encoding="utf-8") as file:
-            file.write(text)
-    environment = {"VLXSLT_CONFIG": os.path.join(folder, "vlxslt.toml"), "XDG_STATE_HOME": os.path.join(folder, "state"),
-                   "HOME": folder}
-    for name in ("HTML", "Print"):
-        subprocess.run([os.path.join(build, "bin", "vlxslt"), "add", name, "--application", "DITA", "--yes", "--xsl", "html.xsl",
-                        "--suffix", "-" + name.lower()], env=os.environ | environment, check=True)
-    return environment
+def prepare(home):
+    """A person's home with the examples in it."""
+    shutil.copytree(os.path.join(PROJECT, "examples"), os.path.join(home, "examples"))
+    os.makedirs(os.path.join(home, "build", "demo"))
+    os.symlink(os.path.join(PROJECT, "build", "processors"), os.path.join(home, "build", "processors"))
+    return {"VLXSLT_CONFIG": os.path.join(home, "examples", "vlxslt.toml"), "HOME": home,
+            "XDG_STATE_HOME": os.path.join(home, ".state")}
 
 
 def main():
@@ -73,12 +108,12 @@ def main():
     options = parser.parse_args()
     os.makedirs(options.into, exist_ok=True)
     for look, change in LOOKS.items():
-        folder = tempfile.mkdtemp(prefix="vlxslt-pictures-")
+        home = tempfile.mkdtemp(prefix="vlxslt-pictures-")
         try:
             with Display(size="2800x2000" if "200" in look else "1400x1000") as display:
-                Photographer(display, options, folder, look).visit(prepare(folder, options.build) | change)
+                Photographer(display, options, look).visit(home, prepare(home) | change)
         finally:
-            shutil.rmtree(folder, ignore_errors=True)
+            shutil.rmtree(home, ignore_errors=True)
 
 
 if __name__ == "__main__":

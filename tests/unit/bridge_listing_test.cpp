@@ -2,13 +2,12 @@
 #include "bridge/processor_bridge.h"
 #include "bridge/transformation_log.h"
 #include "tests/unit/fake_host.h"
+#include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
@@ -21,35 +20,24 @@ using Strings = std::vector<std::string>;
 
 class Listing : public testing::Test {
 protected:
-  Listing() {
-    bridge::ResetLog(false);
-    root = (fs::temp_directory_path() / "vlxslt list XXXXXX").string();
-    if (!mkdtemp(root.data()))
-      std::abort();
-  }
-  ~Listing() override {
-    EXPECT_EQ(host.LiveBlocks(), 0U);
-    std::error_code ignored;
-    fs::remove_all(root, ignored);
-  }
-  void Touch(const std::string &name, const std::string &text = {}) const {
-    fs::create_directories(fs::path(root + "/" + name).parent_path());
-    std::ofstream(root + "/" + name, std::ios::binary) << text;
-  }
+  Listing() { bridge::ResetLog(false); }
+  ~Listing() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
+  void Touch(const std::string &name, const std::string &text = {}) const { folder.Write(name, text); }
   static std::string TakeLog() {
     std::string text = bridge::LogText();
     bridge::ResetLog(false);
     return text;
   }
-  [[nodiscard]] Strings List(const std::string &folder, int32_t recurse) const {
+  [[nodiscard]] Strings List(const std::string &name, int32_t recurse) const {
     Strings names;
-    for (const std::string &path : bridge::GetAllFilesInFolder((root + "/" + folder).c_str(), recurse).Items())
+    for (const std::string &path : bridge::GetAllFilesInFolder((root + "/" + name).c_str(), recurse).Items())
       names.push_back(path.substr(root.size() + 1));
     return names;
   }
 
+  test::Folder folder;
+  const std::string &root = folder.Root();
   FakeHost host;
-  std::string root;
 };
 
 TEST_F(Listing, FilesOfFoldersComeBeforeThoseOfTheirParent) {

@@ -3,15 +3,14 @@
 #include "bridge/processor_bridge.h"
 #include "bridge/processor_list.h"
 #include "bridge/transformation_log.h"
-#include "fake_host.h"
 #include "kit/paths.h"
+#include "tests/unit/fake_host.h"
+#include "tests/unit/folder.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,8 +35,6 @@ protected:
       return;
     hasProcessors = true;
     setenv("VLXSLT_NO_CLASS_ARCHIVE", "1", 1);
-    folder = fs::temp_directory_path() / ("bridge test ü " + std::to_string(getpid()));
-    fs::create_directories(folder);
     const std::string jars = PROCESSORS_DIR;
     bridge::SetClassPath((".;" + jars + "/saxon/Saxon-HE.jar;" + jars + "/saxon/xmlresolver.jar;" + jars +
                           "/saxon/xmlresolver-data.jar;" + jars + "/xalan/xalan.jar;" + jars + "/xalan/serializer.jar;")
@@ -55,22 +52,10 @@ protected:
     if (!hasProcessors)
       GTEST_SKIP() << "no processors in " PROCESSORS_DIR;
   }
-  ~BridgeTest() override {
-    std::error_code error;
-    fs::remove_all(folder, error);
-  }
 
-  [[nodiscard]] std::string Path(const std::string &name) const { return (folder / name).string(); }
-  std::string Write(const std::string &name, const std::string &text) {
-    std::ofstream(folder / name, std::ios::binary) << text;
-    return Path(name);
-  }
-  [[nodiscard]] std::string Read(const std::string &name) const {
-    std::ifstream file(folder / name, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
+  [[nodiscard]] std::string Path(const std::string &name) const { return folder.Path(name); }
+  std::string Write(const std::string &name, const std::string &text) const { return folder.Write(name, text); }
+  [[nodiscard]] std::string Read(const std::string &name) const { return folder.Read(name); }
   // What the transformation logged; `succeeded` and the requests are kept.
   std::string Run(const std::string &xml, const std::string &xsl, const std::vector<std::string> &parameters = {}) {
     bridge::ResetLog(false);
@@ -97,7 +82,7 @@ protected:
   }
 
   FakeHost host;
-  fs::path folder;
+  test::Folder folder;
   std::map<std::string, std::string> entities; // a part of the request, and the answer
   bool hasProcessors = false;
   bool succeeded = false;
@@ -181,10 +166,11 @@ TEST_F(BridgeTest, ReadsTheSameFromAKeptGrammar) {
   const std::string plain = Write("1.xml", "<!DOCTYPE d SYSTEM 'd.dtd'><d>&word;&out;</d>");
   const std::string other =
       Write("2.xml", "<!DOCTYPE d SYSTEM 'd.dtd' [<!ENTITY word 'mine'><!ATTLIST d a CDATA 'own'>]><d>&word;</d>");
-  const std::string xsl = Write(
-      "copy.xsl", Stylesheet("<xsl:template match='/'><xsl:copy-of select='.'/><u>"
-                             "<xsl:value-of select=\"substring-after(unparsed-entity-uri('pic'), '%20%C3%BC%20')\"/>"
-                             "</u></xsl:template>"));
+  const std::string xsl =
+      Write("copy.xsl",
+            Stylesheet("<xsl:template match='/'><xsl:copy-of select='.'/><u>"
+                       "<xsl:value-of select=\"substring-after(unparsed-entity-uri('pic'), '100%25%20%C3%BC-')\"/>"
+                       "</u></xsl:template>"));
   ASSERT_EQ(bridge::SetTransformer(saxon), 1);
   (void)Run(plain, xsl);
   const std::string first = Read("out");
@@ -210,20 +196,20 @@ TEST_F(BridgeTest, WritesAllOutputsOrNone) {
                    "2.0"));
   ASSERT_EQ(bridge::SetTransformer(saxon), 1);
   Write("target", "old");
-  fs::create_symlink("target", folder / "out");
-  fs::permissions(folder / "target", fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+  fs::create_symlink("target", Path("out"));
+  fs::permissions(Path("target"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
   EXPECT_EQ(CountOf(Run(xml, "", {"fail", "true()"}), "enough"), 1U);
   EXPECT_FALSE(succeeded);
   EXPECT_EQ(Read("target"), "old");
-  EXPECT_FALSE(fs::exists(folder / "sub/a"));
+  EXPECT_FALSE(fs::exists(Path("sub/a")));
   (void)Run(xml, "");
   EXPECT_TRUE(succeeded) << bridge::LogText();
-  EXPECT_TRUE(fs::is_symlink(folder / "out"));
+  EXPECT_TRUE(fs::is_symlink(Path("out")));
   EXPECT_EQ(Read("target"), "<main/>");
-  EXPECT_EQ(fs::status(folder / "target").permissions(),
+  EXPECT_EQ(fs::status(Path("target")).permissions(),
             fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
-  EXPECT_TRUE(fs::exists(folder / "sub/a"));
-  for (const auto &entry : fs::recursive_directory_iterator(folder))
+  EXPECT_TRUE(fs::exists(Path("sub/a")));
+  for (const auto &entry : fs::recursive_directory_iterator(folder.Root()))
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
 }
 
@@ -279,7 +265,7 @@ TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
                                            "'><second/></xsl:result-document></xsl:template>",
                                        "2.0"));
   };
-  fs::create_directories(folder / "taken");
+  fs::create_directories(Path("taken"));
   ASSERT_EQ(bridge::SetTransformer(saxon), 1);
   struct Row {
     std::string main, href, reason;
@@ -300,7 +286,7 @@ TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
   EXPECT_EQ(Run(xml, write("", "out")), "");
   EXPECT_TRUE(succeeded);
   EXPECT_EQ(Read("out"), "<second/>");
-  for (const auto &entry : fs::recursive_directory_iterator(folder))
+  for (const auto &entry : fs::recursive_directory_iterator(folder.Root()))
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
 }
 
@@ -331,13 +317,13 @@ TEST_F(BridgeTest, SaysWhyAProcessorDoesNotLoad) {
 }
 
 TEST_F(BridgeTest, ListsFoldersAndConvertsText) {
-  fs::create_directories(folder / "sub/deep");
+  fs::create_directories(Path("sub/deep"));
   Write("top", "");
   Write("sub/middle", "x");
   Write("sub/deep/leaf", "");
-  const auto files = bridge::GetAllFilesInFolder(folder.c_str(), 1).Items();
+  const auto files = bridge::GetAllFilesInFolder(folder.Root().c_str(), 1).Items();
   EXPECT_EQ(files, (std::vector<std::string>{Path("sub/deep/leaf"), Path("sub/middle"), Path("top")}));
-  EXPECT_EQ(bridge::GetAllFilesInFolder(folder.c_str(), 0).Items(), std::vector<std::string>{Path("top")});
+  EXPECT_EQ(bridge::GetAllFilesInFolder(folder.Root().c_str(), 0).Items(), std::vector<std::string>{Path("top")});
   EXPECT_TRUE(bridge::GetAllFilesInFolder(Path("none").c_str(), 1).IsEmpty());
   EXPECT_NE(bridge::LogText(), "");
   EXPECT_EQ(bridge::IsEmptyFile(Path("top").c_str()), 1);

@@ -4,19 +4,11 @@
 #include "bridge/transformation_log.h"
 #include "catalogue/shut_down.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace fs = std::filesystem;
 
 CatalogueTest::CatalogueTest() {
-  std::string folder = (fs::temp_directory_path() / "vlxslt-XXXXXX").string();
-  if (!mkdtemp(folder.data()))
-    std::abort();
-  root = folder;
   install = Path("Prögramme 'of' 100% \"x\" #1/");
   fs::create_directories(install + "vlinit/XSLT");
   fs::copy_file(VLXSLT_SCHEMA, install + "vlinit/XSLT/Transformations.xsd");
@@ -29,29 +21,7 @@ CatalogueTest::CatalogueTest() {
 
 CatalogueTest::~CatalogueTest() {
   catalogue::ShutDownCatalogue();
-  fs::remove_all(root);
   EXPECT_EQ(host.LiveBlocks(), 0U);
-}
-
-std::string CatalogueTest::Write(const std::string &name, const std::string &bytes) const {
-  std::string path = Path(name);
-  fs::create_directories(fs::path(path).parent_path());
-  std::ofstream(path, std::ios::binary) << bytes;
-  return path;
-}
-
-std::string CatalogueTest::ReadAll(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> CatalogueTest::Names(const std::string &folder) const {
-  std::vector<std::string> names;
-  for (const auto &entry : fs::directory_iterator(folder.empty() ? root : folder))
-    if (entry.is_regular_file() || entry.is_symlink())
-      names.push_back(entry.path().filename().string());
-  std::ranges::sort(names);
-  return names;
 }
 
 std::string CatalogueTest::TakeLog() {

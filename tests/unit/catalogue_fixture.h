@@ -4,6 +4,7 @@
 
 #include "catalogue/transformation.h"
 #include "tests/unit/fake_host.h"
+#include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
 
@@ -17,16 +18,14 @@ protected:
   ~CatalogueTest() override;
 
   // The full path of a file in the test's folder.
-  [[nodiscard]] std::string Path(const std::string &name) const { return root + "/" + name; }
-  std::string Write(const std::string &name, const std::string &bytes) const;
-  [[nodiscard]] static std::string ReadAll(const std::string &path);
-  // Everything in the folder, to see that nothing was left behind.
-  [[nodiscard]] std::vector<std::string> Names(const std::string &folder = {}) const;
+  [[nodiscard]] std::string Path(const std::string &name) const { return folder.Path(name); }
+  std::string Write(const std::string &name, const std::string &bytes) const { return folder.Write(name, bytes); }
   // The log since the last call.
   [[nodiscard]] static std::string TakeLog();
   [[nodiscard]] std::vector<FakeHost::Asked> TakeAsked() { return std::exchange(host.asked, {}); }
 
-  std::string root;
+  test::Folder folder;
+  const std::string &root = folder.Root();
   std::string install;
   FakeHost host;
 };

@@ -121,7 +121,7 @@ TEST_F(Model, TheFileHoldsWhatTheEditsMadeOfIt) {
     ASSERT_LE(TakeAsked().size(), 1U);
     (void)TakeLog();
   }
-  EXPECT_EQ(Names(), Strings{"T.xml"});
+  EXPECT_EQ(folder.Names(), Strings{"T.xml"});
 }
 
 // The three ways in which a whole catalogue comes back unchanged: read and written, by an edit that changes nothing, by
@@ -136,18 +136,18 @@ TEST_F(Model, WhatNobodyChangesStaysToTheByte) {
     }
     path = Path("T.xml");
     ASSERT_TRUE(catalogue::SaveTransformationFile(path, list));
-    const std::string bytes = ReadAll(path);
+    const std::string bytes = test::ReadAll(path);
     const auto loaded = catalogue::LoadTransformationFile(path);
     ASSERT_TRUE(loaded.list) << TakeLog();
     EXPECT_EQ(*loaded.list, list);
     ASSERT_TRUE(catalogue::SaveTransformationFile(path, *loaded.list));
-    EXPECT_EQ(ReadAll(path), bytes);
+    EXPECT_EQ(test::ReadAll(path), bytes);
     if (!list.empty()) {
       EXPECT_EQ(catalogue::EditTransformation(path, list[0], list[0].name), EditResult::Saved);
-      EXPECT_EQ(ReadAll(path), bytes);
+      EXPECT_EQ(test::ReadAll(path), bytes);
     }
     EXPECT_EQ(catalogue::DeleteTransformation(path, "nobody"), EditResult::Saved);
-    EXPECT_EQ(ReadAll(path), bytes);
+    EXPECT_EQ(test::ReadAll(path), bytes);
   }
 }
 

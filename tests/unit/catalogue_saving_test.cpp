@@ -56,13 +56,13 @@ TEST_F(CatalogueTest, AFullOrReadOnlyDiskLeavesTheOldFile) {
     GTEST_SKIP() << "only root may mount the small file system that this test fills";
   const std::string path = Path("disk/T.xml");
   ASSERT_TRUE(SaveTransformationFile(path, Many("old", 3)));
-  const std::string before = ReadAll(path);
+  const std::string before = test::ReadAll(path);
   EXPECT_FALSE(SaveTransformationFile(path, Many("new", 1000)));
   EXPECT_EQ(TakeLog(), "The transformation file could not be written: " + path + ": No space left on device\n");
-  EXPECT_EQ(ReadAll(path), before);
-  EXPECT_EQ(Names(Path("disk")), Strings{"T.xml"});
+  EXPECT_EQ(test::ReadAll(path), before);
+  EXPECT_EQ(folder.Names("disk"), Strings{"T.xml"});
   EXPECT_FALSE(SaveTransformationFile(Path("disk/fresh.xml"), Many("new", 1000)));
-  EXPECT_EQ(Names(Path("disk")), Strings{"T.xml"});
+  EXPECT_EQ(folder.Names("disk"), Strings{"T.xml"});
 
   ASSERT_TRUE(disk.MakeReadOnly());
   (void)TakeLog();
@@ -72,7 +72,7 @@ TEST_F(CatalogueTest, AFullOrReadOnlyDiskLeavesTheOldFile) {
   EXPECT_EQ(TakeAsked(), (std::vector<FakeHost::Asked>{
                              {V_ALERT_PLAIN, "Cannot save the file at following location: " + Path("disk") +
                                                  ". Make sure you have write permissions."}}));
-  EXPECT_EQ(ReadAll(path), before);
+  EXPECT_EQ(test::ReadAll(path), before);
 }
 
 TEST_F(CatalogueTest, WhatCannotBeReplacedIsLeftAlone) {
@@ -85,12 +85,12 @@ TEST_F(CatalogueTest, WhatCannotBeReplacedIsLeftAlone) {
     EXPECT_FALSE(SaveTransformationFile(path, Many("new", 1)));
     EXPECT_EQ(TakeLog(), "The transformation file could not be written: " + path + ": " + reason + "\n");
   }
-  EXPECT_EQ(ReadAll(locked), "old");
+  EXPECT_EQ(test::ReadAll(locked), "old");
   EXPECT_FALSE(SaveTransformationFile("", {}));
-  EXPECT_EQ(Names(), Strings{"locked.xml"});
+  EXPECT_EQ(folder.Names(), Strings{"locked.xml"});
   // Given up half way.
   EXPECT_TRUE(kit::AtomicFile(Path("half.xml")).Write("bytes"));
-  EXPECT_EQ(Names(), Strings{"locked.xml"});
+  EXPECT_EQ(folder.Names(), Strings{"locked.xml"});
 }
 
 TEST_F(CatalogueTest, PermissionsOwnerAndLinksStay) {
@@ -116,7 +116,7 @@ TEST_F(CatalogueTest, PermissionsOwnerAndLinksStay) {
   fs::create_symlink("real/later.xml", Path("later.xml"));
   ASSERT_TRUE(SaveTransformationFile(Path("later.xml"), Many("new", 1)));
   EXPECT_TRUE(fs::is_symlink(Path("later.xml")));
-  EXPECT_EQ(Names(Path("real")), (Strings{"T.xml", "later.xml"}));
+  EXPECT_EQ(folder.Names("real"), (Strings{"T.xml", "later.xml"}));
   // A new file is as readable as the caller's mask lets it be.
   const mode_t mask = umask(0027);
   ASSERT_TRUE(SaveTransformationFile(Path("fresh.xml"), {}));

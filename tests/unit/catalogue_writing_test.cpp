@@ -41,7 +41,7 @@ TEST_F(CatalogueTest, AFileHasExactlyTheseBytes) {
   odd.name = "ä";
   odd.xslPath = "a & b.xsl";
   ASSERT_TRUE(SaveTransformationFile(Path("T.xml"), {odd}));
-  EXPECT_EQ(ReadAll(Path("T.xml")),
+  EXPECT_EQ(folder.Read("T.xml"),
             "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\" ?>\r\n"
             "<Transformations>\r\n\r\n"
             "  <Transformation>\r\n"
@@ -63,7 +63,7 @@ TEST_F(CatalogueTest, AFileHasExactlyTheseBytes) {
             "  </Transformation>\r\n\r\n"
             "</Transformations>\r\n");
   ASSERT_TRUE(SaveTransformationFile(Path("T.xml"), {}));
-  EXPECT_EQ(ReadAll(Path("T.xml")),
+  EXPECT_EQ(folder.Read("T.xml"),
             "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\" ?>\r\n<Transformations/>\r\n");
 }
 
@@ -74,13 +74,13 @@ TEST_F(CatalogueTest, WhatIsWrittenIsReadAgain) {
     ASSERT_TRUE(loaded.list) << TakeLog();
     EXPECT_EQ(*loaded.list, list);
     ASSERT_TRUE(SaveTransformationFile(Path("two.xml"), *loaded.list));
-    EXPECT_EQ(ReadAll(Path("one.xml")), ReadAll(Path("two.xml")));
+    EXPECT_EQ(folder.Read("one.xml"), folder.Read("two.xml"));
   }
 }
 
 TEST_F(CatalogueTest, TextThatXmlCannotHoldIsRefused) {
   const std::string path = Write("T.xml", Catalogue(Element("old")));
-  const std::string before = ReadAll(path);
+  const std::string before = test::ReadAll(path);
   Transformation control = MakeTransformation("c");
   control.parameters = {"p", "a\x01"};
   Transformation broken = MakeTransformation("b");
@@ -90,7 +90,7 @@ TEST_F(CatalogueTest, TextThatXmlCannotHoldIsRefused) {
                                        std::pair{broken, "(not UTF-8)"}, std::pair{noncharacter, "(U+FFFF)"}}) {
     EXPECT_FALSE(SaveTransformationFile(path, {MakeTransformation("fine"), record}));
     EXPECT_NE(TakeLog().find(logged), std::string::npos);
-    EXPECT_EQ(ReadAll(path), before);
+    EXPECT_EQ(test::ReadAll(path), before);
   }
 }
 
@@ -145,11 +145,11 @@ TEST_F(CatalogueTest, EditingKeepsThePlaceAndReplacesAnExistingName) {
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), (Strings{"X", "B", "C"}));
   EXPECT_TRUE(LoadTransformationFile(path).list->at(2).usePI);
 
-  const std::string before = ReadAll(path);
+  const std::string before = test::ReadAll(path);
   EXPECT_EQ(EditTransformation(path, MakeTransformation("new"), "gone"), EditResult::Failed);
   EXPECT_EQ(TakeLog(), "Transformation gone not found.\n");
   EXPECT_EQ(EditTransformation(path, MakeTransformation("new"), ""), EditResult::Failed);
-  EXPECT_EQ(ReadAll(path), before);
+  EXPECT_EQ(test::ReadAll(path), before);
 }
 
 TEST_F(CatalogueTest, DeletingKeepsTheOthers) {
@@ -161,7 +161,7 @@ TEST_F(CatalogueTest, DeletingKeepsTheOthers) {
   EXPECT_EQ(catalogue::DeleteTransformation(Path("missing.xml"), "A"), EditResult::Failed);
   const std::string broken = Write("broken.xml", "<Transformations><Nonsense/></Transformations>");
   EXPECT_EQ(catalogue::DeleteTransformation(broken, "A"), EditResult::Failed);
-  EXPECT_NE(ReadAll(broken).find("Nonsense"), std::string::npos);
+  EXPECT_NE(test::ReadAll(broken).find("Nonsense"), std::string::npos);
 }
 
 TEST_F(CatalogueTest, TheTargetIsLookedAtFirst) {
@@ -203,7 +203,7 @@ TEST_F(CatalogueTest, TheTargetIsLookedAtFirst) {
     EXPECT_EQ(TakeAsked().size(), 1U);
     EXPECT_EQ(NamesOf(LoadTransformationFile(row.path).list), Strings{"A"});
   }
-  EXPECT_EQ(ReadAll(locked), Catalogue(""));
+  EXPECT_EQ(test::ReadAll(locked), Catalogue(""));
 }
 
 TEST_F(CatalogueTest, AnUnreadableCatalogueIsNotReplacedUnasked) {
@@ -212,10 +212,10 @@ TEST_F(CatalogueTest, AnUnreadableCatalogueIsNotReplacedUnasked) {
   host.answers = {V_ANSWER_DECLINE};
   EXPECT_EQ(AddTransformation(path, MakeTransformation("A")), EditResult::Stopped);
   EXPECT_EQ(TakeAsked(), (Asked{{V_ALERT_OK_CANCEL, "OK to overwrite existing file " + path + "?"}}));
-  EXPECT_EQ(ReadAll(path), text);
+  EXPECT_EQ(test::ReadAll(path), text);
   EXPECT_NE(TakeLog().find("line 2, char 12"), std::string::npos);
   EXPECT_EQ(EditTransformation(path, MakeTransformation("A"), "A"), EditResult::Failed);
-  EXPECT_EQ(ReadAll(path), text);
+  EXPECT_EQ(test::ReadAll(path), text);
   EXPECT_EQ(AddTransformation(path, MakeTransformation("A")), EditResult::Saved);
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), Strings{"A"});
 }

@@ -1,11 +1,10 @@
 // What the command line makes of its words before a request is sent: inputs, places for results, records, requests.
 #include "host/cli/run_inputs.h"
 #include "host/cli/transformation_record.h"
-#include "host/text_file.h"
 #include "kit/text.h"
 #include "kit/values.h"
 #include "tests/unit/fake_host.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
 
@@ -241,16 +240,6 @@ TEST(Requests, CarryValuesWhole) {
   EXPECT_EQ(tooLong.Problem(), "");
   tooLong.Add("-o", {std::string(1024, 'x')});
   EXPECT_NE(tooLong.Problem(), "");
-}
-
-TEST(TextFiles, AreRegularFilesOnly) {
-  const test::Folder folder;
-  const std::string text("a\0b\r\n\xFF", 6);
-  EXPECT_EQ(host::ReadTextFile(folder.Write("f", text)), text);
-  EXPECT_EQ(host::ReadTextFile(folder.Write("empty", "")), "");
-  ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
-  for (const char *other : {"pipe", "none", ".", "f/below"})
-    EXPECT_EQ(host::ReadTextFile(folder.Path(other)), std::nullopt) << other;
 }
 
 } // namespace

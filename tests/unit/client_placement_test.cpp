@@ -21,9 +21,9 @@ using Strings = std::vector<std::string>;
 
 class Placement : public ClientParts {
 protected:
-  [[nodiscard]] Strings Names(const std::string &folder) const {
+  [[nodiscard]] Strings Names(const std::string &name) const {
     Strings names;
-    for (const auto &entry : fs::directory_iterator(Path(folder)))
+    for (const auto &entry : fs::directory_iterator(Path(name)))
       names.push_back(entry.path().filename().string());
     return names;
   }
@@ -119,12 +119,12 @@ TEST_F(Placement, ChecksComeInTheirOrderAndSayWhy) {
   fs::create_directories(Path("out/folder.xml"));
   ASSERT_EQ(mkfifo(Path("out/pipe").c_str(), 0600), 0);
   fs::create_symlink("nowhere/x", Path("out/dangling"));
-  const std::string readOnly = "Cannot overwrite existing file: %. Make sure the file is not read-only. \n";
+  const std::string readOnly = "Cannot overwrite existing file: @. Make sure the file is not read-only. \n";
   struct Row {
     std::string output;
     bool isAsked;
     OutputCheck result;
-    std::string log; // % is the output
+    std::string log; // @ is the output
   };
   for (const Row &row : {
            Row{"", false, OutputCheck::Refused, ""},
@@ -140,7 +140,7 @@ TEST_F(Placement, ChecksComeInTheirOrderAndSayWhy) {
     host.asked.clear();
     EXPECT_EQ(client::CheckOutput(row.output), row.result) << row.output;
     std::string log = row.log;
-    if (const size_t at = log.find('%'); at != std::string::npos)
+    if (const size_t at = log.find('@'); at != std::string::npos)
       log.replace(at, 1, row.output);
     EXPECT_EQ(TakeLog(), log);
     EXPECT_EQ(host.asked.size(), row.isAsked ? 1U : 0U) << row.output;

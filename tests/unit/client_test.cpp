@@ -4,14 +4,13 @@
 #include "kit/paths.h"
 #include "tests/unit/fake_bridge.h"
 #include "tests/unit/fake_host.h"
+#include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,8 +33,6 @@ struct Reply {
 class ClientTest : public testing::Test {
 protected:
   void SetUp() override {
-    root = (fs::temp_directory_path() / "vlxslt client XXXXXX").string();
-    ASSERT_NE(mkdtemp(root.data()), nullptr);
     fs::create_directories(root + "/temp");
     fs::create_directories(root + "/out");
     fs::create_directories(root + "/install/vlinit/XSLT");
@@ -44,11 +41,6 @@ protected:
     xsl = Write("style.xsl", "X");
     first = Write("a.xml", "one");
     second = Write("b.xml", "two");
-  }
-
-  void TearDown() override {
-    host.reset();
-    fs::remove_all(root);
   }
 
   void MakeHost() {
@@ -71,24 +63,7 @@ protected:
     bridge::LoadProcessors();
   }
 
-  std::string Write(const std::string &name, const std::string &text) {
-    const std::string path = root + "/" + name;
-    std::ofstream(path, std::ios::binary) << text;
-    return path;
-  }
-
-  static std::string ReadFile(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
-  [[nodiscard]] std::vector<std::string> FilesIn(const std::string &folder) const {
-    std::vector<std::string> names;
-    for (const auto &entry : fs::directory_iterator(root + "/" + folder))
-      names.push_back(entry.path().filename().string());
-    std::ranges::sort(names);
-    return names;
-  }
+  std::string Write(const std::string &name, const std::string &text) const { return folder.Write(name, text); }
 
   // One transformation "T" with the given output element.
   void WriteCatalogue(const std::string &output, const std::string &open = "") {
@@ -118,7 +93,8 @@ protected:
     return " -file " + Quote(input) + " -outputfilepath " + Quote(root + "/out/" + output);
   }
 
-  std::string root;
+  test::Folder folder;
+  const std::string &root = folder.Root();
   std::string xsl, first, second;
   std::unique_ptr<FakeHost> host;
 };
@@ -207,7 +183,7 @@ TEST_F(ClientTest, LogsARunOfABareStylesheetToTheByte) {
            "\n\n\nXSL Processor Messages (Processor: Saxon)\n\n\n" + result + "\r\n\n";
   };
   EXPECT_EQ(reply.log, section(first, "Transformation Successful.") + section(second, "Transformation Aborted."));
-  EXPECT_EQ(ReadFile(root + "/out/a.out"), "Xone");
+  EXPECT_EQ(folder.Read("out/a.out"), "Xone");
   EXPECT_EQ(FakeBridge::Get().calls[0].parameters, (std::vector<std::string>{"p", "a b", "q", ""}));
   EXPECT_EQ(host->console.front(), "\n");
   EXPECT_EQ(std::ranges::count(host->console, "\n"), 6);
@@ -239,11 +215,11 @@ TEST_F(ClientTest, FollowsEveryOutputPolicy) {
   WriteCatalogue("<SameLocationAsSource suffix='_new'/>");
   const std::string run = FileTo(first, "ignored") + " -trname T -trfile " + Quote(root + "/catalogue.xml");
   EXPECT_EQ(Run(run).status, 0);
-  EXPECT_EQ(ReadFile(root + "/a_new.xml"), "Xone");
+  EXPECT_EQ(folder.Read("a_new.xml"), "Xone");
 
   WriteCatalogue("<DirPath>$structdir/out</DirPath>", "DefaultProgram");
   const Reply dirPath = Run(run);
-  EXPECT_EQ(ReadFile(root + "/out/a.xml"), "Xone");
+  EXPECT_EQ(folder.Read("out/a.xml"), "Xone");
   EXPECT_NE(dirPath.log.find("\nOutput:" + root + "/out/a.xml\n"), std::string::npos) << dirPath.log;
   EXPECT_EQ(host->launched, (std::vector<std::string>{root + "/out/a.xml"}));
 
@@ -259,8 +235,8 @@ TEST_F(ClientTest, FollowsEveryOutputPolicy) {
 
   WriteCatalogue("<SameLocationAsSource/>");
   EXPECT_EQ(Run(run).status, 0);
-  EXPECT_EQ(ReadFile(first), "Xone");
-  EXPECT_EQ(FilesIn("temp"), std::vector<std::string>());
+  EXPECT_EQ(test::ReadAll(first), "Xone");
+  EXPECT_EQ(folder.Names("temp"), std::vector<std::string>());
   EXPECT_EQ(FakeBridge::Get().calls.back().parameters, (std::vector<std::string>{"p", "1"}));
 }
 
@@ -270,15 +246,15 @@ TEST_F(ClientTest, TemporaryOutputsGoUnlessSomebodyStillNeedsThem) {
   WriteCatalogue("<DoNotSave/>", "Vellis");
   EXPECT_EQ(Run(run).status, 0);
   EXPECT_EQ(host->opened, (std::vector<std::string>{root + "/temp/a-out0.xml"}));
-  EXPECT_EQ(FilesIn("temp"), (std::vector<std::string>{"a-out.xml"}));
+  EXPECT_EQ(folder.Names("temp"), (std::vector<std::string>{"a-out.xml"}));
 
   host->opensDocuments = false;
   EXPECT_EQ(Run(run).status, 0);
-  EXPECT_EQ(FilesIn("temp"), (std::vector<std::string>{"a-out.xml", "a-out0.xml"}));
+  EXPECT_EQ(folder.Names("temp"), (std::vector<std::string>{"a-out.xml", "a-out0.xml"}));
 
   WriteCatalogue("<DoNotSave/>", "DefaultProgram");
   EXPECT_EQ(Run(run).status, 0);
-  EXPECT_EQ(FilesIn("temp"), (std::vector<std::string>{"a-out.xml", "a-out0.xml", "a-out1.xml"}));
+  EXPECT_EQ(folder.Names("temp"), (std::vector<std::string>{"a-out.xml", "a-out0.xml", "a-out1.xml"}));
 }
 
 TEST_F(ClientTest, AsksBeforeItOverwritesAndKeepsReadOnlyFiles) {
@@ -290,14 +266,14 @@ TEST_F(ClientTest, AsksBeforeItOverwritesAndKeepsReadOnlyFiles) {
   EXPECT_EQ(declined.log, "");
   EXPECT_EQ(host->asked.back(),
             (FakeHost::Asked{V_ALERT_OK_CANCEL, "OK to overwrite existing file " + root + "/out/a?"}));
-  EXPECT_EQ(ReadFile(root + "/out/a"), "old");
+  EXPECT_EQ(folder.Read("out/a"), "old");
 
   fs::permissions(root + "/out/a", fs::perms::owner_read);
   EXPECT_EQ(Run(run).log,
             "Cannot overwrite existing file: " + root + "/out/a. Make sure the file is not read-only. \n");
   fs::permissions(root + "/out/a", fs::perms::owner_all);
   EXPECT_EQ(Run(run).status, 0);
-  EXPECT_EQ(ReadFile(root + "/out/a"), "Xone");
+  EXPECT_EQ(folder.Read("out/a"), "Xone");
 
   EXPECT_EQ(Run(FileTo(first, "none/a") + WithXsl()).log,
             "Cannot save the file at following location: " + root + "/out/none. Make sure folder exist.\n");
@@ -311,14 +287,14 @@ TEST_F(ClientTest, FiltersByApplicationAndStopsOnCancel) {
   WriteCatalogue("<DirPath>$STRUCTDIR/out</DirPath>");
   const std::string both = FileTo(second, "x") + FileTo(first, "y") + " -trname T -appname ";
   EXPECT_EQ(Run(both + "DITA").status, 0);
-  EXPECT_EQ(FilesIn("out"), (std::vector<std::string>{"a.xml"}));
+  EXPECT_EQ(folder.Names("out"), (std::vector<std::string>{"a.xml"}));
   EXPECT_EQ(Run(FileTo(second, "x") + " -trname T -appname DITA").status, 1);
 
   int inputsLeft = 1;
   host->isCancelled = [&] { return inputsLeft-- <= 0; };
   const Reply cancelled = Run(FileTo(first, "c1") + FileTo(second, "c2") + WithXsl());
   EXPECT_EQ(cancelled.status, 0);
-  EXPECT_EQ(FilesIn("out"), (std::vector<std::string>{"a.xml", "c1"}));
+  EXPECT_EQ(folder.Names("out"), (std::vector<std::string>{"a.xml", "c1"}));
 }
 
 TEST_F(ClientTest, OtherRequests) {
@@ -358,9 +334,9 @@ TEST_F(ClientTest, AnyFailingHostCallLosesNothing) {
     (void)client::DispatchRequest("XSLTRunTrScenario " + run);
     again = host->HasFailed();
     EXPECT_EQ(host->LiveBlocks(), 0U) << failures;
-    const std::string text = ReadFile(first);
+    const std::string text = test::ReadAll(first);
     EXPECT_TRUE(text == "one" || text == "Xone") << failures << ": " << text;
-    EXPECT_EQ(FilesIn("temp"), std::vector<std::string>()) << failures;
+    EXPECT_EQ(folder.Names("temp"), std::vector<std::string>()) << failures;
   }
   EXPECT_GT(failures, 10U);
 }

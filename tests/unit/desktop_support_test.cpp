@@ -3,7 +3,7 @@
 #include "host/configuration_edit.h"
 #include "host/editor_command.h"
 #include "host/log_place.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -37,6 +37,19 @@ TEST(LogPlace, IsFoundInEveryFormOfMessage) {
   for (const char *line : {"Error at file c.xsl, line 1, char 2, Message: relative", "Input: /a/b.xml", "12:30:45 done",
                            "Transformation Successful.", ""})
     EXPECT_FALSE(host::FindLogPlace(line)) << line;
+}
+
+TEST(LogPlace, TellsWhatWentWrongFromWhatIsOnlySaid) {
+  for (const char *line :
+       {"Transformation Aborted.", "Error at file /a.xml, line 3, char 4, Message: m",
+        "Cannot save the file at following location: /out. Make sure folder exist.", "Folder /in doesn't exist.",
+        "XSLT processor Old not found. Please check your XSLT processor preferences.", "File doesn't exist /a.xml.",
+        "There aren't any files to be transformed.", "/a/b.xml:3:7: message"})
+    EXPECT_EQ(host::ClassifyLogLine(line), host::LogKind::Error) << line;
+  for (const char *line :
+       {"", "There were 3 topics", "Folder of the week", "Transformation of /a.xml", "Output:/a b.html"})
+    EXPECT_EQ(host::ClassifyLogLine(line), host::LogKind::Plain) << line;
+  EXPECT_EQ(host::ClassifyLogLine("Transformation Successful."), host::LogKind::Success);
 }
 
 TEST(EditorCommand, PutsTheLineWhereTheEditorWantsIt) {

@@ -3,7 +3,7 @@
 #include "host/dialog_host.h"
 #include "host/script.h"
 #include "tests/unit/fake_host.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -17,16 +17,11 @@ using host::ActionResult;
 using host::DialogModel;
 
 // Runs what a test does while the dialog is open.
-class PlayingFront final : public host::Front {
+class PlayingFront final : public test::SilentFront {
 public:
   std::function<void(DialogModel &)> play;
 
-  [[nodiscard]] host::Answer Alert(host::AlertKind, const std::string &) override { return host::Answer::Decline; }
-  [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &) override { return std::nullopt; }
   void RunDialog(DialogModel &dialog) override { play(dialog); }
-  void WriteConsole(std::string_view) override {}
-  void ReportProgress(const host::Progress &) override {}
-  [[nodiscard]] bool IsCancelled() override { return false; }
 };
 
 // One dialog of the client's resources with a client that only notes events, and can act on them.

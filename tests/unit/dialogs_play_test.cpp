@@ -6,7 +6,7 @@
 #include "host/dialog_host.h"
 #include "host/script_front.h"
 #include "tests/unit/catalogue_fixture.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <algorithm>
 #include <functional>
@@ -274,7 +274,7 @@ TEST_F(ChooseDialog, KeepsTheListWhenADeletionFails) {
       Write("structure/default.xml", "<Transformations><Unknown/></Transformations>");
   };
   Manage("click 1\nclick 7\nanswer yes\nanswer ok\nexpect 4 labels Plain\nexpect 7 sensitive\nclick 8\n");
-  EXPECT_EQ(ReadAll(Path("structure/default.xml")), "<Transformations><Unknown/></Transformations>");
+  EXPECT_EQ(folder.Read("structure/default.xml"), "<Transformations><Unknown/></Transformations>");
 }
 
 TEST_F(ChooseDialog, EditsStartFromTheRecordEachTime) {

@@ -3,7 +3,7 @@
 // refused. The whole client is there but the Java processors.
 #include "host/session.h"
 #include "kit/paths.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -182,7 +182,7 @@ private:
     }
     for (;;) {
       const DialogItem &item = dialog.Items()[random() % dialog.Items().size()];
-      const std::string name = "item " + std::to_string(item.number);
+      std::string name = "item " + std::to_string(item.number);
       if (item.kind == ItemKind::Label || item.kind == ItemKind::GridFrame || item.isGroupBox)
         continue;
       if (!item.IsShown() || !item.sensitive) {

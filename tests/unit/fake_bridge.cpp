@@ -1,20 +1,15 @@
 #include "tests/unit/fake_bridge.h"
 
 #include "bridge/processor_bridge.h"
+#include "tests/unit/folder.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace {
 
 std::string OrEmpty(const char *text) { return text ? text : ""; }
-
-std::string ReadAll(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 } // namespace
 
@@ -37,7 +32,7 @@ int32_t TransformXMLFile(const char *xmlFilePath, const char *xslFilePath, const
   FakeBridge::Get().calls.push_back(call);
   if (FakeBridge::Get().failing.contains(call.input))
     return 0;
-  std::ofstream(call.output, std::ios::binary) << ReadAll(call.xsl) << ReadAll(call.input);
+  std::ofstream(call.output, std::ios::binary) << test::ReadAll(call.xsl) << test::ReadAll(call.input);
   return 1;
 }
 

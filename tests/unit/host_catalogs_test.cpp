@@ -1,7 +1,7 @@
 // Requests to the clients that the host answers itself, and how requests travel.
 #include "host/request_builder.h"
 #include "host/session.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -9,14 +9,10 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-class BuiltInClients : public testing::Test {
+class BuiltInClients : public test::HostTest {
 protected:
   // Made at the first use, when the test has settled the configuration.
-  host::Session &TheSession() {
-    if (!session)
-      session.emplace(configuration, host::Installation{"/none", "/none/"}, front);
-    return *session;
-  }
+  host::Session &TheSession() { return session ? *session : Open(); }
 
   std::string Resolve(const std::string &publicId, const std::string &base, const std::string &systemId) {
     const std::string request = "EntityResolver resolveentity -publicid \"" + publicId + "\" -baseuri \"" + base +
@@ -30,11 +26,6 @@ protected:
   void WriteCatalog(std::string_view name, const std::string &entries) const {
     folder.Write(name, "<catalog xmlns='urn:oasis:names:tc:entity:xmlns:xml:catalog'>" + entries + "</catalog>");
   }
-
-  test::Folder folder;
-  test::SilentFront front;
-  host::Configuration configuration = host::ReadConfiguration("", {"/none", "/none/"}).configuration;
-  std::optional<host::Session> session;
 };
 
 class Catalogs : public BuiltInClients {

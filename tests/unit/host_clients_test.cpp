@@ -1,7 +1,7 @@
 // How the host loads a client, and how requests, replies, errors and questions travel between the two.
 #include "host/session.h"
 #include "kit/paths.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -9,17 +9,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-class Clients : public testing::Test {
-protected:
-  host::Session &Open(const std::string &clientFolder) {
-    return session.emplace(configuration, host::Installation{clientFolder, "/none/"}, front);
-  }
-
-  test::Folder folder;
-  test::SilentFront front;
-  host::Configuration configuration = host::ReadConfiguration("", {"/none", "/none/"}).configuration;
-  std::optional<host::Session> session;
-};
+using Clients = test::HostTest;
 
 TEST_F(Clients, AreLoadedAtTheFirstRequestAndShutDownAtTheEnd) {
   Open(VLXSLT_STUB_CLIENTS);

@@ -1,6 +1,6 @@
 // Books and DITA maps as a client sees them: through the table's walk over an open document.
 #include "host/session.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -8,12 +8,14 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-class Components : public testing::Test {
+class Components : public test::HostTest {
 protected:
+  Components() { Open(); }
+
   // The walk over a file that is opened as the active book.
   Names Walk(const std::string &path, int32_t options = 0) {
     std::string error;
-    EXPECT_TRUE(session.OpenFile(path, host::OpenAs::ActiveBook, error)) << error;
+    EXPECT_TRUE(session->OpenFile(path, host::OpenAs::ActiveBook, error)) << error;
     V_WalkT *walk = V_ApiStartWalk(V_ApiGetObject(V_SESSION, V_SP_ACTIVE_BOOK), options);
     Names paths;
     for (char *component = nullptr; V_ApiNextComponent(walk, &component) == 1;)
@@ -21,11 +23,6 @@ protected:
     V_ApiEndWalk(walk);
     return folder.Shorten(paths);
   }
-
-  test::Folder folder;
-  test::SilentFront front;
-  const host::Configuration configuration = host::ReadConfiguration("", {"/none", "/none/"}).configuration;
-  host::Session session{configuration, {"/none", "/none/"}, front};
 };
 
 TEST_F(Components, OfAMapComeInDocumentOrderEachOnce) {
@@ -114,18 +111,18 @@ TEST_F(Components, OfABookAreItsFilesWithThoseOfMapsAndBooksInIt) {
 
   std::string error;
   const std::string article = folder.Write("docbook.xml", "<book><chapter/></book>");
-  EXPECT_FALSE(session.OpenFile(article, host::OpenAs::ActiveBook, error));
+  EXPECT_FALSE(session->OpenFile(article, host::OpenAs::ActiveBook, error));
   EXPECT_EQ(error, article + " is neither a book nor a DITA map");
-  EXPECT_FALSE(session.OpenFile(folder.Path("gone.xml"), host::OpenAs::Document, error));
+  EXPECT_FALSE(session->OpenFile(folder.Path("gone.xml"), host::OpenAs::Document, error));
   EXPECT_EQ(error, "there is no file " + folder.Path("gone.xml"));
 }
 
 TEST_F(Components, DocumentsTellWhatTheyAre) {
   std::string error;
-  ASSERT_TRUE(session.OpenFile(folder.Write("t.dita", "<topic/>"), host::OpenAs::ActiveDocument, error));
-  ASSERT_TRUE(session.OpenFile(folder.Write("m.xml", "<!DOCTYPE x PUBLIC '-//OASIS//DTD DITA Map//EN' 'map.dtd'><x/>"),
-                               host::OpenAs::ModifiedDocument, error));
-  ASSERT_TRUE(session.OpenFile(folder.Write("b.xml", "<book><component/></book>"), host::OpenAs::Document, error));
+  ASSERT_TRUE(session->OpenFile(folder.Write("t.dita", "<topic/>"), host::OpenAs::ActiveDocument, error));
+  ASSERT_TRUE(session->OpenFile(folder.Write("m.xml", "<!DOCTYPE x PUBLIC '-//OASIS//DTD DITA Map//EN' 'map.dtd'><x/>"),
+                                host::OpenAs::ModifiedDocument, error));
+  ASSERT_TRUE(session->OpenFile(folder.Write("b.xml", "<book><component/></book>"), host::OpenAs::Document, error));
   struct Expected {
     int32_t type;
     int32_t isMap;
@@ -151,7 +148,7 @@ TEST_F(Components, DocumentsTellWhatTheyAre) {
   const V_ObjectT opened = V_ApiOpenDocument(output.c_str(), "t.html");
   ASSERT_EQ(std::remove(output.c_str()), 0);
   EXPECT_EQ(kit::GetString(opened, V_OP_NAME), "t.html");
-  EXPECT_EQ(session.Record().opened, Names{output});
+  EXPECT_EQ(session->Record().opened, Names{output});
   EXPECT_EQ(V_ApiOpenDocument(output.c_str(), nullptr), opened);
   EXPECT_EQ(V_ApiOpenDocument(folder.Path("none").c_str(), nullptr), 0U);
 }

@@ -1,7 +1,7 @@
 // The configuration file: what it may hold, how faults are told, and which applications its rules find.
 #include "host/applications.h"
 #include "host/configuration.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 

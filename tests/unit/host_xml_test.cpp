@@ -1,7 +1,7 @@
 // What the host reads of XML files that it did not choose: enough to know them, and never more than that.
 #include "host/component_walk.h"
 #include "host/xml_file.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
 

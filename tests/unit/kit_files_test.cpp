@@ -1,6 +1,8 @@
 // Files that appear whole or not at all, and what the kit says about paths on a real disk.
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
+#include "kit/read_file.h"
+#include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
 
@@ -19,29 +21,15 @@ namespace {
 
 class OnDisk : public testing::Test {
 protected:
-  OnDisk() {
-    root = (fs::temp_directory_path() / "vlxslt kit XXXXXX").string();
-    if (!mkdtemp(root.data()))
-      std::abort();
-  }
-  ~OnDisk() override {
-    fs::permissions(root, fs::perms::owner_all);
-    fs::remove_all(root);
-  }
-  [[nodiscard]] std::string Path(const std::string &name) const { return root + "/" + name; }
-  std::string Write(const std::string &name, const std::string &text) const {
-    std::ofstream(Path(name), std::ios::binary) << text;
-    return Path(name);
-  }
-  [[nodiscard]] static std::string Read(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  [[nodiscard]] std::string Path(const std::string &name) const { return folder.Path(name); }
+  std::string Write(const std::string &name, const std::string &text) const { return folder.Write(name, text); }
+  [[nodiscard]] static std::string Read(const std::string &path) { return test::ReadAll(path); }
   [[nodiscard]] size_t Count() const {
     return static_cast<size_t>(std::distance(fs::directory_iterator(root), fs::directory_iterator()));
   }
 
-  std::string root;
+  test::Folder folder;
+  const std::string &root = folder.Root();
 };
 
 TEST_F(OnDisk, AnUnfinishedFileLeavesTheOldOneAndNothingElse) {
@@ -144,6 +132,27 @@ TEST_F(OnDisk, ContentsComeFromOtherFileSystemsToo) {
   EXPECT_FALSE(second.WriteFile(root) || second.Write("more") || second.Commit());
   EXPECT_EQ(second.Error(), first) << "the first reason is the one that counts";
   EXPECT_EQ(Read(Path("target")), "head " + content);
+}
+
+TEST_F(OnDisk, OnlyPlainFilesAreReadAndTheReasonIsTold) {
+  const std::string text("a\0b\r\n\xFF", 6);
+  const std::string whole = text + std::string(200000, 'x');
+  EXPECT_EQ(kit::ReadFile(Write("file", whole)).bytes, whole);
+  EXPECT_EQ(kit::ReadFile(Write("empty", "")).error, "");
+  fs::create_symlink("file", Path("link"));
+  EXPECT_EQ(kit::ReadFile(Path("link")).bytes, whole);
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  const std::pair<std::string, std::string> rows[] = {{Path("pipe"), "it is a pipe or a device, not a file"},
+                                                      {"/dev/zero", "it is a pipe or a device, not a file"},
+                                                      {root, "Is a directory"},
+                                                      {Path("none"), "No such file or directory"},
+                                                      {Path("file/below"), "Not a directory"},
+                                                      {"", "No such file or directory"}};
+  for (const auto &[path, reason] : rows) {
+    const kit::FileContent content = kit::ReadFile(path);
+    EXPECT_EQ(content.error, path + ": " + reason);
+    EXPECT_EQ(content.bytes, "");
+  }
 }
 
 TEST_F(OnDisk, PathsAreWhatTheyAre) {

@@ -1,7 +1,7 @@
 // The real client in the real host, asked over and over: what crosses between them must all be given back. Under
 // AddressSanitizer the leak check at the end has the last word; elsewhere the heap must stop growing.
 #include "host/session.h"
-#include "tests/unit/host_files.h"
+#include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 include(GoogleTest)
 
-# Keeps a host of its own for each test; see fake_host.h.
-add_library(vlxslt_fake_host STATIC ${CMAKE_CURRENT_LIST_DIR}/fake_host.cpp)
+# Keeps a host and a folder of its own for each test; see fake_host.h and folder.h.
+add_library(vlxslt_fake_host STATIC ${CMAKE_CURRENT_LIST_DIR}/fake_host.cpp ${CMAKE_CURRENT_LIST_DIR}/folder.cpp)
 target_link_libraries(vlxslt_fake_host PUBLIC vlxslt_kit)
 
 # vlxslt_add_unit_test(NAME SOURCES file... LIBRARIES target...): an executable of GoogleTest cases, each of them a test

@@ -51,16 +51,16 @@ public final class VLXSLTJavaLayer {
 
   /** The folders of the class path, separated by ";"; its jars are on Java's own. Processors may lie in either. */
   public void SetClassPath(String classPath) {
-    List<URL> folders = new ArrayList<>();
-    for (String folder : classPath.split(";")) {
+    List<URL> entries = new ArrayList<>();
+    for (String entry : classPath.split(";")) {
       try {
-        if (!folder.isEmpty())
-          folders.add(Path.of(folder).toUri().toURL());
+        if (!entry.isEmpty())
+          entries.add(Path.of(entry).toUri().toURL());
       } catch (MalformedURLException | InvalidPathException e) {
-        handler.Message("The class path names a folder that cannot be used: " + folder);
+        handler.Message("The class path has an entry that cannot be used: " + entry);
       }
     }
-    ClassLoader loader = new URLClassLoader(folders.toArray(new URL[0]), VLXSLTJavaLayer.class.getClassLoader());
+    ClassLoader loader = new URLClassLoader(entries.toArray(new URL[0]), VLXSLTJavaLayer.class.getClassLoader());
     Thread.currentThread().setContextClassLoader(loader);
   }
 

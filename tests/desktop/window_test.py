@@ -1,0 +1,222 @@
+"""What the tests of the windows share: each drives a real program with real keys on a display of its own, waits for what
+it says that a person would notice, and looks at what comes of it in files."""
+
+import argparse
+import os
+import shutil
+import sys
+import tempfile
+import time
+import unittest
+from xml.etree import ElementTree
+
+from display import Display, NotThere, Windows
+
+BUILD = ""
+PROJECT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+
+CONFIGURATION = """\
+# Kept through every change.
+default_catalogue = "default.xml"   # beside this file
+
+[[processor]]
+name = "XSLTC"
+class_name = "com.sun.org.apache.xalan.internal.xsltc.trax.TransformerFactoryImpl"
+
+# Maps and topics.
+[[application]]
+name = "DITA"
+catalogue = "dita.xml"
+root = ["map", "topic"]
+"""
+
+TEXT_XSL = """\
+<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
+  <xsl:param name="depth" select="1"/>
+  <xsl:output method="text"/>
+  <xsl:template match="/"><xsl:value-of select="concat(name(*), ' ', $depth)"/></xsl:template>
+</xsl:stylesheet>
+"""
+
+# Every input takes long enough for a person to press a button meanwhile.
+SLOW_XSL = """\
+<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
+  <xsl:output method="text"/>
+  <xsl:template name="count"><xsl:param name="left"/>
+    <xsl:choose>
+      <xsl:when test="$left = 1">x</xsl:when>
+      <xsl:otherwise>
+        <xsl:call-template name="count"><xsl:with-param name="left" select="$left div 2"/></xsl:call-template>
+        <xsl:call-template name="count"><xsl:with-param name="left" select="$left div 2"/></xsl:call-template>
+      </xsl:otherwise>
+    </xsl:choose>
+  </xsl:template>
+  <xsl:template match="/">
+    <xsl:variable name="long"><xsl:call-template name="count"><xsl:with-param name="left" select="1048576"/></xsl:call-template></xsl:variable>
+    <xsl:value-of select="string-length($long)"/>
+  </xsl:template>
+</xsl:stylesheet>
+"""
+
+# More than are done before a person has stopped the run, on a busy machine too.
+SLOW_INPUTS = [f"in/{number}.xml" for number in range(1, 6)]
+
+
+class WindowTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp(prefix="vlxslt-windows-")
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.display = Display()
+        self.display.__enter__()
+        self.addCleanup(self.display.__exit__)
+        self.write("vlxslt.toml", CONFIGURATION)
+        self.write("text.xsl", TEXT_XSL)
+        self.write("slow.xsl", SLOW_XSL)
+        self.write("a.xml", "<topic/>")
+
+    def write(self, name, text):
+        path = os.path.join(self.folder, name)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        return path
+
+    def read(self, name):
+        with open(os.path.join(self.folder, name), encoding="utf-8") as file:
+            return file.read()
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def start(self, *words, **environment):
+        environment = {
+            "VLXSLT_CONFIG": self.path("vlxslt.toml"), "XDG_STATE_HOME": self.path("state"), "HOME": self.path("home"),
+            "XDG_CACHE_HOME": os.path.join(BUILD, "tests", "cache"), "TMPDIR": self.folder} | environment
+        program = os.path.join(BUILD, "bin", "vlxslt")
+        windows = Windows(self.display, program, words, environment, self.folder)
+        self.addCleanup(windows.kill)
+        return windows
+
+    def workbench(self, *words):
+        windows = self.start("desktop", *words)
+        windows.wait("documents")
+        self.display.find("XSLT Workbench")
+        return windows
+
+    def reach(self, windows, title):
+        """The window of that title, when the keys go there."""
+        windows.wait(f"active {title}")
+        self.display.find(title)
+
+    def open_dialog(self, windows, title, *keys):
+        self.display.keys(*keys)
+        self.reach(windows, title)
+
+    def close_dialog(self, windows):
+        """The last one that is open."""
+        self.display.keys("Escape")
+        windows.wait("idle")
+        self.display.find("XSLT Workbench")
+
+    def add_transformation(self, name, *more):
+        """In the application's catalogue, through the command line."""
+        status = os.spawnve(os.P_WAIT, os.path.join(BUILD, "bin", "vlxslt"),
+                            ["vlxslt", "add", name, "--application", "DITA", "--yes", *more],
+                            os.environ | {"VLXSLT_CONFIG": self.path("vlxslt.toml")})
+        self.assertEqual(status, 0)
+
+    def wait_for_file(self, name):
+        """What a program leaves that nobody can wait for."""
+        deadline = time.monotonic() + 30
+        while not os.path.exists(self.path(name)):
+            self.assertLess(time.monotonic(), deadline, name + " did not appear")
+            time.sleep(0.02)
+
+    def answer(self, windows, question, key, title="^XSLT$"):
+        windows.wait("alert " + question)
+        self.display.find(title)
+        self.display.keys(key)
+
+    def insist(self, windows, key, event):
+        """Choosers swallow keys while they read a folder, and say nothing of it."""
+        for _ in range(20):
+            self.display.keys(key)
+            try:
+                return windows.wait(event, seconds=1)
+            except AssertionError:
+                continue
+        raise AssertionError(f"{key} never led to '{event}'")
+
+    def choose_first(self, windows):
+        """The first transformation of the list, in the dialog that has just opened."""
+        self.press(windows, "Choose Transformation", "OK", "alt+o", "Home", "Down", "Up")
+
+    def run_first(self, windows, *scope):
+        """The first transformation of the list on what the keys choose, in the dialog for an advanced run."""
+        self.display.keys(*scope, "alt+t", "Tab", "Tab", "space")
+        self.reach(windows, "Choose Transformation")
+        self.choose_first(windows)
+        windows.wait("active Advanced Run")
+        self.press(windows, "Advanced Run", "Run", "alt+r")
+
+    def press(self, windows, title, button, key, *keys_before):
+        """As soon as what was done before has made the button one that can be pressed."""
+        self.display.keys(*keys_before) if keys_before else None
+        windows.wait_until_shown(title, button)
+        self.display.keys(key)
+
+    def leave(self, windows):
+        self.display.find("XSLT Workbench")
+        self.display.keys("ctrl+q")
+        self.assertEqual(windows.end(), 0)
+
+    def names(self, catalogue="dita.xml"):
+        return [name.text for name in ElementTree.parse(self.path(catalogue)).iter("Name")]
+
+    def start_slow_run(self, *names):
+        for name in names:
+            self.write(name, "<topic/>")
+        self.add_transformation("Slow", "--xsl", self.path("slow.xsl"), "--suffix", "-out")
+        windows = self.workbench(*names)
+        self.open_dialog(windows, "Advanced Run", "shift+F5")
+        self.run_first(windows, "alt+a")
+        return windows
+
+    def see_it_run(self, windows):
+        windows.wait("progress")
+        self.display.find("XSLT Workbench")
+
+
+class PictureTaker(unittest.TextTestResult):
+    """Keeps what the screen showed when a test went wrong."""
+
+    def addError(self, test, error):
+        self.take(test)
+        super().addError(test, error)
+
+    def addFailure(self, test, error):
+        self.take(test)
+        super().addFailure(test, error)
+
+    def take(self, test):
+        folder = os.path.join(BUILD, "tests", "windows")
+        os.makedirs(folder, exist_ok=True)
+        test.display.take_picture(os.path.join(folder, test.id().rpartition(".")[2] + ".png"))
+
+
+def main():
+    """Runs the tests of the program that calls it. Exit status 77 without a display."""
+    global BUILD
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", required=True)
+    options, rest = parser.parse_known_args()
+    BUILD = os.path.abspath(options.build)
+    try:
+        with Display():
+            pass
+    except NotThere as missing:
+        print(f"SKIPPED: {missing} is not installed")
+        sys.exit(77)
+    runner = unittest.TextTestRunner(resultclass=PictureTaker, verbosity=2)
+    result = unittest.main(argv=[sys.argv[0], *rest], exit=False, testRunner=runner).result
+    sys.exit(0 if result.wasSuccessful() else 1)
