@@ -8,6 +8,7 @@
 #include "catalogue/reader.h"
 #include "catalogue/serialize_transformations.h"
 #include "catalogue/xml_library.h"
+#include "catalogue/xml_text.h"
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
 
@@ -82,6 +83,18 @@ FieldCheck CheckTransformationEdit(EditMode mode, const std::string &path, const
   return CheckTransformationFields(record, CheckMode::Interactive);
 }
 
+// What a reader will make of the record: with blanks around it, a name would pass for a new one, and be dropped as the
+// second of its name when the file is read.
+Transformation AsRead(const Transformation &given) {
+  Transformation record = given;
+  for (std::string *text :
+       {&record.name, &record.xslPath, &record.processor, &record.output.dirPath, &record.output.suffix})
+    *text = Trim(*text);
+  for (std::string &text : record.parameters)
+    text = Trim(text);
+  return record;
+}
+
 EditResult Stopped(FieldCheck check) {
   return check == FieldCheck::Declined ? EditResult::Stopped : EditResult::Failed;
 }
@@ -148,7 +161,8 @@ FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mod
                                                                                          : FieldCheck::Declined;
 }
 
-EditResult AddTransformation(const std::string &path, const Transformation &record) {
+EditResult AddTransformation(const std::string &path, const Transformation &given) {
+  const Transformation record = AsRead(given);
   std::optional<Edit> edit;
   if (const FieldCheck check = CheckTransformationEdit(EditMode::Add, path, record, {}, edit);
       check != FieldCheck::GoOn)
@@ -161,7 +175,8 @@ EditResult AddTransformation(const std::string &path, const Transformation &reco
   return Save(path, list);
 }
 
-EditResult EditTransformation(const std::string &path, const Transformation &record, const std::string &oldName) {
+EditResult EditTransformation(const std::string &path, const Transformation &given, const std::string &oldName) {
+  const Transformation record = AsRead(given);
   std::optional<Edit> edit;
   if (const FieldCheck check = CheckTransformationEdit(EditMode::Edit, path, record, oldName, edit);
       check != FieldCheck::GoOn)

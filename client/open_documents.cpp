@@ -3,6 +3,8 @@
 #include "kit/paths.h"
 #include "kit/values.h"
 
+#include <utility>
+
 namespace client {
 
 namespace {
@@ -53,7 +55,8 @@ std::vector<std::string> ComponentPaths(V_ObjectT bookOrMap) {
   std::vector<std::string> paths;
   if (!bookOrMap)
     return paths;
-  paths.push_back(DocumentPath(bookOrMap));
+  if (std::string own = DocumentPath(bookOrMap); !own.empty())
+    paths.push_back(std::move(own));
   V_WalkT *walk = V_ApiStartWalk(bookOrMap, V_WALK_ALL & ~(V_WALK_EXTERNAL | V_WALK_RESOURCE_ONLY));
   if (!walk)
     return paths;

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <iomanip>
 #include <iterator>
+#include <set>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -20,6 +21,7 @@ namespace {
 template <class Record> struct TextKey {
   std::string_view key;
   std::string Record::*field;
+  bool isRequired = false; // stands in the file even without a value
 };
 template <class Record> struct ListKey {
   std::string_view key;
@@ -36,13 +38,13 @@ constexpr std::array mainLists = {
     ListKey<Configuration>{"java_options", &Configuration::javaOptions},
 };
 constexpr std::array processorTexts = {
-    TextKey<ProcessorSetting>{"name", &ProcessorSetting::name},
+    TextKey<ProcessorSetting>{"name", &ProcessorSetting::name, true},
     TextKey<ProcessorSetting>{"class_path", &ProcessorSetting::classPath},
-    TextKey<ProcessorSetting>{"class_name", &ProcessorSetting::className},
+    TextKey<ProcessorSetting>{"class_name", &ProcessorSetting::className, true},
 };
 constexpr std::array<ListKey<ProcessorSetting>, 0> processorLists = {};
 constexpr std::array applicationTexts = {
-    TextKey<ApplicationSetting>{"name", &ApplicationSetting::name},
+    TextKey<ApplicationSetting>{"name", &ApplicationSetting::name, true},
     TextKey<ApplicationSetting>{"catalogue", &ApplicationSetting::catalogue},
 };
 constexpr std::array applicationLists = {
@@ -93,6 +95,19 @@ std::vector<Assignment> ListChanges(const Record &before, const Record &after, c
   return changes;
 }
 
+// The assignments of a record that is new to the file.
+template <class Record, class Texts, class Lists>
+std::vector<Assignment> ListAll(const Record &record, const Texts &texts, const Lists &lists) {
+  std::vector<Assignment> all;
+  for (const auto &each : texts)
+    if (each.isRequired || !(record.*each.field).empty())
+      all.push_back({std::string(each.key), Format(record.*each.field)});
+  for (const auto &each : lists)
+    if (!(record.*each.field).empty())
+      all.push_back({std::string(each.key), Format(record.*each.field)});
+  return all;
+}
+
 // A run of whole lines: what stands before the first header, or a header with the comments right above it and all that
 // follows it.
 struct Section {
@@ -117,6 +132,16 @@ std::string KindOf(const toml::table &root, size_t line, std::string_view kind) 
   return {};
 }
 
+// Lines of a table's own values, from 1; a line of a long text may look like a comment or a header.
+std::set<size_t> FindValueLines(const toml::table &table) {
+  std::set<size_t> lines;
+  for (const auto &[key, node] : table)
+    if (!node.is_table() && !node.is_array_of_tables())
+      for (size_t line = node.source().begin.line; line <= node.source().end.line; ++line)
+        lines.insert(line);
+  return lines;
+}
+
 bool IsComment(const std::string &line) {
   const size_t first = line.find_first_not_of(" \t");
   return first != std::string::npos && line[first] == '#';
@@ -124,6 +149,12 @@ bool IsComment(const std::string &line) {
 
 std::vector<Section> SplitSections(const std::string &text, const toml::table &root) {
   const std::vector<std::string> lines = SplitLines(text);
+  std::set<size_t> valueLines = FindValueLines(root);
+  for (const std::string_view kind : {"processor", "application"})
+    if (const toml::array *tables = root[kind].as_array())
+      for (const toml::node &each : *tables)
+        if (const toml::table *table = each.as_table())
+          valueLines.merge(FindValueLines(*table));
   std::vector<Section> sections(1);
   for (size_t at = 0; at < lines.size(); ++at) {
     std::string kind;
@@ -133,7 +164,7 @@ std::vector<Section> SplitSections(const std::string &text, const toml::table &r
     if (!kind.empty()) {
       Section next{kind, at, {}};
       std::vector<std::string> &before = sections.back().lines;
-      while (!before.empty() && IsComment(before.back())) {
+      while (!before.empty() && IsComment(before.back()) && !valueLines.contains(next.firstLine)) {
         next.lines.insert(next.lines.begin(), before.back());
         before.pop_back();
         --next.firstLine;
@@ -166,21 +197,26 @@ void ReplaceValue(Section &section, const toml::source_region &where, const std:
   section.lines[first] = head + value + tail;
 }
 
-void AddValue(Section &section, const Assignment &assignment) {
-  auto end = section.lines.end();
-  while (end != section.lines.begin() && (std::prev(end)->empty() || IsComment(*std::prev(end))))
-    --end;
-  // Behind the last line that says something, on one that moves nothing above it.
-  section.lines.insert(end, assignment.key + " = " + assignment.value);
+// Behind the section's last value, so that nothing that still has to be found moves.
+void AddValues(Section &section, const toml::table &table, const std::vector<Assignment> &added) {
+  const std::set<size_t> lines = FindValueLines(table);
+  // Without any value: behind the header, or at the top of the file.
+  const size_t place =
+      lines.empty() ? (section.kind.empty() ? 0 : section.lines.size()) : *lines.rbegin() - section.firstLine;
+  std::vector<std::string> text;
+  for (const Assignment &each : added)
+    text.push_back(each.key + " = " + each.value);
+  section.lines.insert(section.lines.begin() + static_cast<std::ptrdiff_t>(place), text.begin(), text.end());
 }
 
 void Apply(Section &section, const toml::table &table, const std::vector<Assignment> &changes) {
   for (const Assignment &change : changes)
     if (const toml::node *node = table.get(change.key))
       ReplaceValue(section, node->source(), change.value);
-  for (const Assignment &change : changes)
-    if (!table.contains(change.key))
-      AddValue(section, change);
+  std::vector<Assignment> added;
+  std::ranges::copy_if(changes, std::back_inserter(added),
+                       [&](const Assignment &change) { return !table.contains(change.key); });
+  AddValues(section, table, added);
   std::erase(section.lines, "\v");
 }
 
@@ -213,7 +249,7 @@ std::vector<Section> ArrangeSections(std::vector<Section> sections, const toml::
             ListChanges(before[from], after[index], texts, lists));
       arranged.push_back(std::move(old[from]));
     } else {
-      arranged.push_back(MakeSection(kind, ListChanges(Record(), after[index], texts, lists)));
+      arranged.push_back(MakeSection(kind, ListAll(after[index], texts, lists)));
     }
   }
   place = std::min(place, others.size());
@@ -239,6 +275,13 @@ std::string Join(const std::vector<Section> &sections) {
 } // namespace
 
 EditedConfiguration EditConfiguration(const std::string &text, const ConfigurationChange &change) {
+  // A mark at the beginning takes room in the first line, but none in the parser's columns.
+  static constexpr std::string_view mark = "\xEF\xBB\xBF";
+  if (text.starts_with(mark)) {
+    EditedConfiguration edited = EditConfiguration(text.substr(mark.size()), change);
+    edited.text.insert(0, mark);
+    return edited;
+  }
   const toml::parse_result parsed = toml::parse(text);
   if (!parsed)
     return {text, std::string(parsed.error().description())};
@@ -263,14 +306,13 @@ std::string WriteConfiguration(const Configuration &configuration) {
   std::vector<Assignment> values = {{"product", Format(configuration.product)},
                                     {"install_dir", Format(configuration.installFolder)},
                                     {"structure_dir", Format(configuration.structureFolder)}};
-  std::ranges::move(ListChanges(Configuration(), configuration, mainTexts, mainLists), std::back_inserter(values));
+  std::ranges::move(ListAll(configuration, mainTexts, mainLists), std::back_inserter(values));
   for (const Assignment &each : values)
     sections.front().lines.push_back(each.key + " = " + each.value);
   for (const ProcessorSetting &each : configuration.processors)
-    sections.push_back(MakeSection("processor", ListChanges(ProcessorSetting(), each, processorTexts, processorLists)));
+    sections.push_back(MakeSection("processor", ListAll(each, processorTexts, processorLists)));
   for (const ApplicationSetting &each : configuration.applications)
-    sections.push_back(
-        MakeSection("application", ListChanges(ApplicationSetting(), each, applicationTexts, applicationLists)));
+    sections.push_back(MakeSection("application", ListAll(each, applicationTexts, applicationLists)));
   return Join(sections);
 }
 

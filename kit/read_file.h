@@ -1,4 +1,5 @@
-// Reads a file whole. Paths are taken as bytes, so no locale comes between a name and its file.
+// Reads a file whole. Paths are taken as bytes, so no locale comes between a name and its file. A
+// pipe or a device is no file: to read it might be to wait for ever.
 #ifndef KIT_READ_FILE_H
 #define KIT_READ_FILE_H
 

@@ -4,7 +4,10 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace kit {
 
@@ -16,13 +19,29 @@ struct CloseFile {
 
 std::string Describe(const std::string &path, int code) { return path + ": " + std::generic_category().message(code); }
 
+// Opened without waiting: a pipe would hold us until somebody writes into it, perhaps for ever. Empty when it is a
+// file.
+std::string FindObstacle(int handle, const std::string &path) {
+  struct stat status {};
+  if (handle < 0 || fstat(handle, &status) != 0)
+    return Describe(path, errno);
+  if (S_ISDIR(status.st_mode))
+    return Describe(path, EISDIR);
+  return S_ISREG(status.st_mode) ? std::string() : path + ": it is a pipe or a device, not a file";
+}
+
 } // namespace
 
 FileContent ReadFile(const std::string &path) {
   FileContent content;
-  const auto file = Handle<FILE, CloseFile{}>::Adopt(std::fopen(path.c_str(), "rbe"));
+  const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  content.error = FindObstacle(handle, path);
+  const auto file = Handle<FILE, CloseFile{}>::Adopt(content.error.empty() ? fdopen(handle, "rb") : nullptr);
   if (!file) {
-    content.error = Describe(path, errno);
+    if (content.error.empty())
+      content.error = Describe(path, errno);
+    if (handle >= 0)
+      close(handle);
     return content;
   }
   char buffer[1 << 16];

@@ -24,7 +24,7 @@ ExitCode SendEdit(Environment environment, const host::RequestBuilder &request, 
 }
 
 std::string FindMissingField(const TransformationRecord &record) {
-  if (record.name.empty())
+  if (record.name.find_first_not_of(" \t\r\n") == std::string::npos)
     return "a transformation needs a name";
   if (!record.usesInstruction && record.stylesheet.empty())
     return "a transformation needs --xsl FILE or --use-pi";
@@ -63,10 +63,13 @@ bool FindRecord(Environment environment, const std::string &catalogue, const std
     error = "there is no catalogue " + catalogue;
   if (!error.empty())
     return false;
+  const size_t linesBefore = environment.session.Record().console.size();
   const host::ClientReply reply = environment.session.Send("XSLT", request.Text());
   const std::vector<TransformationRecord> records = ReadRecords(reply.values.Get());
   if (!reply.error.empty())
     error = reply.error;
+  else if (records.empty() && environment.session.Record().console.size() > linesBefore)
+    error = "the catalogue " + catalogue + " cannot be read";
   else if (records.empty())
     error = "there is no transformation \"" + name + "\" in " + catalogue;
   else

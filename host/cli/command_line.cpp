@@ -84,7 +84,10 @@ void AddRecordOptions(CLI::App &command, RecordOptions &record) {
   AddRepeatable(command, "-p,--param", record.parameters, "a stylesheet parameter", "NAME=EXPRESSION");
   AddText(command, "--output", record.output, "donotsave, prompt, dirpath or samelocation", "WHERE");
   AddText(command, "--folder", record.folder, "the output folder (means --output dirpath)", "DIR");
-  AddText(command, "--suffix", record.suffix, "added to the input's name (means --output samelocation)", "TEXT");
+  command
+      .add_option("--suffix", record.suffix,
+                  "added to the input's name (means --output samelocation); an empty one replaces the input")
+      ->type_name("TEXT");
   AddText(command, "--open-output", record.openOutput, "none, vellis (in the host) or default (its program)", "HOW");
 }
 

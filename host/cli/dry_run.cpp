@@ -3,6 +3,7 @@
 #include "host/applications.h"
 #include "host/cli/printing.h"
 #include "kit/paths.h"
+#include "kit/text.h"
 
 #include <algorithm>
 
@@ -11,18 +12,6 @@ namespace cli {
 namespace {
 
 using host::Configuration;
-
-// Where the transformation's policy puts the result; empty when that is known only during the run.
-std::string PlaceByPolicy(const Configuration &configuration, const TransformationRecord &record,
-                          const std::string &input) {
-  if (record.output == OutputPolicy::Folder)
-    return kit::JoinPath(host::ExpandStoredPath(configuration, record.folder, input), kit::FileNameOf(input));
-  if (record.output != OutputPolicy::SameLocation)
-    return {};
-  const std::string extension = kit::ExtensionOf(input);
-  const std::string name = kit::BaseNameOf(input) + record.suffix + (extension.empty() ? "" : "." + extension);
-  return kit::JoinPath(kit::FolderOf(input), name);
-}
 
 struct Plan {
   std::string stylesheet;
@@ -105,8 +94,19 @@ std::string JoinMarks(const std::vector<std::string> &marks) {
 
 } // namespace
 
+std::string PlaceByPolicy(const Configuration &configuration, const TransformationRecord &record,
+                          const std::string &input) {
+  if (record.output == OutputPolicy::Folder)
+    return kit::JoinPath(host::ExpandStoredPath(configuration, record.folder, input), kit::FileNameOf(input));
+  if (record.output != OutputPolicy::SameLocation)
+    return {};
+  const std::string extension = kit::ExtensionOf(input);
+  const std::string name = kit::BaseNameOf(input) + record.suffix + (extension.empty() ? "" : "." + extension);
+  return kit::JoinPath(kit::FolderOf(input), name);
+}
+
 bool IsTakenBy(const Configuration &configuration, const std::string &application, const std::string &input) {
-  if (application.empty() || application == host::defaultsName)
+  if (application.empty() || kit::EqualsIgnoreCase(application, host::defaultsName))
     return true;
   const std::vector<std::string> names = host::FindApplications(configuration, input);
   return std::ranges::find(names, application) != names.end();

@@ -14,6 +14,10 @@ namespace cli {
 [[nodiscard]] bool IsTakenBy(const host::Configuration &configuration, const std::string &application,
                              const std::string &input);
 
+// Where the transformation's policy puts the result of an input; empty when that is known only during the run.
+[[nodiscard]] std::string PlaceByPolicy(const host::Configuration &configuration, const TransformationRecord &record,
+                                        const std::string &input);
+
 // Prints one line per input. `record` is the transformation, or null for a bare stylesheet; then the inputs hold their
 // outputs.
 [[nodiscard]] ExitCode PrintDryRun(Environment environment, const RunOptions &options, std::vector<RunInput> inputs,

@@ -4,6 +4,7 @@
 
 #include "host/terminal_front.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -44,39 +45,39 @@ struct CallOptions {
 
 // A catalogue by its file, or by the application that it belongs to.
 struct CatalogueOptions {
-  std::string file;
-  std::string application;
+  std::string file = {};
+  std::string application = {};
 };
 
 struct RunOptions {
-  std::vector<std::string> inputs;
-  std::vector<std::string> patterns; // of file names in folders; none takes every file
-  std::string transformation;
-  CatalogueOptions catalogue;
-  std::string stylesheet;
+  std::vector<std::string> inputs = {};
+  std::vector<std::string> patterns = {}; // of file names in folders; none takes every file
+  std::string transformation = {};
+  CatalogueOptions catalogue = {};
+  std::string stylesheet = {};
   bool usesInstruction = false;
-  std::string processor;
-  std::vector<std::string> parameters; // NAME=EXPRESSION
+  std::string processor = {};
+  std::vector<std::string> parameters = {}; // NAME=EXPRESSION
   bool isRecursive = false;
   bool takesComponents = false;
   bool isDryRun = false;
-  std::string output;
-  std::string extension;
+  std::string output = {};
+  std::string extension = {};
 };
 
 // The fields of `add` and `edit`; for `edit` an empty one means "as it is".
 struct RecordOptions {
-  std::string name;
-  std::string newName;
-  std::string stylesheet;
+  std::string name = {};
+  std::string newName = {};
+  std::string stylesheet = {};
   bool usesInstruction = false;
-  std::string processor;
-  std::vector<std::string> parameters;
-  std::vector<std::string> droppedParameters;
-  std::string output;
-  std::string folder;
-  std::string suffix;
-  std::string openOutput;
+  std::string processor = {};
+  std::vector<std::string> parameters = {};
+  std::vector<std::string> droppedParameters = {};
+  std::string output = {};
+  std::string folder = {};
+  std::optional<std::string> suffix = {}; // an empty one takes the suffix away
+  std::string openOutput = {};
 };
 
 } // namespace cli

@@ -5,6 +5,7 @@
 #include "host/request_builder.h"
 #include "kit/paths.h"
 
+#include <algorithm>
 #include <set>
 #include <sstream>
 
@@ -69,6 +70,31 @@ host::RequestBuilder ComposeRequest(Environment environment, const RunOptions &o
   return request;
 }
 
+// A transformation names its outputs itself; one that a second input would overwrite at once is a result lost. Inputs
+// that the application does not take have none.
+std::string FindSharedOutput(Environment environment, const RunOptions &options, const std::string &catalogue,
+                             std::vector<RunInput> inputs) {
+  const host::Configuration &configuration = environment.session.Settings();
+  std::erase_if(inputs, [&](const RunInput &input) {
+    return !IsTakenBy(configuration, options.catalogue.application, input.path);
+  });
+  TransformationRecord record;
+  std::string error;
+  if (inputs.size() < 2 || !kit::IsFile(catalogue))
+    return {};
+  // What is wrong inside the catalogue has been told by now; that the name is not there, the run will tell.
+  const size_t linesBefore = environment.session.Record().console.size();
+  if (!FindRecord(environment, catalogue, options.transformation, record, error))
+    return environment.session.Record().console.size() > linesBefore ? error : std::string();
+  for (RunInput &input : inputs) {
+    input.output = PlaceByPolicy(configuration, record, input.path);
+    // To replace the input may be what the transformation is for.
+    if (input.output == input.path)
+      input.output.clear();
+  }
+  return FindFirstConflict(inputs);
+}
+
 constexpr std::string_view inputHeading = "Input: ";
 
 // The inputs that the log of a run calls transformed.
@@ -85,30 +111,35 @@ std::set<std::string> ReadTransformed(const std::string &log) {
   return transformed;
 }
 
-// The request's own status is that of its last input, and an input that was refused leaves no section in the log; a
-// script wants to know about every one.
+// The names, one to a line; of many only the first.
+std::string ListNames(const std::vector<std::string> &names) {
+  static constexpr size_t most = 20;
+  std::string list;
+  for (size_t index = 0; index < std::min(names.size(), most); ++index)
+    list += "\n  " + names[index];
+  return names.size() > most ? list + "\n  and " + std::to_string(names.size() - most) + " more" : list;
+}
+
+// The request's own status is that of its last input, and an input that was refused or filtered out leaves no section
+// in the log; a script wants to know about every one.
 ExitCode ReportUntransformed(Environment environment, const RunOptions &options, const std::vector<RunInput> &inputs,
                              const std::string &log) {
   const std::set<std::string> transformed = ReadTransformed(log);
-  static constexpr size_t mostNames = 20;
-  size_t missing = 0;
-  std::string names;
+  const std::string &application = options.catalogue.application;
+  std::vector<std::string> missing;
+  std::vector<std::string> filtered;
   for (const RunInput &input : inputs)
-    if (!transformed.contains(input.path) &&
-        IsTakenBy(environment.session.Settings(), options.catalogue.application, input.path)) {
-      ++missing;
-      if (missing <= mostNames)
-        names += "\n  " + input.path;
-    }
-  if (missing == 0)
+    if (!transformed.contains(input.path))
+      (IsTakenBy(environment.session.Settings(), application, input.path) ? missing : filtered).push_back(input.path);
+  const std::string ofAll = " of " + std::to_string(inputs.size()) + " inputs were ";
+  if (!filtered.empty())
+    PrintError(std::to_string(filtered.size()) + ofAll + "left out, not being of the application \"" + application +
+               "\":" + ListNames(filtered));
+  if (missing.empty())
     return ExitCode::Done;
   // One input, or a run that never began, has said everything already.
-  if (inputs.size() == 1 || log.find(inputHeading) == std::string::npos)
-    return ExitCode::Failed;
-  if (missing > mostNames)
-    names += "\n  and " + std::to_string(missing - mostNames) + " more";
-  PrintError(std::to_string(missing) + " of " + std::to_string(inputs.size()) +
-             " inputs were not transformed:" + names);
+  if (inputs.size() > 1 && log.find(inputHeading) != std::string::npos)
+    PrintError(std::to_string(missing.size()) + ofAll + "not transformed:" + ListNames(missing));
   return ExitCode::Failed;
 }
 
@@ -136,7 +167,8 @@ ExitCode Run(Environment environment, const RunOptions &options) {
     return PrintDryRun(environment, options, std::move(inputs), isCatalogueRun ? &record : nullptr);
   }
 
-  if (error = FindFirstConflict(inputs); !error.empty())
+  error = isCatalogueRun ? FindSharedOutput(environment, options, catalogue, inputs) : FindFirstConflict(inputs);
+  if (!error.empty())
     return Refuse(error);
   const host::RequestBuilder request = ComposeRequest(environment, options, inputs, catalogue);
   if (!request.Problem().empty())

@@ -111,15 +111,15 @@ bool ApplyOutput(TransformationRecord &record, const RecordOptions &options, std
   // A folder or a suffix says by itself where the output goes.
   if (!options.folder.empty())
     policy = static_cast<int32_t>(OutputPolicy::Folder);
-  else if (!options.suffix.empty())
+  else if (options.suffix)
     policy = static_cast<int32_t>(OutputPolicy::SameLocation);
   if (!options.output.empty() && !ReadWord(outputWords, "--output", options.output, policy, error))
     return false;
   record.output = static_cast<OutputPolicy>(policy);
   if (!options.folder.empty())
     record.folder = options.folder;
-  if (!options.suffix.empty())
-    record.suffix = options.suffix;
+  if (options.suffix)
+    record.suffix = *options.suffix;
   return options.openOutput.empty() ||
          ReadWord(openWords, "--open-output", options.openOutput, record.openOutput, error);
 }

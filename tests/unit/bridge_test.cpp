@@ -213,6 +213,83 @@ TEST_F(BridgeTest, WritesAllOutputsOrNone) {
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
 }
 
+TEST_F(BridgeTest, FollowsTheInstructionThatCounts) {
+  for (const char *name : {"one.xsl", "two.xsl", "a b&c.xsl"})
+    Write(name, Stylesheet("<xsl:template match='/'><o>" + std::string(name, 3) + "</o></xsl:template>"));
+  const auto instruction = [](const std::string &href, const std::string &more = " type='text/xsl'") {
+    return "<?xml-stylesheet href='" + href + "'" + more + "?>\n";
+  };
+  struct Row {
+    std::string prolog, result; // empty: none counts
+  };
+  const std::vector<Row> rows = {
+      {instruction("one.xsl"), "one"},
+      {instruction("one.xsl") + instruction("two.xsl"), "one"},
+      {instruction("one.css", " type='text/css'") + instruction("two.xsl", " type='application/xslt+xml'"), "two"},
+      {instruction("one.xsl", " type='TEXT/XSL; charset=utf-8'"), "one"},
+      {instruction("one.xsl", " type='text/xsl' alternate='yes'") + instruction("two.xsl"), "two"},
+      {instruction("one.xsl", " type='text/xsl' media='print'") +
+           instruction("two.xsl", " type='text/xml' media='all'"),
+       "two"},
+      {instruction("one.xsl", " type='text/xsl' media='print'"), "one"},
+      {instruction("a%20b&amp;c.xsl"), "a b"},
+      {instruction("./sub/..\\two.xsl"), "two"},
+      {"<!-- " + instruction("one.xsl") + " -->" + instruction("two.xsl"), "two"},
+      {"<!DOCTYPE d [<!ENTITY e 'x'>]>" + instruction("one.xsl"), "one"},
+      {"", ""},
+      {instruction("one.css", " type='text/css'"), ""},
+      {instruction("one.xsl", ""), ""},
+      {"<?xml-stylesheet type='text/xsl'?>", ""},
+      {"<?xml-stylesheets type='text/xsl' href='one.xsl'?>", ""},
+  };
+  for (const char *processor : {saxon, jdk}) {
+    ASSERT_EQ(bridge::SetTransformer(processor), 1);
+    for (const Row &row : rows) {
+      Write("out", "old");
+      const std::string log = Run(Write("in.xml", row.prolog + "<d>" + instruction("two.xsl") + "</d>"), "");
+      EXPECT_EQ(succeeded, !row.result.empty()) << row.prolog << log;
+      EXPECT_EQ(Read("out"), row.result.empty() ? "old" : "<o>" + row.result + "</o>") << row.prolog;
+      if (row.result.empty()) {
+        EXPECT_NE(log.find("No stylesheet: the input has no xml-stylesheet processing instruction"), std::string::npos);
+      }
+      EXPECT_EQ(CountKind("start"), CountKind("end")) << "the look into the input ends early, and is closed";
+    }
+  }
+}
+
+// A second result that has nowhere to go ends the transformation with a reason, and takes no first one with it.
+TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
+  const std::string xml = Write("in.xml", "<doc/>");
+  const auto write = [this](const std::string &main, const std::string &href) {
+    return Write("two.xsl", Stylesheet("<xsl:template match='/'>" + main + "<xsl:result-document href='" + href +
+                                           "'><second/></xsl:result-document></xsl:template>",
+                                       "2.0"));
+  };
+  fs::create_directories(Path("taken"));
+  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  struct Row {
+    std::string main, href, reason;
+  };
+  for (const Row &row :
+       {Row{"<main/>", "taken", "Cannot write " + Path("taken") + ": The output is a folder"},
+        Row{"<main/>", "in.xml/below", "Cannot write " + Path("in.xml/below") + ": "},
+        Row{"<main/>", "http://example.invalid/x", "A result can only be written to a file"},
+        Row{"<main/>", "out", "Two results of the transformation go to the same file: " + Path("out")}}) {
+    Write("out", "old");
+    const std::string log = Run(xml, write(row.main, row.href));
+    EXPECT_FALSE(succeeded) << row.href;
+    EXPECT_EQ(CountOf(log, "Fatal Error at file "), 1U) << log;
+    EXPECT_NE(log.find(row.reason), std::string::npos) << log;
+    EXPECT_EQ(Read("out"), "old") << row.href;
+  }
+  // One that is the only result may well take the name of the principal one.
+  EXPECT_EQ(Run(xml, write("", "out")), "");
+  EXPECT_TRUE(succeeded);
+  EXPECT_EQ(Read("out"), "<second/>");
+  for (const auto &entry : fs::recursive_directory_iterator(folder.Root()))
+    EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
+}
+
 TEST_F(BridgeTest, CompilesAgainWhenAModuleChanges) {
   const std::string xml = Write("in.xml", "<doc/>");
   const std::string xsl =

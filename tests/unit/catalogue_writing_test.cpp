@@ -109,6 +109,26 @@ TEST_F(CatalogueTest, AddingReplacesOnlyAfterAQuestion) {
   EXPECT_EQ(AddTransformation("", MakeTransformation("B")), EditResult::Failed);
 }
 
+// Readers drop the blanks around a text, so they must not tell two names apart when something is saved.
+TEST_F(CatalogueTest, BlanksAroundANameMakeNoOtherName) {
+  const std::string path = Write("T.xml", Catalogue(Element("A") + Element("B")));
+  host.answers = {V_ANSWER_DECLINE};
+  EXPECT_EQ(AddTransformation(path, MakeTransformation("\t A \n")), EditResult::Stopped);
+  EXPECT_EQ(TakeAsked(),
+            (Asked{{V_ALERT_YES_NO, "Transformation with name \"A\" already exists. Do you want to replace it?"}}));
+  EXPECT_EQ(AddTransformation(path, MakeTransformation(" A ")), EditResult::Saved);
+  EXPECT_EQ(LoadTransformationFile(path).list->at(0).xslPath, "new.xsl");
+  EXPECT_EQ(TakeAsked().size(), 1U);
+  EXPECT_EQ(EditTransformation(path, MakeTransformation(" B"), "B"), EditResult::Saved);
+  EXPECT_EQ(TakeAsked(), Asked());
+  EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), (Strings{"A", "B"}));
+
+  Transformation blank = MakeTransformation("C");
+  blank.xslPath = "  ";
+  EXPECT_EQ(AddTransformation(path, blank), EditResult::Failed);
+  EXPECT_EQ(TakeAsked(), (Asked{{V_ALERT_PLAIN, "XSL file not specified in Transformation C."}}));
+}
+
 TEST_F(CatalogueTest, EditingKeepsThePlaceAndReplacesAnExistingName) {
   const std::string path = Write("T.xml", Catalogue(Element("A") + Element("B") + Element("C")));
   EXPECT_EQ(EditTransformation(path, MakeTransformation("B"), "B"), EditResult::Saved);

@@ -36,7 +36,8 @@ int32_t TransformXMLFile(const char *xmlFilePath, const char *xslFilePath, const
   return 1;
 }
 
-kit::StringList GetAllFilesInFolder(const char *folder, int32_t) {
+kit::StringList GetAllFilesInFolder(const char *folder, int32_t includeSubFolders) {
+  FakeBridge::Get().listings.emplace_back(folder, includeSubFolders != 0);
   std::vector<std::string> files;
   for (const auto &entry : std::filesystem::directory_iterator(folder))
     if (entry.is_regular_file())

@@ -6,6 +6,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct FakeBridge {
@@ -17,6 +18,7 @@ struct FakeBridge {
   std::set<std::string> classes; // the ones that load
   std::set<std::string> failing; // inputs whose transformation fails
   std::vector<Call> calls;
+  std::vector<std::pair<std::string, bool>> listings; // folder, with its sub-folders
 
   // Made anew by Reset.
   static FakeBridge &Get();

@@ -6,9 +6,9 @@ foreach(kind IN ITEMS stub half)
                         PREFIX "" OUTPUT_NAME XSLT LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${kind}_clients)
 endforeach()
 
-vlxslt_add_unit_test(host_test SOURCES host_catalogs_test.cpp host_clients_test.cpp
-                                       host_components_test.cpp host_configuration_test.cpp
-                                       desktop_support_test.cpp
+vlxslt_add_unit_test(host_test SOURCES desktop_support_test.cpp host_catalogs_test.cpp host_clients_test.cpp
+                                       host_components_test.cpp host_configuration_edit_test.cpp
+                                       host_configuration_test.cpp host_xml_test.cpp
                      LIBRARIES vlxslt_host)
 target_compile_definitions(host_test PRIVATE VLXSLT_STUB_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/stub_clients"
                                              VLXSLT_HALF_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/half_clients")
@@ -18,3 +18,8 @@ add_dependencies(host_test vlxslt_stub_client vlxslt_half_client)
 vlxslt_add_unit_test(many_requests_test SOURCES many_requests_test.cpp LIBRARIES vlxslt_host)
 target_compile_definitions(many_requests_test PRIVATE VLXSLT_CLIENTS="${VLXSLT_LIB_DIR}" VLXSLT_SHARE="${VLXSLT_SHARE_DIR}")
 add_dependencies(many_requests_test XSLT)
+
+# The program is no library: what works out a command line is compiled in.
+vlxslt_add_unit_test(cli_test SOURCES cli_test.cpp LIBRARIES vlxslt_host)
+target_sources(cli_test PRIVATE ${CMAKE_SOURCE_DIR}/host/cli/run_inputs.cpp
+                                ${CMAKE_SOURCE_DIR}/host/cli/transformation_record.cpp)

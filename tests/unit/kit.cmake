@@ -1,1 +1,1 @@
-vlxslt_add_unit_test(kit_test SOURCES kit_test.cpp)
+vlxslt_add_unit_test(kit_test SOURCES kit_files_test.cpp kit_test.cpp)

@@ -219,7 +219,7 @@ final class Diagnostics implements ErrorListener, ErrorHandler {
           + " MB it may use. Raise the limit in java_options, for instance -Xmx2g.";
     if (link instanceof StackOverflowError)
       return "Recursion too deep: the stylesheet, or the processor compiling it, calls itself without end.";
-    if (link instanceof OutputFile.WriteFailure)
+    if (link instanceof OutputFile.WriteFailure || link instanceof EntityResolution.ReadFailure)
       return link.getMessage();
     if (link instanceof FileNotFoundException)
       return "Cannot read the file: " + link.getMessage();

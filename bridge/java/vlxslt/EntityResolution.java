@@ -9,6 +9,15 @@ import org.xml.sax.InputSource;
 
 /** Finds what documents refer to: the host is asked first, then the address itself is taken. */
 final class EntityResolution {
+  /** Says itself why something cannot be read; processors wrap it in words that do not. */
+  static final class ReadFailure extends IOException {
+    private static final long serialVersionUID = 1;
+
+    ReadFailure(String message) {
+      super(message);
+    }
+  }
+
   private final IVLXSLTJavaHandler handler;
 
   EntityResolution(IVLXSLTJavaHandler handler) {
@@ -26,7 +35,7 @@ final class EntityResolution {
   /** Opens a document or entity; what lies on the network is not fetched unasked. */
   static InputSource open(String address, String publicId) throws IOException {
     if (Addresses.isNetwork(address))
-      throw new IOException("\"" + address + "\" is not fetched from the network; no catalog says where a copy lies.");
+      throw new ReadFailure("\"" + address + "\" is not fetched from the network; no catalog says where a copy lies.");
     InputSource source = new InputSource(address);
     source.setPublicId(publicId);
     Path file = Addresses.fileOf(address);
@@ -37,9 +46,12 @@ final class EntityResolution {
 
   private static InputStream read(Path file) throws IOException {
     if (Files.isDirectory(file))
-      throw new IOException(file + " is a folder.");
+      throw new ReadFailure(file + " is a folder.");
     if (!Files.exists(file))
       throw new NoSuchFileException(file.toString());
+    // To open a pipe is to wait for whoever writes into it, perhaps for ever.
+    if (!Files.isRegularFile(file))
+      throw new ReadFailure(file + " is a pipe or a device, not a file.");
     return new java.io.BufferedInputStream(Files.newInputStream(file), 1 << 16);
   }
 }

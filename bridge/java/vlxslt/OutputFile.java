@@ -2,6 +2,7 @@ package vlxslt;
 
 import java.io.IOException;
 import java.io.OutputStream;
+import java.nio.charset.StandardCharsets;
 import java.nio.file.AtomicMoveNotSupportedException;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
@@ -99,6 +100,21 @@ final class OutputFile extends OutputStream {
     } catch (IOException e) {
       written.toFile().deleteOnExit();
     }
+  }
+
+  boolean hasTargetOf(OutputFile other) {
+    return target.equals(other.target);
+  }
+
+  /** Whether a closed file holds nothing but, perhaps, a declaration. */
+  boolean isBlank() throws IOException {
+    return Files.size(written) < 200
+        && Files.readString(written, StandardCharsets.ISO_8859_1).matches("(<\\?xml[^?]*\\?>)?\\s*");
+  }
+
+  @Override
+  public String toString() {
+    return target.toString();
   }
 
   private OutputStream open() throws IOException {

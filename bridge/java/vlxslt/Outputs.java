@@ -1,15 +1,18 @@
 package vlxslt;
 
 import java.io.IOException;
+import java.io.OutputStream;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.stream.Stream;
 
 /** All outputs of one transformation, committed together at its end. Closing without a commit leaves nothing behind. */
 final class Outputs implements AutoCloseable {
   private final OutputFile principal;
   private final List<OutputFile> files = new ArrayList<>();
+  private OutputFile.WriteFailure refusal;
 
   Outputs(Path principal) throws IOException {
     this.principal = new OutputFile(principal);
@@ -20,18 +23,47 @@ final class Outputs implements AutoCloseable {
     return principal;
   }
 
-  /** Another result; the folders on the way to it are made. */
-  OutputFile add(Path file) throws IOException {
-    Files.createDirectories(file.toAbsolutePath().getParent());
-    OutputFile output = new OutputFile(file);
-    files.add(output);
-    return output;
+  /**
+   * Another result; the folders on the way to it are made. One that cannot be written fails when something is written
+   * into it: processors tell of that like of any other error, but take it for a fault of ours when opening one throws.
+   */
+  OutputStream add(Path file) {
+    try {
+      Files.createDirectories(file.toAbsolutePath().getParent());
+      OutputFile output = new OutputFile(file);
+      files.add(output);
+      if (others().anyMatch(other -> other != output && other.hasTargetOf(output)))
+        throw new IOException("another result of the same transformation goes there");
+      return output;
+    } catch (IOException e) {
+      return refuse(new OutputFile.WriteFailure("Cannot write " + file + ": " + Diagnostics.textOf(e), e));
+    }
+  }
+
+  /** Stands in for a result that cannot be; the commit fails with the same words. */
+  OutputStream refuse(OutputFile.WriteFailure why) {
+    refusal = why;
+    return new OutputStream() {
+      @Override
+      public void write(int b) throws IOException {
+        throw why;
+      }
+    };
   }
 
   void commit() throws IOException {
+    if (refusal != null)
+      throw refusal;
     // All are closed before the first takes its place: a full disk shows here at the latest.
     for (OutputFile file : files)
       file.close();
+    // A stylesheet that names its principal result itself leaves nothing but a declaration in the unnamed one.
+    if (others().anyMatch(principal::hasTargetOf)) {
+      if (!principal.isBlank())
+        throw new OutputFile.WriteFailure("Two results of the transformation go to the same file: " + principal, null);
+      principal.discard();
+      files.remove(principal);
+    }
     for (OutputFile file : files)
       file.commit();
   }
@@ -39,5 +71,9 @@ final class Outputs implements AutoCloseable {
   @Override
   public void close() {
     files.forEach(OutputFile::discard);
+  }
+
+  private Stream<OutputFile> others() {
+    return files.stream().filter(file -> file != principal);
   }
 }

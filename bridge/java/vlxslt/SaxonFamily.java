@@ -1,8 +1,6 @@
 package vlxslt;
 
-import java.io.IOException;
 import java.io.OutputStream;
-import java.io.UncheckedIOException;
 import java.lang.reflect.InvocationTargetException;
 import java.lang.reflect.Method;
 import java.lang.reflect.Proxy;
@@ -73,10 +71,9 @@ final class SaxonFamily implements Family {
 
   private Object openResult(URI uri, Outputs outputs) {
     Path file = Addresses.fileOf(uri.toString());
-    if (file == null)
-      throw new UncheckedIOException(new IOException("A result can only be written to a file, not to " + uri));
+    OutputStream output = file != null ? outputs.add(file)
+        : outputs.refuse(new OutputFile.WriteFailure("A result can only be written to a file, not to " + uri, null));
     try {
-      OutputFile output = outputs.add(file);
       Object serializer = processor().getClass().getMethod("newSerializer", OutputStream.class)
           .invoke(processor(), output);
       // A book of many results must not hold them all open until its end.
@@ -87,8 +84,6 @@ final class SaxonFamily implements Family {
       });
       serializer.getClass().getMethod("onClose", action).invoke(serializer, close);
       return serializer;
-    } catch (IOException e) {
-      throw new UncheckedIOException(e);
     } catch (ReflectiveOperationException e) {
       throw new IllegalStateException(e);
     }

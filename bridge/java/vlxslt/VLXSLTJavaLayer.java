@@ -17,6 +17,7 @@ import javax.xml.transform.Templates;
 import javax.xml.transform.Transformer;
 import javax.xml.transform.TransformerFactory;
 import javax.xml.transform.TransformerFactoryConfigurationError;
+import javax.xml.transform.URIResolver;
 import javax.xml.transform.sax.SAXSource;
 import javax.xml.transform.stream.StreamResult;
 import org.xml.sax.SAXParseException;
@@ -116,9 +117,10 @@ public final class VLXSLTJavaLayer {
   private void transform(String xml, String xsl, String output, Map<String, String> parameters,
       Diagnostics diagnostics) throws Exception {
     Path target = Path.of(output);
+    String input = Addresses.ofPath(xml);
+    diagnostics.setSubject(input);
     if (Files.exists(target) && Files.exists(Path.of(xml)) && Files.isSameFile(target, Path.of(xml)))
       throw new IOException("The output is the input itself: " + output);
-    String input = Addresses.ofPath(xml);
     Templates templates = compile(input, xsl, diagnostics);
     try (Outputs outputs = new Outputs(target)) {
       String address = Addresses.ofPath(output);
@@ -155,7 +157,10 @@ public final class VLXSLTJavaLayer {
   private Templates compileEmbedded(String input, Diagnostics diagnostics) throws Exception {
     TransformerFactory factory = current.factory();
     factory.setErrorListener(diagnostics);
-    factory.setURIResolver(documents.uriResolver(diagnostics, read -> {}));
+    URIResolver others = documents.uriResolver(diagnostics, read -> {});
+    // Xalan asks for the input itself, and finds the part in it by the address.
+    factory.setURIResolver((href, base) -> href.startsWith("#") ? documents.source(input + href, diagnostics, read -> {})
+                                                                : others.resolve(href, base));
     SAXSource source = documents.source(input, diagnostics, read -> {});
     return factory.newTemplates(factory.getAssociatedStylesheet(source, null, null, null));
   }

@@ -1,0 +1,229 @@
+// Where results go: the four policies, names in the temporary folder, what may be overwritten, and what is done with
+// finished outputs.
+#include "client/output_placement.h"
+#include "client/run_files.h"
+#include "kit/paths.h"
+#include "tests/unit/client_fixture.h"
+
+#include <filesystem>
+#include <sys/stat.h>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using catalogue::OutputLocationKind;
+using catalogue::TransformationOutput;
+using client::OutputCheck;
+using client::OutputPlan;
+using Strings = std::vector<std::string>;
+
+class Placement : public ClientParts {
+protected:
+  [[nodiscard]] Strings Names(const std::string &name) const {
+    Strings names;
+    for (const auto &entry : fs::directory_iterator(Path(name)))
+      names.push_back(entry.path().filename().string());
+    return names;
+  }
+};
+
+TransformationOutput Policy(OutputLocationKind kind, const std::string &folder = {}, const std::string &suffix = {}) {
+  TransformationOutput policy;
+  policy.outputLocation = kind;
+  policy.dirPath = folder;
+  policy.suffix = suffix;
+  return policy;
+}
+
+TEST_F(Placement, ASuffixGoesBetweenNameAndExtension) {
+  struct Row {
+    const char *input, *suffix, *output;
+  };
+  for (const Row &row : {Row{"/d/report.xml", "_new", "/d/report_new.xml"}, Row{"/d/a.b.dita", "-x", "/d/a.b-x.dita"},
+                         Row{"/d/plain", "_new", "/d/plain_new"}, Row{"/d.x/plain", "_new", "/d.x/plain_new"},
+                         Row{"/d/.hidden", "_new", "/d/.hidden_new"}, Row{"/a.xml", " (ü)", "/a (ü).xml"},
+                         Row{"/d/report.xml", "", "/d/report.xml"}}) {
+    const OutputPlan plan =
+        client::PlanOutput(Policy(OutputLocationKind::SameLocationAsSource, "", row.suffix), row.input);
+    EXPECT_EQ(plan.output, row.output);
+    EXPECT_EQ(kit::FolderOf(plan.temporary), Path("temp")) << "it replaces the output only when it is whole";
+    EXPECT_EQ(plan.Written(), plan.temporary);
+  }
+  EXPECT_EQ(client::PlanOutput(Policy(OutputLocationKind::SameLocationAsSource), "").output, "");
+}
+
+TEST_F(Placement, AFolderIsTakenFromTheInputOrAVariable) {
+  struct Row {
+    std::string folder, output;
+  };
+  for (const Row &row : {Row{"/out", "/out/in.xml"}, Row{"/out/", "/out/in.xml"}, Row{"html", "/docs/html/in.xml"},
+                         Row{"../x", "/docs/../x/in.xml"}, Row{"$StructDir/o", Path("structure/o/in.xml")},
+                         Row{"$VLHOMEo", Path("install/o/in.xml")}, Row{"sub\\deep", "/docs/sub/deep/in.xml"},
+                         Row{"file:///a%20b", "/a b/in.xml"}, Row{"", ""}}) {
+    const OutputPlan plan = client::PlanOutput(Policy(OutputLocationKind::DirPath, row.folder), "/docs/in.xml");
+    EXPECT_EQ(plan.output, row.output) << row.folder;
+    EXPECT_EQ(plan.temporary.empty(), row.output.empty()) << row.folder;
+  }
+  EXPECT_EQ(client::PlanOutput(Policy(OutputLocationKind::DirPath, "/out"), "").output, "");
+}
+
+TEST_F(Placement, NetworkOutputsAreWrittenWhereTheyAre) {
+  host.netFiles = {"dctm://store/in.xml", "dctm://store/in_x.xml"};
+  const OutputPlan plan =
+      client::PlanOutput(Policy(OutputLocationKind::SameLocationAsSource, "", "_x"), "dctm://store/in.xml");
+  EXPECT_EQ(plan.output, "dctm://store/in_x.xml");
+  EXPECT_EQ(plan.temporary, "");
+  EXPECT_EQ(plan.Written(), plan.output);
+  EXPECT_EQ(client::CheckOutput(plan.output), OutputCheck::Accepted);
+  EXPECT_TRUE(host.asked.empty());
+}
+
+TEST_F(Placement, APersonIsAskedBesideTheInput) {
+  host.choices = {"/chosen/x.xml"};
+  const OutputPlan plan = client::PlanOutput(Policy(OutputLocationKind::Prompt), "/docs/in.xml");
+  EXPECT_EQ(plan.output, "/chosen/x.xml");
+  EXPECT_EQ(plan.temporary, "");
+  EXPECT_EQ(client::PlanOutput(Policy(OutputLocationKind::Prompt), "/docs/in.xml").output, "");
+  ASSERT_EQ(host.asked.size(), 2U);
+  EXPECT_EQ(host.asked[0],
+            (FakeHost::Asked{V_CHOOSE_SAVE, "Save Output File\nXML (*.xml)|*.xml|All Files (*.*)|*.*|"}));
+  EXPECT_EQ(client::PlanOutput(Policy(OutputLocationKind::Prompt), "").output, "");
+  EXPECT_EQ(host.asked.size(), 2U) << "without an input there is nothing to ask for";
+}
+
+TEST_F(Placement, TemporaryNamesAreUnusedOnes) {
+  const Strings expected = {"in-out.xml", "in-out0.xml", "in-out1.xml", "in-out2.xml"};
+  for (const std::string &name : expected) {
+    EXPECT_EQ(client::TemporaryOutput("/docs/in.xml"), Path("temp/" + name));
+    Write("temp/" + name);
+  }
+  fs::remove(Path("temp/in-out0.xml"));
+  EXPECT_EQ(client::TemporaryOutput("/other/in.xml"), Path("temp/in-out0.xml"));
+  EXPECT_EQ(client::TemporaryOutput("/docs/in.dita"), Path("temp/in-out.dita"));
+  for (const char *name : {"plain-out", "plain-out0"}) {
+    EXPECT_EQ(client::TemporaryOutput("/docs/plain"), Path("temp/" + std::string(name)));
+    Write("temp/" + std::string(name));
+  }
+  // Nothing is saved, or the value means nothing here: both are a temporary file, not one that replaces another.
+  for (const auto kind : {OutputLocationKind::DoNotSave, static_cast<OutputLocationKind>(99)}) {
+    const OutputPlan plan = client::PlanOutput(Policy(kind), "/docs/in.dita");
+    EXPECT_EQ(plan.output, Path("temp/in-out.dita"));
+    EXPECT_EQ(plan.temporary, "");
+  }
+}
+
+TEST_F(Placement, ChecksComeInTheirOrderAndSayWhy) {
+  const std::string file = Write("out/file.xml", "old");
+  fs::create_directories(Path("out/folder.xml"));
+  ASSERT_EQ(mkfifo(Path("out/pipe").c_str(), 0600), 0);
+  fs::create_symlink("nowhere/x", Path("out/dangling"));
+  const std::string readOnly = "Cannot overwrite existing file: @. Make sure the file is not read-only. \n";
+  struct Row {
+    std::string output;
+    bool isAsked;
+    OutputCheck result;
+    std::string log; // @ is the output
+  };
+  for (const Row &row : {
+           Row{"", false, OutputCheck::Refused, ""},
+           Row{Path("none/a.xml"), false, OutputCheck::Refused,
+               "Cannot save the file at following location: " + Path("none") + ". Make sure folder exist.\n"},
+           Row{file + "/below", false, OutputCheck::Refused,
+               "Cannot save the file at following location: " + file + ". Make sure folder exist.\n"},
+           Row{Path("out/new.xml"), false, OutputCheck::Accepted, ""},
+           Row{file, true, OutputCheck::Accepted, ""},
+           Row{Path("out/folder.xml"), true, OutputCheck::Refused, readOnly},
+           Row{Path("out/pipe"), true, OutputCheck::Refused, readOnly},
+       }) {
+    host.asked.clear();
+    EXPECT_EQ(client::CheckOutput(row.output), row.result) << row.output;
+    std::string log = row.log;
+    if (const size_t at = log.find('@'); at != std::string::npos)
+      log.replace(at, 1, row.output);
+    EXPECT_EQ(TakeLog(), log);
+    EXPECT_EQ(host.asked.size(), row.isAsked ? 1U : 0U) << row.output;
+  }
+  host.answers = {V_ANSWER_DECLINE};
+  EXPECT_EQ(client::CheckOutput(file), OutputCheck::Refused);
+  EXPECT_EQ(TakeLog(), "") << "a Cancel says enough";
+  EXPECT_EQ(Read(file), "old");
+  EXPECT_EQ(Names("out").size(), 4U) << "looking leaves nothing behind";
+}
+
+TEST_F(Placement, ReplacingIsWholeOrNotAtAll) {
+  const std::string target = Write("out/target.xml", "old");
+  fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  fs::create_symlink("target.xml", Path("out/link.xml"));
+  EXPECT_TRUE(client::ReplaceOutput(Write("temp/t", "new"), Path("out/link.xml")));
+  EXPECT_TRUE(fs::is_symlink(Path("out/link.xml")));
+  EXPECT_EQ(Read(target), "new");
+  EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  EXPECT_FALSE(fs::exists(Path("temp/t"))) << "it has taken its place";
+
+  EXPECT_FALSE(client::ReplaceOutput(Path("temp/gone"), target));
+  EXPECT_NE(TakeLog().find(Path("temp/gone")), std::string::npos);
+  EXPECT_EQ(Read(target), "new");
+  fs::permissions(target, fs::perms::owner_read);
+  const std::string result = Write("temp/t", "newer");
+  EXPECT_FALSE(client::ReplaceOutput(result, target));
+  EXPECT_NE(TakeLog().find(target), std::string::npos);
+  EXPECT_EQ(Read(target), "new");
+  EXPECT_EQ(Read(result), "newer") << "the caller may still want it";
+  EXPECT_EQ(Names("out").size(), 2U);
+}
+
+class Files : public Placement {
+protected:
+  // Two outputs that go at the end, unless something keeps them.
+  void Fill(client::RunFiles &files) {
+    host.opened.clear();
+    for (const std::string name : {"temp/one", "temp/two"}) {
+      files.OpenAtEnd(Write(name));
+      files.DeleteAtEnd(Path(name));
+    }
+    files.DeleteAtEnd("");
+    files.DeleteAtEnd(Path("temp/never made"));
+  }
+};
+
+TEST_F(Files, ThatTheHostHoldsMayGo) {
+  client::RunFiles files;
+  Fill(files);
+  files.OpenListedInHost(true);
+  EXPECT_EQ(host.opened, (Strings{Path("temp/one"), Path("temp/two")}));
+  files.DeleteListed();
+  EXPECT_EQ(Names("temp"), Strings());
+}
+
+TEST_F(Files, ThatCouldNotBeOpenedStay) {
+  client::RunFiles files;
+  Fill(files);
+  host.opensDocuments = false;
+  files.OpenListedInHost(true);
+  files.DeleteListed();
+  EXPECT_EQ(Names("temp").size(), 2U);
+}
+
+TEST_F(Files, BehindACancelStay) {
+  client::RunFiles files;
+  Fill(files);
+  host.isCancelled = [this] { return !host.opened.empty(); };
+  files.OpenListedInHost(false);
+  EXPECT_EQ(host.opened, Strings{Path("temp/one")});
+  files.DeleteListed();
+  EXPECT_EQ(Names("temp"), Strings{"two"});
+}
+
+TEST_F(Files, OfTheDefaultProgramStay) {
+  client::RunFiles files;
+  Fill(files);
+  host.isCancelled = [this] { return !host.launched.empty(); };
+  files.LaunchListed();
+  EXPECT_EQ(host.launched, Strings{Path("temp/one")});
+  files.DeleteListed();
+  EXPECT_EQ(Names("temp").size(), 2U) << "the program reads them later, and what was cancelled is not lost";
+}
+
+} // namespace

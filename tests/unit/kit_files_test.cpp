@@ -1,0 +1,195 @@
+// Files that appear whole or not at all, and what the kit says about paths on a real disk.
+#include "kit/atomic_file.h"
+#include "kit/paths.h"
+#include "kit/read_file.h"
+#include "tests/unit/folder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class OnDisk : public testing::Test {
+protected:
+  [[nodiscard]] std::string Path(const std::string &name) const { return folder.Path(name); }
+  std::string Write(const std::string &name, const std::string &text) const { return folder.Write(name, text); }
+  [[nodiscard]] static std::string Read(const std::string &path) { return test::ReadAll(path); }
+  [[nodiscard]] size_t Count() const {
+    return static_cast<size_t>(std::distance(fs::directory_iterator(root), fs::directory_iterator()));
+  }
+
+  test::Folder folder;
+  const std::string &root = folder.Root();
+};
+
+TEST_F(OnDisk, AnUnfinishedFileLeavesTheOldOneAndNothingElse) {
+  const std::string target = Write("target", "old");
+  {
+    kit::AtomicFile file(target);
+    EXPECT_TRUE(file.Write("half of the new"));
+    EXPECT_EQ(Read(target), "old");
+    EXPECT_EQ(Count(), 2U) << "it is written beside its target, to be renamed on the same file system";
+  }
+  EXPECT_EQ(Read(target), "old");
+  EXPECT_EQ(Count(), 1U);
+
+  kit::AtomicFile file(target);
+  EXPECT_TRUE(file.Write("") && file.Write("new ") && file.Write(std::string(200000, 'x')) && file.Commit());
+  EXPECT_EQ(Read(target), "new " + std::string(200000, 'x'));
+  EXPECT_FALSE(file.Commit()) << "once is enough";
+  EXPECT_EQ(Count(), 1U);
+}
+
+TEST_F(OnDisk, TwoWritersOfOneFileDoNotMeet) {
+  const std::string target = Path("target");
+  kit::AtomicFile one(target);
+  kit::AtomicFile two(target);
+  EXPECT_TRUE(one.Write("one") && two.Write("two"));
+  EXPECT_TRUE(one.Commit());
+  EXPECT_EQ(Read(target), "one");
+  EXPECT_TRUE(two.Commit());
+  EXPECT_EQ(Read(target), "two");
+  EXPECT_EQ(Count(), 1U);
+}
+
+TEST_F(OnDisk, LinksStayAndTheirTargetsAreReplaced) {
+  fs::create_directories(Path("real"));
+  fs::create_symlink("real", Path("folder"));
+  fs::create_symlink("../second", Path("real/first"));
+  fs::create_symlink("real/file", Path("second"));
+  kit::AtomicFile made(Path("folder/first"));
+  EXPECT_TRUE(made.Write("made") && made.Commit()) << made.Error();
+  EXPECT_EQ(Read(Path("real/file")), "made") << "the end of the chain was not there yet";
+  EXPECT_TRUE(fs::is_symlink(Path("real/first")) && fs::is_symlink(Path("second")));
+
+  fs::create_symlink("b", Path("a"));
+  fs::create_symlink("a", Path("b"));
+  kit::AtomicFile circle(Path("a"));
+  EXPECT_FALSE(circle.Write("x") || circle.Commit());
+  EXPECT_NE(circle.Error().find("symbolic links"), std::string::npos) << circle.Error();
+}
+
+TEST_F(OnDisk, PermissionsAreThoseOfTheOldFile) {
+  const std::string target = Write("private", "secret");
+  fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
+  kit::AtomicFile file(target);
+  for (const auto &entry : fs::directory_iterator(root))
+    EXPECT_EQ(fs::status(entry).permissions() & (fs::perms::group_all | fs::perms::others_all), fs::perms::none)
+        << "nobody else may read it while it is written either";
+  EXPECT_TRUE(file.Write("more") && file.Commit());
+  EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+
+  const mode_t before = umask(027);
+  kit::AtomicFile made(Path("new"));
+  EXPECT_TRUE(made.Write("x") && made.Commit());
+  umask(before);
+  EXPECT_EQ(fs::status(Path("new")).permissions(),
+            fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+}
+
+TEST_F(OnDisk, WhatIsNoPlainFileIsRefused) {
+  fs::create_directories(Path("folder"));
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  const std::string locked = Write("locked", "old");
+  fs::permissions(locked, fs::perms::owner_read);
+  const size_t count = Count();
+  for (const std::string &target : {Path("folder"), Path("pipe"), locked, Path("none/file"), Path("locked/file")}) {
+    kit::AtomicFile file(target);
+    EXPECT_FALSE(file.Write("x")) << target;
+    EXPECT_FALSE(file.Commit()) << target;
+    EXPECT_TRUE(file.Error().starts_with(target + ": ")) << file.Error();
+  }
+  EXPECT_EQ(Read(locked), "old");
+  EXPECT_EQ(Count(), count);
+}
+
+TEST_F(OnDisk, ContentsComeFromOtherFileSystemsToo) {
+  std::string elsewhere = "/dev/shm/vlxslt-XXXXXX";
+  const int handle = mkstemp(elsewhere.data());
+  ASSERT_GE(handle, 0);
+  close(handle);
+  const std::string content(300001, 'y');
+  std::ofstream(elsewhere, std::ios::binary) << content;
+  kit::AtomicFile file(Path("target"));
+  EXPECT_TRUE(file.Write("head ") && file.WriteFile(elsewhere) && file.Commit());
+  EXPECT_EQ(Read(Path("target")), "head " + content);
+  fs::remove(elsewhere);
+
+  kit::AtomicFile second(Path("target"));
+  EXPECT_FALSE(second.WriteFile(elsewhere));
+  EXPECT_TRUE(second.Error().starts_with(elsewhere + ": ")) << second.Error();
+  const std::string first = second.Error();
+  EXPECT_FALSE(second.WriteFile(root) || second.Write("more") || second.Commit());
+  EXPECT_EQ(second.Error(), first) << "the first reason is the one that counts";
+  EXPECT_EQ(Read(Path("target")), "head " + content);
+}
+
+TEST_F(OnDisk, OnlyPlainFilesAreReadAndTheReasonIsTold) {
+  const std::string text("a\0b\r\n\xFF", 6);
+  const std::string whole = text + std::string(200000, 'x');
+  EXPECT_EQ(kit::ReadFile(Write("file", whole)).bytes, whole);
+  EXPECT_EQ(kit::ReadFile(Write("empty", "")).error, "");
+  fs::create_symlink("file", Path("link"));
+  EXPECT_EQ(kit::ReadFile(Path("link")).bytes, whole);
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  const std::pair<std::string, std::string> rows[] = {{Path("pipe"), "it is a pipe or a device, not a file"},
+                                                      {"/dev/zero", "it is a pipe or a device, not a file"},
+                                                      {root, "Is a directory"},
+                                                      {Path("none"), "No such file or directory"},
+                                                      {Path("file/below"), "Not a directory"},
+                                                      {"", "No such file or directory"}};
+  for (const auto &[path, reason] : rows) {
+    const kit::FileContent content = kit::ReadFile(path);
+    EXPECT_EQ(content.error, path + ": " + reason);
+    EXPECT_EQ(content.bytes, "");
+  }
+}
+
+TEST_F(OnDisk, PathsAreWhatTheyAre) {
+  const std::string file = Write("file", "");
+  fs::create_directories(Path("folder"));
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  fs::create_symlink("file", Path("link"));
+  fs::create_symlink("nowhere", Path("dangling"));
+  struct Row {
+    std::string path;
+    bool isFile, isFolder, exists;
+  };
+  for (const Row &row :
+       {Row{file, true, false, true}, Row{Path("folder"), false, true, true}, Row{Path("link"), true, false, true},
+        Row{Path("dangling"), false, false, false}, Row{Path("pipe"), false, false, true},
+        Row{Path("none"), false, false, false}, Row{"", false, false, false}, Row{file + "/below", false, false, false},
+        Row{std::string(5000, 'x'), false, false, false}}) {
+    EXPECT_EQ(kit::IsFile(row.path), row.isFile) << row.path;
+    EXPECT_EQ(kit::IsFolder(row.path), row.isFolder) << row.path;
+    EXPECT_EQ(kit::Exists(row.path), row.exists) << row.path;
+  }
+  EXPECT_TRUE(kit::IsWritable(file) && kit::IsWritable(Path("folder")));
+  EXPECT_EQ(Count(), 5U) << "to ask leaves nothing behind";
+  fs::permissions(file, fs::perms::owner_read);
+  fs::permissions(Path("folder"), fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_FALSE(kit::IsWritable(file) || kit::IsWritable(Path("folder")) || kit::IsWritable(Path("none")));
+}
+
+TEST_F(OnDisk, RelativePathsBecomeAbsolute) {
+  const fs::path before = fs::current_path();
+  fs::current_path(root);
+  EXPECT_EQ(kit::AbsolutePath("a/./b/../c"), Path("a/c"));
+  EXPECT_EQ(kit::AbsolutePath("/x//y/"), "/x/y/");
+  fs::current_path(before);
+  EXPECT_EQ(kit::JoinPath("/a", "b"), "/a/b");
+  EXPECT_EQ(kit::JoinPath("/a/", "b"), "/a/b");
+  EXPECT_EQ(kit::JoinPath("", "b"), "b");
+}
+
+} // namespace
