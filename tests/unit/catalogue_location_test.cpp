@@ -51,7 +51,7 @@ TEST_F(CatalogueTest, StoredPathsBecomeAbsolute) {
 TEST_F(CatalogueTest, ApplicationsAreThoseWithACatalogue) {
   std::map<std::string, std::string> stored = {
       {"<Defaults>", "$STRUCTDIR/defaults.xml"}, {"DITA", "dita\\T.xml"}, {"Bare", ""}};
-  host.clients["VlDispatcher"] = [&](const std::string &request) {
+  const FakeHost::Client dispatcher = [&](const std::string &request) {
     kit::TypedValues reply;
     if (request == "GetAppsForFile \"/in/a b.xml\"")
       reply.AddStrings({"Bare", "DITA", "", "DITA", "Unknown"});
@@ -60,6 +60,7 @@ TEST_F(CatalogueTest, ApplicationsAreThoseWithACatalogue) {
         reply.AddString(path);
     return reply;
   };
+  host.clients["VlDispatcher"] = dispatcher;
   host.lists[{V_SESSION, V_SP_APPLICATIONS}] = {"Bare", "", "DITA"};
 
   EXPECT_EQ(catalogue::GetTransformationFile("DITA"), install + "dita/T.xml");
@@ -80,6 +81,28 @@ TEST_F(CatalogueTest, ApplicationsAreThoseWithACatalogue) {
   EXPECT_EQ(catalogue::GetApplicationsForDocument(0), Strings());
   stored.erase("<Defaults>");
   EXPECT_EQ(catalogue::GetApplicationsForDocument(8), Strings{"DITA"});
+
+  // An answer that is not exactly one list names nobody, and a catalogue's path is a text.
+  for (const bool hasList : {false, true}) {
+    host.clients["VlDispatcher"] = [hasList](const std::string &request) {
+      kit::TypedValues reply;
+      if (!request.starts_with("GetAppsForFile"))
+        reply.AddString("/T.xml");
+      else if (hasList)
+        reply.AddStrings({"DITA"});
+      reply.AddString("more");
+      return reply;
+    };
+    EXPECT_EQ(catalogue::GetApplicationsForFile("/in/x.xml"), Strings{"<Defaults>"}) << hasList;
+    EXPECT_EQ(catalogue::GetTransformationFile("DITA"), "/T.xml");
+  }
+  host.clients["VlDispatcher"] = [](const std::string &) {
+    kit::TypedValues reply;
+    reply.AddStrings({"/T.xml"});
+    return reply;
+  };
+  EXPECT_EQ(catalogue::GetTransformationFile("DITA"), "");
+  host.clients["VlDispatcher"] = dispatcher;
 
   std::filesystem::create_directories(install + "dita");
   std::filesystem::rename(Write("T.xml", Catalogue(Element("one") + Element("two"))), install + "dita/T.xml");

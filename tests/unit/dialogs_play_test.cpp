@@ -213,6 +213,10 @@ TEST_F(AdvancedDialog, FollowsWhatIsOpen) {
   // The open document is hidden: its scope falls back to the current file.
   host.ints[{document, V_OP_SHOWN}] = 0;
   Advanced("expect 2 insensitive\nexpect 1 state on\nclick 15\n");
+  // A book on screen is no open file to be transformed.
+  host.ints[{document, V_OP_SHOWN}] = 1;
+  host.ints[{document, V_OP_TYPE}] = V_TYPE_BOOK;
+  Advanced("expect 2 insensitive\nclick 15\n");
   // A book has components, whatever the document is.
   host.objects[{V_SESSION, V_SP_ACTIVE_BOOK}] = book;
   Advanced("expect 6 sensitive\nclick 6\nclick 15\n");

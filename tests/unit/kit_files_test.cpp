@@ -81,13 +81,14 @@ TEST_F(OnDisk, LinksStayAndTheirTargetsAreReplaced) {
 
 TEST_F(OnDisk, PermissionsAreThoseOfTheOldFile) {
   const std::string target = Write("private", "secret");
-  fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
-  kit::AtomicFile file(target);
-  for (const auto &entry : fs::directory_iterator(root))
-    EXPECT_EQ(fs::status(entry).permissions() & (fs::perms::group_all | fs::perms::others_all), fs::perms::none)
-        << "nobody else may read it while it is written either";
-  EXPECT_TRUE(file.Write("more") && file.Commit());
-  EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  for (const fs::perms mode : {fs::perms(0600), fs::perms(0640), fs::perms(0755)}) {
+    fs::permissions(target, mode);
+    kit::AtomicFile file(target);
+    for (const auto &entry : fs::directory_iterator(root))
+      EXPECT_EQ(fs::status(entry).permissions() & ~mode, fs::perms::none) << "nobody else may read it meanwhile either";
+    EXPECT_TRUE(file.Write("more") && file.Commit());
+    EXPECT_EQ(fs::status(target).permissions(), mode);
+  }
 
   const mode_t before = umask(027);
   kit::AtomicFile made(Path("new"));
