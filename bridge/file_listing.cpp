@@ -1,6 +1,7 @@
 #include "bridge/processor_bridge.h"
 
 #include "bridge/xslt_error_handler.h"
+#include "kit/atomic_file.h"
 
 #include <filesystem>
 #include <system_error>
@@ -25,9 +26,11 @@ void ListFolder(const std::string &folder, bool recurse, kit::StringList &files)
   Check(error, folder);
   for (const fs::directory_iterator end; entries != end; entries.increment(error), Check(error, folder)) {
     std::error_code ignored;
-    if (!entries->is_directory(ignored))
-      own.push_back(entries->path().string());
-    else if (recurse && !entries->is_symlink(ignored)) // a link may lead in a circle
+    if (!entries->is_directory(ignored)) {
+      // What another run is writing, or a killed one left, is nobody's input.
+      if (!entries->path().filename().string().starts_with(kit::unfinishedPrefix))
+        own.push_back(entries->path().string());
+    } else if (recurse && !entries->is_symlink(ignored)) // a link may lead in a circle
       subFolders.push_back(entries->path().string());
   }
   for (const std::string &subFolder : subFolders)

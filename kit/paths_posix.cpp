@@ -1,3 +1,4 @@
+#include "kit/atomic_file.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 
@@ -47,7 +48,7 @@ bool HasWritePermission(const std::string &path) {
 
 // Mode bits say nothing about read-only mounts and the like.
 bool CanMakeFileIn(const std::string &folder) {
-  std::string probe = folder + "/.vlxslt-XXXXXX";
+  std::string probe = JoinPath(folder, std::string(unfinishedPrefix) + "XXXXXX");
   const int file = mkstemp(probe.data());
   if (file < 0)
     return false;

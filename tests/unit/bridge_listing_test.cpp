@@ -41,7 +41,8 @@ protected:
 };
 
 TEST_F(Listing, FilesOfFoldersComeBeforeThoseOfTheirParent) {
-  for (const char *name : {"a/top.xml", "a/.hidden", "a/b/middle", "a/b/c/deep.dita"})
+  // The last one is what a run that was killed leaves.
+  for (const char *name : {"a/top.xml", "a/.hidden", "a/b/middle", "a/b/c/deep.dita", "a/.vlxslt-4711-1.tmp"})
     Touch(name);
   fs::create_directories(root + "/a/empty");
   fs::create_directory_symlink("..", root + "/a/b/back"); // would lead round for ever
