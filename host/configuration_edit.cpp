@@ -203,9 +203,8 @@ void AddValues(Section &section, const toml::table &table, const std::vector<Ass
   // Without any value: behind the header, or at the top of the file.
   const size_t place =
       lines.empty() ? (section.kind.empty() ? 0 : section.lines.size()) : *lines.rbegin() - section.firstLine;
-  std::vector<std::string> text;
-  for (const Assignment &each : added)
-    text.push_back(each.key + " = " + each.value);
+  std::vector<std::string> text(added.size());
+  std::ranges::transform(added, text.begin(), [](const Assignment &each) { return each.key + " = " + each.value; });
   section.lines.insert(section.lines.begin() + static_cast<std::ptrdiff_t>(place), text.begin(), text.end());
 }
 
