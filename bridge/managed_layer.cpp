@@ -86,12 +86,12 @@ void XSLTManagedLayer::SetClassPath(const char *given) {
 // Java never takes a jar back or exchanges it, but it can be given more.
 void XSLTManagedLayer::HandOverClassPath() {
   hasNewClassPath = false;
-  ClassPathParts parts = SortClassPath(classPath);
+  const ClassPathParts parts = SortClassPath(classPath);
+  std::string entries = parts.folders;
   for (const std::string &jar : parts.jars)
     if (std::ranges::find(jarsFromStart, jar) == jarsFromStart.end())
-      parts.folders += jar + ";";
-  machine->Environment()->CallVoidMethod(methods.layer, methods.setClassPath,
-                                         machine->MakeString(parts.folders.c_str()));
+      entries += jar + ";";
+  machine->Environment()->CallVoidMethod(methods.layer, methods.setClassPath, machine->MakeString(entries.c_str()));
 }
 
 bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
@@ -257,8 +257,12 @@ void XSLTManagedLayer::ShutDown() {
     problem = "Java has been shut down.";
     return;
   }
-  // A process cannot make a second machine, and a host may start its clients anew: this one goes with the process.
-  static const bool isLeft = std::atexit([] { GetInstance().machine.reset(); }) == 0;
+  // A process cannot make a second machine, and a host may start its clients anew: this one goes with the process. One
+  // that is in use again by then is left alone: to destroy it would be to wait for its thread for ever.
+  static const bool isLeft = std::atexit([] {
+                               if (XSLTManagedLayer &layer = GetInstance(); layer.isParked)
+                                 layer.machine.reset();
+                             }) == 0;
   static_cast<void>(isLeft);
 }
 
