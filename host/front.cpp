@@ -9,4 +9,10 @@ void Front::PlayDialog(DialogModel &dialog, const std::function<void(DialogHand 
   player(hand);
 }
 
+std::string_view WithoutLineEnd(std::string_view text) {
+  while (text.ends_with('\n') || text.ends_with('\r'))
+    text.remove_suffix(1);
+  return text;
+}
+
 } // namespace host

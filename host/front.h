@@ -53,6 +53,9 @@ public:
   [[nodiscard]] virtual bool IsCancelled() = 0;
 };
 
+// A line of the console is one line, even where its text brings a line end of its own.
+[[nodiscard]] std::string_view WithoutLineEnd(std::string_view text);
+
 } // namespace host
 
 #endif

@@ -124,12 +124,7 @@ std::optional<std::string> TerminalFront::ChooseFile(const FileChooser &chooser)
 // A dialog needs windows or a script; on a bare terminal it counts as closed at once.
 void TerminalFront::RunDialog(DialogModel &) { WriteLine("A dialog cannot be shown on a terminal."); }
 
-void TerminalFront::WriteConsole(std::string_view text) {
-  // A line is one line here, even where its text brings a line end of its own.
-  while (text.ends_with('\n') || text.ends_with('\r'))
-    text.remove_suffix(1);
-  WriteLine(text);
-}
+void TerminalFront::WriteConsole(std::string_view text) { WriteLine(WithoutLineEnd(text)); }
 
 void TerminalFront::ReportProgress(const Progress &next) {
   ClearProgress();

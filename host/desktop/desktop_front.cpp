@@ -96,12 +96,9 @@ void DesktopFront::PlayDialog(host::DialogModel &dialog, const std::function<voi
 }
 
 void DesktopFront::WriteConsole(std::string_view text) {
-  // A line is one line here, even where its text brings a line end of its own.
-  while (text.ends_with('\n') || text.ends_with('\r'))
-    text.remove_suffix(1);
   bool isFirst = false;
   ChangeShared([&] {
-    waiting.emplace_back(text);
+    waiting.emplace_back(host::WithoutLineEnd(text));
     isFirst = waiting.size() == 1;
   });
   if (AreWindowsGone())

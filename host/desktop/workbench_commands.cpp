@@ -15,18 +15,20 @@ namespace {
 
 enum class When { Always, Idle, WithDocument, WithLastRun, Busy };
 
+enum Menu { FileMenu, RunMenu, TransformationsMenu, HelpMenu, menuCount };
+
 struct Command {
   int id;
-  int menu; // -1: behind the ones before it in the same menu, after a line
+  Menu menu;
   const char *label;
   const char *help;
   When when;
   void (Workbench::*act)();
   std::optional<Icon> icon;
   const char *toolLabel;
+  bool beginsGroup = false; // a line stands above it in the menu
 };
 
-enum Menu { FileMenu, RunMenu, TransformationsMenu, HelpMenu, menuCount };
 constexpr std::array<const char *, menuCount> menuTitles = {"&File", "&Run", "&Transformations", "&Help"};
 constexpr int firstCommand = wxID_HIGHEST + 1;
 
@@ -48,8 +50,10 @@ const std::array commands = {
             When::Idle,
             &Workbench::ShowPreferences,
             {},
-            nullptr},
-    Command{wxID_EXIT, FileMenu, "&Quit\tCtrl+Q", "Close this window", When::Always, &Workbench::Leave, {}, nullptr},
+            nullptr,
+            true},
+    Command{
+        wxID_EXIT, FileMenu, "&Quit\tCtrl+Q", "Close this window", When::Always, &Workbench::Leave, {}, nullptr, true},
     Command{firstCommand, RunMenu, "Run &Again\tF5", "Send the last run once more", When::WithLastRun,
             &Workbench::RunAgain, Icon::Run, "Run Again"},
     Command{firstCommand + 1, RunMenu, "A&dvanced Run...\tShift+F5", "Choose what to transform, and with what",
@@ -71,7 +75,8 @@ const std::array commands = {
             When::Always,
             &Workbench::FollowNextProblem,
             {},
-            nullptr},
+            nullptr,
+            true},
     Command{wxID_CLEAR, RunMenu, "Clear &Log", "Empty the log", When::Always, &Workbench::ClearLog, {}, nullptr},
     Command{firstCommand + 4, TransformationsMenu, "&Manage...\tCtrl+M",
             "Look through, edit and delete transformations", When::Idle, &Workbench::ManageTransformations,
@@ -89,14 +94,14 @@ void Workbench::MakeMenus() {
   for (size_t index = 0; index < menus.size(); ++index)
     bar->Append(menus[index] = new wxMenu, menuTitles[index]);
   for (const Command &command : commands) {
-    wxMenu &menu = *menus[static_cast<size_t>(command.menu)];
+    wxMenu &menu = *menus[command.menu];
     if (command.id == wxID_PREFERENCES) {
       auto *recent = new wxMenu;
       menu.AppendSubMenu(recent, "Open &Recent");
       memory.RecentFiles().UseMenu(recent);
       memory.RecentFiles().AddFilesToMenu();
     }
-    if (command.id == wxID_PREFERENCES || command.id == wxID_EXIT || command.act == &Workbench::FollowNextProblem)
+    if (command.beginsGroup)
       menu.AppendSeparator();
     menu.Append(command.id, command.label, command.help);
     Bind(wxEVT_MENU, &Workbench::OnCommand, this, command.id);
