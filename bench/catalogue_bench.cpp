@@ -1,9 +1,9 @@
 // How loading and saving grow with the size of a catalogue: ten times the transformations may take twelve times as
 // long.
-#include "bridge/transformation_log.h"
 #include "catalogue/reader.h"
 #include "catalogue/shut_down.h"
 #include "catalogue/writer.h"
+#include "report/transformation_log.h"
 #include "tests/unit/fake_host.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ int main(int count, char **arguments) {
   }
   FakeHost host;
   host.strings[{V_SESSION, V_SP_INSTALL_DIR}] = arguments[1];
-  bridge::ResetLog(false);
+  report::ResetLog(false);
   const std::string path = (std::filesystem::temp_directory_path() / "vlxslt-catalogue-bench.xml").string();
   const Times small = Measure(path, 1000);
   const Times large = Measure(path, 10000);
@@ -85,6 +85,6 @@ int main(int count, char **arguments) {
                 row.large, ratio, mostRatio);
   }
   if (!small.correct || !large.correct)
-    std::printf("catalogue: what was read is not what was written\n%s", bridge::LogText().c_str());
+    std::printf("catalogue: what was read is not what was written\n%s", report::LogText().c_str());
   return good ? 0 : 1;
 }

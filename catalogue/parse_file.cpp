@@ -1,11 +1,11 @@
 #include "catalogue/parse_file.h"
 
-#include "bridge/messages.h"
-#include "bridge/xslt_error_handler.h"
 #include "catalogue/entity_sources.h"
 #include "catalogue/xml_text.h"
 #include "kit/paths.h"
 #include "kit/read_file.h"
+#include "report/messages.h"
+#include "report/xslt_error_handler.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -18,8 +18,8 @@ namespace catalogue {
 
 namespace {
 
-using bridge::MessageId;
-using bridge::XSLTErrorHandler;
+using report::MessageId;
+using report::XSLTErrorHandler;
 using xercesc::XercesDOMParser;
 
 // Room for what a file of its size can need, many times over.
@@ -53,7 +53,7 @@ template <class Parse> bool GuardParse(const std::string &path, Diagnostics diag
     parse();
     return true;
   } catch (const xercesc::OutOfMemoryException &) {
-    return report(bridge::FormatMessage(MessageId::EntitiesTooLarge, {path}));
+    return report(report::FormatMessage(MessageId::EntitiesTooLarge, {path}));
   } catch (const xercesc::XMLException &exception) {
     return report(ToUtf8(exception.getMessage()));
   } catch (const xercesc::DOMException &exception) {
@@ -78,7 +78,7 @@ void InstallHandlers(XercesDOMParser &parser, const std::string &path, Diagnosti
 // The grammar is loaded beforehand: as a location it would have to be a URI, which paths with blanks are not.
 bool RequireSchema(XercesDOMParser &parser, const std::string &schemaPath) {
   if (!kit::IsFile(schemaPath)) {
-    XSLTErrorHandler::GetInst().ReportMessage(bridge::FormatMessage(MessageId::SchemaMissing, {schemaPath}).c_str());
+    XSLTErrorHandler::GetInst().ReportMessage(report::FormatMessage(MessageId::SchemaMissing, {schemaPath}).c_str());
     return false;
   }
   const auto bytes = ReadBytes(schemaPath);

@@ -1,12 +1,12 @@
 #include "catalogue/reader.h"
 
-#include "bridge/messages.h"
 #include "catalogue/dom_nodes.h"
 #include "catalogue/location.h"
 #include "catalogue/network.h"
 #include "catalogue/parse_file.h"
 #include "catalogue/xml_library.h"
 #include "kit/paths.h"
+#include "report/messages.h"
 
 #include <array>
 #include <filesystem>
@@ -51,7 +51,7 @@ void ReadParameters(const DOMNode &element, Transformation &record) {
       "Parameter", [](const DOMNode &child, Transformation &read) {
         const std::string expression = GetAttributeValue(child, u"expression");
         read.parameters.push_back(GetAttributeValue(child, u"name"));
-        read.parameters.push_back(expression.empty() ? LoadMessage(bridge::MessageId::NoValue) : expression);
+        read.parameters.push_back(expression.empty() ? LoadMessage(report::MessageId::NoValue) : expression);
       }}};
   record.parameters.clear();
   ReadChildren(element, record, readers);

@@ -1,9 +1,9 @@
 #include "catalogue/serialize_transformations.h"
 
-#include "bridge/messages.h"
-#include "bridge/xslt_error_handler.h"
 #include "catalogue/xml_text.h"
 #include "kit/handle.h"
+#include "report/messages.h"
+#include "report/xslt_error_handler.h"
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufFormatTarget.hpp>
@@ -16,8 +16,8 @@ namespace catalogue {
 
 namespace {
 
-using bridge::MessageId;
-using bridge::XSLTErrorHandler;
+using report::MessageId;
+using report::XSLTErrorHandler;
 using xercesc::DOMDocument;
 using xercesc::DOMElement;
 
@@ -62,7 +62,7 @@ bool CheckWritable(const Transformation &record) {
     fields.push_back({"parameter list", parameter});
   for (const Field &field : fields) {
     if (const std::string problem = FindUnwritable(field.text); !problem.empty()) {
-      Report(bridge::FormatMessage(MessageId::CannotHoldCharacter, {record.name, field.name, problem}));
+      Report(report::FormatMessage(MessageId::CannotHoldCharacter, {record.name, field.name, problem}));
       return false;
     }
   }
@@ -129,7 +129,7 @@ void WriteOutput(DOMElement &parent, const TransformationOutput &output) {
 }
 
 void WriteTransformations(DOMElement &root, const TransformationList &list) {
-  const std::string noValue = bridge::LoadMessage(MessageId::NoValue);
+  const std::string noValue = report::LoadMessage(MessageId::NoValue);
   for (const Transformation &record : list) {
     DOMElement &element = AppendElement(root, u"Transformation");
     AppendText(element, u"Name", record.name);
@@ -196,7 +196,7 @@ std::optional<std::string> SerializeTransformations(const TransformationList &li
   } catch (const xercesc::OutOfMemoryException &) {
     reason = "out of memory";
   }
-  Report(bridge::FormatMessage(MessageId::TransformationFileNotWritten, {reason}));
+  Report(report::FormatMessage(MessageId::TransformationFileNotWritten, {reason}));
   return std::nullopt;
 }
 

@@ -1,12 +1,12 @@
 #include "catalogue/stylesheet_parameters.h"
 
-#include "bridge/messages.h"
 #include "catalogue/dom_nodes.h"
 #include "catalogue/location.h"
 #include "catalogue/network.h"
 #include "catalogue/parse_file.h"
 #include "catalogue/xml_library.h"
 #include "kit/paths.h"
+#include "report/messages.h"
 
 namespace catalogue {
 
@@ -18,7 +18,7 @@ void ReadStylesheetParameters(const std::string &path, std::vector<std::string> 
   const ParsedFilePtr parsed = ParseStylesheet(path);
   if (!parsed)
     return;
-  const std::string noValue = LoadMessage(bridge::MessageId::NoValue);
+  const std::string noValue = LoadMessage(report::MessageId::NoValue);
   ForEachChild(*parsed->Document(), [&](const DOMNode &root) {
     if (GetLocalName(root) != "stylesheet")
       return;

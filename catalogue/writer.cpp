@@ -1,8 +1,5 @@
 #include "catalogue/writer.h"
 
-#include "bridge/messages.h"
-#include "bridge/processor_list.h"
-#include "bridge/xslt_error_handler.h"
 #include "catalogue/location.h"
 #include "catalogue/network.h"
 #include "catalogue/reader.h"
@@ -11,6 +8,8 @@
 #include "catalogue/xml_text.h"
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
+#include "report/messages.h"
+#include "report/xslt_error_handler.h"
 
 #include <filesystem>
 
@@ -18,19 +17,19 @@ namespace catalogue {
 
 namespace {
 
-using bridge::MessageId;
-using bridge::XSLTErrorHandler;
+using report::MessageId;
+using report::XSLTErrorHandler;
 
 enum class EditMode { Add = 1, Edit = 2 };
 
 void Report(const std::string &message) { XSLTErrorHandler::GetInst().ReportMessage(message.c_str()); }
 
 void Show(MessageId id, std::string_view value) {
-  V_ApiAlert(bridge::FormatMessage(id, {value}).c_str(), V_ALERT_PLAIN);
+  V_ApiAlert(report::FormatMessage(id, {value}).c_str(), V_ALERT_PLAIN);
 }
 
 bool Ask(MessageId id, std::string_view value, int32_t kind) {
-  return V_ApiAlert(bridge::FormatMessage(id, {value}).c_str(), kind) == V_ANSWER_PROCEED;
+  return V_ApiAlert(report::FormatMessage(id, {value}).c_str(), kind) == V_ANSWER_PROCEED;
 }
 
 bool HasContents(const std::string &path) {
@@ -71,7 +70,7 @@ FieldCheck CheckReplacing(const std::string &path, const Transformation &record,
 
 // GoOn leaves the loaded catalogue in `edit`.
 FieldCheck CheckTransformationEdit(EditMode mode, const std::string &path, const Transformation &record,
-                                   const std::string &oldName, std::optional<Edit> &edit) {
+                                   const std::string &oldName, IsKnownProcessor isKnown, std::optional<Edit> &edit) {
   if (path.empty() || (mode == EditMode::Edit && oldName.empty()))
     return FieldCheck::Stop;
   if (!CanWriteTransformationFile(path))
@@ -80,7 +79,7 @@ FieldCheck CheckTransformationEdit(EditMode mode, const std::string &path, const
   if (mode == EditMode::Add || record.name != oldName)
     if (const FieldCheck replacing = CheckReplacing(path, record, edit->loaded); replacing != FieldCheck::GoOn)
       return replacing;
-  return CheckTransformationFields(record, CheckMode::Interactive);
+  return CheckTransformationFields(record, CheckMode::Interactive, isKnown);
 }
 
 // What a reader will make of the record: with blanks around it, a name would pass for a new one, and be dropped as the
@@ -114,7 +113,7 @@ bool SaveTransformationFile(const std::string &path, const TransformationList &l
     return false;
   kit::AtomicFile file(LocalCopy(resolved));
   if (!file.Write(*bytes) || !file.Commit()) {
-    Report(bridge::FormatMessage(MessageId::TransformationFileNotWritten, {file.Error()}));
+    Report(report::FormatMessage(MessageId::TransformationFileNotWritten, {file.Error()}));
     return false;
   }
   return PushBack(resolved);
@@ -140,11 +139,11 @@ bool CanWriteTransformationFile(const std::string &path) {
   return true;
 }
 
-FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mode) {
+FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mode, IsKnownProcessor isKnown) {
   const bool quiet = mode == CheckMode::Quiet;
   const auto stop = [quiet](MessageId id, const std::string &value) {
     if (quiet)
-      Report(bridge::FormatMessage(id, {value}));
+      Report(report::FormatMessage(id, {value}));
     else
       Show(id, value);
     return FieldCheck::Stop;
@@ -153,7 +152,7 @@ FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mod
     return stop(MessageId::XslNotSpecified, record.name);
   if (record.output.outputLocation == OutputLocationKind::DirPath && record.output.dirPath.empty())
     return stop(MessageId::OutputFolderNotSpecified, record.name);
-  if (bridge::IsKnownProcessor(record.processor))
+  if (isKnown(record.processor))
     return FieldCheck::GoOn;
   if (quiet)
     return stop(MessageId::ProcessorNotFound, record.processor);
@@ -161,10 +160,10 @@ FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mod
                                                                                          : FieldCheck::Declined;
 }
 
-EditResult AddTransformation(const std::string &path, const Transformation &given) {
+EditResult AddTransformation(const std::string &path, const Transformation &given, IsKnownProcessor isKnown) {
   const Transformation record = AsRead(given);
   std::optional<Edit> edit;
-  if (const FieldCheck check = CheckTransformationEdit(EditMode::Add, path, record, {}, edit);
+  if (const FieldCheck check = CheckTransformationEdit(EditMode::Add, path, record, {}, isKnown, edit);
       check != FieldCheck::GoOn)
     return Stopped(check);
   TransformationList list = edit->TakeList();
@@ -175,10 +174,11 @@ EditResult AddTransformation(const std::string &path, const Transformation &give
   return Save(path, list);
 }
 
-EditResult EditTransformation(const std::string &path, const Transformation &given, const std::string &oldName) {
+EditResult EditTransformation(const std::string &path, const Transformation &given, const std::string &oldName,
+                              IsKnownProcessor isKnown) {
   const Transformation record = AsRead(given);
   std::optional<Edit> edit;
-  if (const FieldCheck check = CheckTransformationEdit(EditMode::Edit, path, record, oldName, edit);
+  if (const FieldCheck check = CheckTransformationEdit(EditMode::Edit, path, record, oldName, isKnown, edit);
       check != FieldCheck::GoOn)
     return Stopped(check);
   TransformationList list = edit->TakeList();
@@ -187,7 +187,7 @@ EditResult EditTransformation(const std::string &path, const Transformation &giv
   if (index < 0)
     index = FindTransformation(list, oldName);
   if (index < 0) {
-    Report(bridge::FormatMessage(MessageId::TransformationNotFound, {oldName}));
+    Report(report::FormatMessage(MessageId::TransformationNotFound, {oldName}));
     return EditResult::Failed;
   }
   list[static_cast<size_t>(index)] = record;

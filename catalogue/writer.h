@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace catalogue {
 
@@ -15,16 +16,20 @@ enum class EditResult : int32_t { Failed = 0, Saved = 1, Stopped = 2 };
 enum class FieldCheck : int32_t { Stop = 0, GoOn = 1, Declined = 2 };
 // Quiet: messages go to the log and nothing is asked.
 enum class CheckMode { Interactive, Quiet };
+// Whether a processor of that name is installed.
+using IsKnownProcessor = bool (*)(std::string_view name);
 
 [[nodiscard]] bool SaveTransformationFile(const std::string &path, const TransformationList &list);
 [[nodiscard]] bool CanWriteTransformationFile(const std::string &path);
-[[nodiscard]] FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mode);
+[[nodiscard]] FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mode,
+                                                   IsKnownProcessor isKnown);
 
 // Adds, or replaces the transformation of that name where it stands.
-[[nodiscard]] EditResult AddTransformation(const std::string &path, const Transformation &record);
+[[nodiscard]] EditResult AddTransformation(const std::string &path, const Transformation &record,
+                                           IsKnownProcessor isKnown);
 // Replaces the transformation `oldName`, or the one that already has the record's new name.
 [[nodiscard]] EditResult EditTransformation(const std::string &path, const Transformation &record,
-                                            const std::string &oldName);
+                                            const std::string &oldName, IsKnownProcessor isKnown);
 [[nodiscard]] EditResult DeleteTransformation(const std::string &path, const std::string &name);
 
 } // namespace catalogue

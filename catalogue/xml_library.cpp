@@ -1,9 +1,9 @@
 #include "catalogue/xml_library.h"
 
-#include "bridge/xslt_error_handler.h"
 #include "catalogue/shut_down.h"
 #include "catalogue/state.h"
 #include "catalogue/xml_text.h"
+#include "report/xslt_error_handler.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -27,7 +27,7 @@ template <class Reader> Reader &InstanceOnFirstUse() {
 }
 
 void Report(const xercesc::XMLException &exception) {
-  bridge::XSLTErrorHandler::GetInst().ReportMessage(ToUtf8(exception.getMessage()).c_str());
+  report::XSLTErrorHandler::GetInst().ReportMessage(ToUtf8(exception.getMessage()).c_str());
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 namespace catalogue {
 
-using bridge::XSLTErrorHandler;
+using report::XSLTErrorHandler;
 
 XSLTErrorHandlerImpl &XSLTErrorHandlerImpl::GetInst() {
   static XSLTErrorHandlerImpl handler;

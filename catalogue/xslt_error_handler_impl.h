@@ -3,7 +3,7 @@
 #ifndef CATALOGUE_XSLT_ERROR_HANDLER_IMPL_H
 #define CATALOGUE_XSLT_ERROR_HANDLER_IMPL_H
 
-#include "bridge/xslt_error_handler.h"
+#include "report/xslt_error_handler.h"
 
 #include <xercesc/sax/ErrorHandler.hpp>
 
@@ -31,7 +31,7 @@ public:
 
 private:
   bool errorsSeen = false;
-  using Report = void (bridge::XSLTErrorHandler::*)(const char *, const char *, const char *, int32_t, int32_t);
+  using Report = void (report::XSLTErrorHandler::*)(const char *, const char *, const char *, int32_t, int32_t);
   void Take(Report report, const xercesc::SAXParseException &problem);
 
   Diagnostics diagnostics = Diagnostics::Report;

@@ -1,13 +1,12 @@
 #include "client/catalogue_requests.h"
 
-#include "bridge/processor_bridge.h"
-#include "bridge/processor_list.h"
-#include "bridge/transformation_log.h"
 #include "catalogue/location.h"
 #include "catalogue/reader.h"
 #include "catalogue/request_options.h"
 #include "catalogue/stylesheet_parameters.h"
 #include "catalogue/writer.h"
+#include "processors/processor_list.h"
+#include "report/transformation_log.h"
 
 #include <utility>
 
@@ -29,14 +28,14 @@ TypedValues EditReply(EditResult result) {
 
 } // namespace
 
-TypedValues AnswerTransformationFile(std::string_view text) {
+TypedValues AnswerTransformationFile(std::string_view text, processors::Processor &) {
   const RequestOptions all = ScanRequestOptions(text);
   if (all.applicationName.empty())
     return {};
   return kit::CallClient("VlDispatcher", catalogue::TransformationFileRequest(all.applicationName));
 }
 
-TypedValues AnswerTransformations(std::string_view text) {
+TypedValues AnswerTransformations(std::string_view text, processors::Processor &) {
   const RequestOptions all = ScanRequestOptions(text);
   TypedValues reply;
   if (all.transformationFile.empty())
@@ -48,39 +47,40 @@ TypedValues AnswerTransformations(std::string_view text) {
   return reply;
 }
 
-TypedValues AnswerDelete(std::string_view text) {
+TypedValues AnswerDelete(std::string_view text, processors::Processor &) {
   const RequestOptions all = ScanRequestOptions(text);
   if (all.transformationFile.empty() || all.transformationName.empty())
     return {};
   return EditReply(catalogue::DeleteTransformation(all.transformationFile, all.transformationName));
 }
 
-TypedValues AnswerAdd(std::string_view text) {
-  const RequestOptions all = ScanRequestOptions(text);
-  TypedValues reply = EditReply(catalogue::AddTransformation(all.transformationFile, all.record));
-  reply.AddString(bridge::LogText());
-  return reply;
-}
-
-TypedValues AnswerEdit(std::string_view text) {
+TypedValues AnswerAdd(std::string_view text, processors::Processor &) {
   const RequestOptions all = ScanRequestOptions(text);
   TypedValues reply =
-      EditReply(catalogue::EditTransformation(all.transformationFile, all.record, all.transformationName));
-  reply.AddString(bridge::LogText());
+      EditReply(catalogue::AddTransformation(all.transformationFile, all.record, processors::IsKnownProcessor));
+  reply.AddString(report::LogText());
   return reply;
 }
 
-TypedValues AnswerStylesheetParameters(std::string_view text) {
+TypedValues AnswerEdit(std::string_view text, processors::Processor &) {
+  const RequestOptions all = ScanRequestOptions(text);
+  TypedValues reply = EditReply(catalogue::EditTransformation(all.transformationFile, all.record,
+                                                              all.transformationName, processors::IsKnownProcessor));
+  reply.AddString(report::LogText());
+  return reply;
+}
+
+TypedValues AnswerStylesheetParameters(std::string_view text, processors::Processor &) {
   TypedValues reply;
   if (const auto parameters = catalogue::GetStylesheetParameters(ScanRequestOptions(text).record.xslPath))
     reply.AddStrings(*parameters);
   return reply;
 }
 
-TypedValues AnswerProcessors(std::string_view) {
+TypedValues AnswerProcessors(std::string_view, processors::Processor &processor) {
   TypedValues reply;
-  for (const bridge::ProcessorEntry &entry : bridge::Processors()) {
-    const bridge::ProcessorProbe probe = bridge::ProbeProcessor(entry.className.c_str());
+  for (const processors::ProcessorEntry &entry : processors::Processors()) {
+    const processors::ProcessorProbe probe = processor.ProbeProcessor(entry.className);
     TypedValues nested;
     for (const std::string *field : {&entry.name, &entry.classPath, &entry.className, &probe.implementation,
                                      &probe.version, &probe.location, &probe.error})

@@ -1,6 +1,5 @@
 #include "client/dispatch.h"
 
-#include "bridge/transformation_log.h"
 #include "client/catalogue_requests.h"
 #include "client/open_documents.h"
 #include "client/run_request.h"
@@ -8,6 +7,7 @@
 #include "dialogs/dialogs.h"
 #include "kit/paths.h"
 #include "kit/text.h"
+#include "report/transformation_log.h"
 
 #include <algorithm>
 #include <array>
@@ -19,31 +19,32 @@ namespace client {
 
 namespace {
 
-using bridge::MessageId;
 using kit::TypedValues;
+using processors::Processor;
+using report::MessageId;
 
-int32_t RunStatus(std::string_view text) {
+int32_t RunStatus(std::string_view text, Processor &processor) {
   RunRequest request;
   if (ParseRunRequest(text, request) == RequestCheck::Refused || ValidateRunRequest(request) == RequestCheck::Refused)
     return V_ERROR_BAD_REQUEST;
-  return RunTransformation(request) == RunResult::Done ? V_ERROR_NONE : V_ERROR_FAILED;
+  return RunTransformation(request, processor) == RunResult::Done ? V_ERROR_NONE : V_ERROR_FAILED;
 }
 
-TypedValues AnswerRun(std::string_view text) {
-  bridge::ResetLog(WantsConsole(text.substr(runRequestName.size())));
-  V_ApiSetError(RunStatus(text));
+TypedValues AnswerRun(std::string_view text, Processor &processor) {
+  report::ResetLog(WantsConsole(text.substr(runRequestName.size())));
+  V_ApiSetError(RunStatus(text, processor));
   TypedValues reply;
   reply.AddInteger(V_ApiGetError());
-  reply.AddString(bridge::LogText());
-  bridge::ResetLog(false);
+  reply.AddString(report::LogText());
+  report::ResetLog(false);
   return reply;
 }
 
-TypedValues AnswerChooseXsl(std::string_view) {
+TypedValues AnswerChooseXsl(std::string_view, Processor &) {
   static std::string lastFolder;
   const std::string path =
-      kit::HostString::Adopt(V_ApiChooseFile(V_CHOOSE_OPEN, bridge::LoadMessage(MessageId::SelectXslFile).c_str(),
-                                             bridge::LoadMessage(MessageId::XslFilter).c_str(),
+      kit::HostString::Adopt(V_ApiChooseFile(V_CHOOSE_OPEN, report::LoadMessage(MessageId::SelectXslFile).c_str(),
+                                             report::LoadMessage(MessageId::XslFilter).c_str(),
                                              kit::OrNull(lastFolder)))
           .Text();
   TypedValues reply;
@@ -54,19 +55,19 @@ TypedValues AnswerChooseXsl(std::string_view) {
   return reply;
 }
 
-TypedValues AnswerChooseTransformation(std::string_view) { return dialogs::OpenChooseDialog(); }
+TypedValues AnswerChooseTransformation(std::string_view, Processor &) { return dialogs::OpenChooseDialog(); }
 
-TypedValues AnswerManageTransformations(std::string_view) {
+TypedValues AnswerManageTransformations(std::string_view, Processor &) {
   dialogs::OpenManageDialog();
   return {};
 }
 
-TypedValues AnswerNewTransformation(std::string_view) {
+TypedValues AnswerNewTransformation(std::string_view, Processor &) {
   dialogs::OpenNewDialog();
   return {};
 }
 
-TypedValues AnswerAdvancedRun(std::string_view) {
+TypedValues AnswerAdvancedRun(std::string_view, Processor &) {
   if (const std::string request = dialogs::OpenAdvancedRunDialog(); !request.empty())
     V_ApiCallClient("XSLT", request.c_str());
   return {};
@@ -82,7 +83,7 @@ V_ObjectT FindObjectOption(std::string_view text) {
   return object;
 }
 
-TypedValues AnswerComponents(std::string_view text) {
+TypedValues AnswerComponents(std::string_view text, Processor &) {
   const V_ObjectT named = FindObjectOption(text);
   const std::vector<std::string> paths = ComponentPaths(named ? named : ActiveBookOrDocument());
   TypedValues reply;
@@ -93,7 +94,7 @@ TypedValues AnswerComponents(std::string_view text) {
 
 struct Entry {
   std::string_view prefix;
-  TypedValues (*answer)(std::string_view text);
+  TypedValues (*answer)(std::string_view text, Processor &processor);
 };
 
 // The first match wins; a blank at the end of a prefix keeps a longer name from matching a shorter one.
@@ -117,8 +118,8 @@ constexpr std::array entries = {
 // Every request has a log of its own; the echo setting of the host is as before when it is over.
 class LogScope {
 public:
-  LogScope() : echoBefore(bridge::HostEcho()) { bridge::ResetLog(true); }
-  ~LogScope() { bridge::ResetLog(echoBefore); }
+  LogScope() : echoBefore(report::HostEcho()) { report::ResetLog(true); }
+  ~LogScope() { report::ResetLog(echoBefore); }
   LogScope(const LogScope &) = delete;
   LogScope &operator=(const LogScope &) = delete;
 
@@ -128,11 +129,11 @@ private:
 
 } // namespace
 
-kit::TypedValues DispatchRequest(std::string_view request) {
+kit::TypedValues DispatchRequest(std::string_view request, Processor &processor) {
   const auto entry =
       std::ranges::find_if(entries, [&](const Entry &each) { return kit::StartsWithIgnoreCase(request, each.prefix); });
   const LogScope scope;
-  return entry == entries.end() ? TypedValues() : entry->answer(request);
+  return entry == entries.end() ? TypedValues() : entry->answer(request, processor);
 }
 
 } // namespace client

@@ -3,6 +3,7 @@
 #define CLIENT_DISPATCH_H
 
 #include "kit/values.h"
+#include "processors/processor.h"
 
 #include <string_view>
 
@@ -10,7 +11,7 @@ namespace client {
 
 // Carries a request out to its end; an unknown one gets an empty reply. Requests nest: a dialog opened by one sends
 // others. Host's thread only.
-[[nodiscard]] kit::TypedValues DispatchRequest(std::string_view request);
+[[nodiscard]] kit::TypedValues DispatchRequest(std::string_view request, processors::Processor &processor);
 
 } // namespace client
 

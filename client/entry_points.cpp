@@ -1,12 +1,12 @@
 // What the shared library exports. No exception leaves it.
 #include "kit/vdk.h"
 
-#include "bridge/messages.h"
-#include "bridge/processor_bridge.h"
-#include "bridge/processor_list.h"
 #include "catalogue/shut_down.h"
+#include "client/chosen_processor.h"
 #include "client/dispatch.h"
 #include "dialogs/dialogs.h"
+#include "processors/processor_list.h"
+#include "report/messages.h"
 
 #include <exception>
 
@@ -36,14 +36,14 @@ void V_ClientInitialize() {
     const kit::HostString product = kit::HostString::Adopt(V_ApiGetString(V_SESSION, V_SP_PRODUCT_NAME));
     V_SetProductName(product.Get());
     V_ApiRequestNotification(V_NOTIFY_CALL_CLIENT, 1);
-    bridge::LoadProcessors();
+    processors::LoadProcessors(client::ChosenProcessor());
   });
 }
 
 void V_ClientNotify(int32_t notification, V_ObjectT, const char *text, int32_t) {
   if (notification != V_NOTIFY_CALL_CLIENT || !text)
     return;
-  Guard([&] { V_ApiReturnTypedVals(client::DispatchRequest(text).Release()); });
+  Guard([&] { V_ApiReturnTypedVals(client::DispatchRequest(text, client::ChosenProcessor()).Release()); });
 }
 
 void V_ClientDialogEvent(int32_t dialog, int32_t item, int32_t modifiers) {
@@ -53,13 +53,13 @@ void V_ClientDialogEvent(int32_t dialog, int32_t item, int32_t modifiers) {
 void V_ClientShutdown() {
   Guard([] {
     dialogs::ShutDownDialogs();
-    bridge::ShutDownBridge();
+    client::ChosenProcessor().ShutDown();
     catalogue::ShutDownCatalogue();
   });
 }
 
 const void *V_ClientResources(size_t *size) {
   if (size)
-    *size = bridge::ResourceImage().size();
-  return bridge::ResourceImage().data();
+    *size = report::ResourceImage().size();
+  return report::ResourceImage().data();
 }

@@ -1,11 +1,11 @@
 #include "client/output_placement.h"
 
-#include "bridge/transformation_log.h"
-#include "bridge/xslt_error_handler.h"
 #include "catalogue/location.h"
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
 #include "kit/values.h"
+#include "report/transformation_log.h"
+#include "report/xslt_error_handler.h"
 
 #include <filesystem>
 #include <system_error>
@@ -14,8 +14,8 @@ namespace client {
 
 namespace {
 
-using bridge::MessageId;
 using catalogue::OutputLocationKind;
+using report::MessageId;
 
 // "%s%s.%s", or without the dot when the input has no extension.
 std::string AddSuffix(const std::string &input, const std::string &suffix) {
@@ -26,8 +26,8 @@ std::string AddSuffix(const std::string &input, const std::string &suffix) {
 std::string AskForOutput(const std::string &input) {
   if (input.empty())
     return {};
-  return kit::HostString::Adopt(V_ApiChooseFile(V_CHOOSE_SAVE, bridge::LoadMessage(MessageId::SaveOutputFile).c_str(),
-                                                bridge::LoadMessage(MessageId::XmlFilter).c_str(),
+  return kit::HostString::Adopt(V_ApiChooseFile(V_CHOOSE_SAVE, report::LoadMessage(MessageId::SaveOutputFile).c_str(),
+                                                report::LoadMessage(MessageId::XmlFilter).c_str(),
                                                 kit::FolderOf(input).c_str()))
       .Text();
 }
@@ -79,20 +79,20 @@ OutputCheck CheckOutput(const std::string &output) {
     return OutputCheck::Accepted;
   const std::string folder = kit::FolderOf(output);
   if (!kit::IsFolder(folder)) {
-    bridge::AppendMessage(MessageId::FolderMissing, {folder});
+    report::AppendMessage(MessageId::FolderMissing, {folder});
     return OutputCheck::Refused;
   }
   if (!kit::IsWritable(folder)) {
-    bridge::AppendMessage(MessageId::FolderNotWritable, {folder});
+    report::AppendMessage(MessageId::FolderNotWritable, {folder});
     return OutputCheck::Refused;
   }
   if (!kit::Exists(output))
     return OutputCheck::Accepted;
-  const std::string question = bridge::FormatMessage(MessageId::OverwriteExistingFile, {output});
+  const std::string question = report::FormatMessage(MessageId::OverwriteExistingFile, {output});
   if (V_ApiAlert(question.c_str(), V_ALERT_OK_CANCEL) != V_ANSWER_PROCEED)
     return OutputCheck::Refused;
   if (!kit::IsFile(output) || !kit::IsWritable(output)) {
-    bridge::AppendMessage(MessageId::OutputReadOnly, {output});
+    report::AppendMessage(MessageId::OutputReadOnly, {output});
     return OutputCheck::Refused;
   }
   return OutputCheck::Accepted;
@@ -101,7 +101,7 @@ OutputCheck CheckOutput(const std::string &output) {
 bool ReplaceOutput(const std::string &temporary, const std::string &output) {
   kit::AtomicFile file(output);
   if (!file.WriteFile(temporary) || !file.Commit()) {
-    bridge::XSLTErrorHandler::GetInst().ReportMessage(file.Error().c_str());
+    report::XSLTErrorHandler::GetInst().ReportMessage(file.Error().c_str());
     return false;
   }
   std::error_code ignored;

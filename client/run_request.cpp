@@ -1,11 +1,11 @@
 #include "client/run_request.h"
 
-#include "bridge/processor_bridge.h"
-#include "bridge/transformation_log.h"
 #include "catalogue/location.h"
 #include "client/open_documents.h"
 #include "kit/paths.h"
 #include "kit/text.h"
+#include "processors/file_listing.h"
+#include "report/transformation_log.h"
 
 #include <algorithm>
 #include <array>
@@ -16,7 +16,7 @@ namespace client {
 
 namespace {
 
-using bridge::MessageId;
+using report::MessageId;
 
 // The tokens that an option takes; fewer where the request ends early.
 using Values = std::span<const std::string>;
@@ -90,10 +90,10 @@ template <int IncludeSubFolders> RequestCheck AddFolder(RunRequest &request, Val
   const std::string given = values.empty() ? std::string() : values[0];
   const std::string folder = catalogue::ResolvePath(given);
   if (!kit::IsFolder(folder)) {
-    bridge::AppendMessage(MessageId::InputFolderMissing, {given});
+    report::AppendMessage(MessageId::InputFolderMissing, {given});
     return RequestCheck::Refused;
   }
-  Append(request.inputs, bridge::GetAllFilesInFolder(folder.c_str(), IncludeSubFolders).Items());
+  Append(request.inputs, processors::GetAllFilesInFolder(folder.c_str(), IncludeSubFolders).Items());
   return RequestCheck::Accepted;
 }
 

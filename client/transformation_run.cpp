@@ -1,14 +1,13 @@
 #include "client/transformation_run.h"
 
-#include "bridge/processor_bridge.h"
-#include "bridge/processor_list.h"
-#include "bridge/transformation_log.h"
 #include "catalogue/location.h"
 #include "client/output_placement.h"
 #include "client/run_files.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 #include "kit/values.h"
+#include "processors/processor_list.h"
+#include "report/transformation_log.h"
 
 #include <algorithm>
 #include <functional>
@@ -17,20 +16,20 @@ namespace client {
 
 namespace {
 
-using bridge::MessageId;
 using catalogue::OpenOutputKind;
 using catalogue::OutputLocationKind;
 using catalogue::Transformation;
+using report::MessageId;
 
 void ReportUsage(std::string_view what) { V_ApiReportUsage("StructuredVellis", "XSLT", std::string(what).c_str()); }
 
 RunResult ToResult(bool success) { return success ? RunResult::Done : RunResult::Failed; }
 
-bool SelectProcessor(const std::string &name) {
-  const std::string *className = bridge::FindProcessorClass(name);
-  if (bridge::SetTransformer(className ? className->c_str() : nullptr) == 1)
+bool SelectProcessor(processors::Processor &processor, const std::string &name) {
+  const std::string *className = processors::FindProcessorClass(name);
+  if (processor.SetTransformer(className ? *className : std::string()))
     return true;
-  bridge::AppendMessage(MessageId::ProviderNotFound, {name});
+  report::AppendMessage(MessageId::ProviderNotFound, {name});
   return false;
 }
 
@@ -56,21 +55,15 @@ RunResult RunInputs(const std::vector<std::string> &inputs, const RunInput &runI
   return result;
 }
 
-bool CallBridge(const std::string &input, const std::string &xsl, const std::string &output,
-                const kit::StringList &parameters) {
-  return bridge::TransformXMLFile(input.c_str(), kit::OrNull(xsl), output.c_str(), parameters.Get()) == 1;
-}
-
 // ---- A transformation of a catalogue
 
 class CatalogueRun {
 public:
-  CatalogueRun(const RunRequest &validated, Transformation found)
-      : request(validated), transformation(std::move(found)),
-        parameters(kit::StringList::Of(transformation.parameters)) {}
+  CatalogueRun(const RunRequest &validated, Transformation found, processors::Processor &chosen)
+      : request(validated), transformation(std::move(found)), processor(chosen) {}
 
   RunResult Run() {
-    if (!SelectProcessor(transformation.processor))
+    if (!SelectProcessor(processor, transformation.processor))
       return RunResult::Failed;
     const RunResult result =
         RunInputs(FilterInputs(), [this](size_t, const std::string &input) { return TransformInput(input); });
@@ -98,22 +91,27 @@ private:
     const OutputPlan plan = PlanOutput(transformation.output, input);
     files.DeleteAtEnd(isTemporary ? plan.output : plan.temporary);
     if (!transformation.usePI && !kit::Exists(xsl)) {
-      bridge::AppendMessage(MessageId::TransformationXslMissing, {xsl, transformation.name});
+      report::AppendMessage(MessageId::TransformationXslMissing, {xsl, transformation.name});
       return std::nullopt;
     }
     if (CheckOutput(plan.output) == OutputCheck::Refused)
       return std::nullopt;
     if (request.printStartLog)
-      bridge::WriteStartSection(input, xsl, isTemporary ? std::string() : plan.output, transformation.processor);
-    const bool success = CallBridge(input, xsl, plan.Written(), parameters) && PlaceOutput(plan);
+      report::WriteStartSection(input, xsl, isTemporary ? std::string() : plan.output, transformation.processor);
+    const bool success = Transform(input, xsl, plan.Written()) && PlaceOutput(plan);
     if (request.printEndLog)
-      bridge::WriteEndSection(success);
+      report::WriteEndSection(success);
     return ToResult(success);
+  }
+
+  bool Transform(const std::string &input, const std::string &xsl, const std::string &output) {
+    return processor.TransformXMLFile({input, xsl, output, transformation.parameters}).status ==
+           processors::JobStatus::Done;
   }
 
   bool PlaceOutput(const OutputPlan &plan) {
     if (!plan.temporary.empty() && !ReplaceOutput(plan.temporary, plan.output)) {
-      bridge::AppendMessage(MessageId::OutputOpenElsewhere, {plan.output});
+      report::AppendMessage(MessageId::OutputOpenElsewhere, {plan.output});
       return false;
     }
     files.OpenAtEnd(plan.output);
@@ -135,11 +133,11 @@ private:
 
   const RunRequest &request;
   Transformation transformation;
-  kit::StringList parameters;
+  processors::Processor &processor;
   RunFiles files;
 };
 
-RunResult RunCatalogueTransformation(const RunRequest &request) {
+RunResult RunCatalogueTransformation(const RunRequest &request, processors::Processor &processor) {
   ReportUsage("XSLTRun_Transformation");
   const bool byFile = !request.transformationFile.empty();
   ReportUsage(byFile ? "XSLTRun_DefOrUserSpecifiedTrFile" : "XSLTRun_AppTrFile");
@@ -147,23 +145,23 @@ RunResult RunCatalogueTransformation(const RunRequest &request) {
                       : catalogue::GetApplicationTransformation(request.applicationName, request.transformationName);
   // Validation found it a moment ago; somebody may have changed the file since.
   if (!found) {
-    bridge::AppendMessage(MessageId::TransformationNotFound, {request.transformationName});
+    report::AppendMessage(MessageId::TransformationNotFound, {request.transformationName});
     return RunResult::Failed;
   }
-  return CatalogueRun(request, std::move(*found)).Run();
+  return CatalogueRun(request, std::move(*found), processor).Run();
 }
 
 // ---- A bare stylesheet
 
 class XslRun {
 public:
-  explicit XslRun(const RunRequest &validated)
+  XslRun(const RunRequest &validated, processors::Processor &chosen)
       : request(validated),
-        processor(validated.processor.empty() ? bridge::DefaultProcessorName() : validated.processor),
-        parameters(kit::StringList::Of(validated.parameters)) {}
+        processorName(validated.processor.empty() ? processors::DefaultProcessorName() : validated.processor),
+        processor(chosen) {}
 
   RunResult Run() {
-    if (!SelectProcessor(processor))
+    if (!SelectProcessor(processor, processorName))
       return RunResult::Failed;
     const RunResult result = RunInputs(
         request.inputs, [this](size_t index, const std::string &input) { return TransformInput(index, input); });
@@ -181,47 +179,48 @@ private:
     if (isTemporary)
       files.DeleteAtEnd(output);
     if (!request.usePI && !kit::Exists(xsl)) {
-      bridge::AppendMessage(MessageId::FileMissing, {xsl});
+      report::AppendMessage(MessageId::FileMissing, {xsl});
       return std::nullopt;
     }
     if (CheckOutput(output) == OutputCheck::Refused)
       return std::nullopt;
     if (request.printStartLog)
       WriteStart(input, xsl);
-    const bool success = CallBridge(input, xsl, output, parameters);
+    const bool success =
+        processor.TransformXMLFile({input, xsl, output, request.parameters}).status == processors::JobStatus::Done;
     if (success && isTemporary)
       files.OpenAtEnd(output);
     if (request.printEndLog)
-      bridge::WriteEndSection(success);
+      report::WriteEndSection(success);
     return ToResult(success);
   }
 
   // The host says whether a bare stylesheet's run is worth a start section, and on whose behalf.
   void WriteStart(const std::string &input, const std::string &xsl) const {
     if (V_ApiGetInt(V_SESSION, V_SP_XSL_START_SECTION)) {
-      bridge::WriteStartSection(input, xsl, {}, processor);
+      report::WriteStartSection(input, xsl, {}, processorName);
       return;
     }
     const V_ObjectT object =
         V_ApiGetInt(V_SESSION, V_SP_XSL_OBJECT_START_SECTION) ? V_ApiGetObject(V_SESSION, V_SP_XSL_SECTION_OBJECT) : 0;
     if (object && V_ApiGetInt(object, V_OP_XSL_START_SECTION))
-      bridge::WriteStartSection(kit::GetString(object, V_OP_NAME), xsl, input, processor);
+      report::WriteStartSection(kit::GetString(object, V_OP_NAME), xsl, input, processorName);
   }
 
   const RunRequest &request;
-  std::string processor;
-  kit::StringList parameters;
+  std::string processorName;
+  processors::Processor &processor;
   RunFiles files;
 };
 
 } // namespace
 
-RunResult RunTransformation(const RunRequest &request) {
+RunResult RunTransformation(const RunRequest &request, processors::Processor &processor) {
   ReportUsage(ScopeName(request.inputKind));
   if (!request.RunsBareXsl())
-    return RunCatalogueTransformation(request);
+    return RunCatalogueTransformation(request, processor);
   ReportUsage("XSLTRun_XSL");
-  return XslRun(request).Run();
+  return XslRun(request, processor).Run();
 }
 
 } // namespace client

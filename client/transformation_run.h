@@ -4,13 +4,14 @@
 #define CLIENT_TRANSFORMATION_RUN_H
 
 #include "client/run_request.h"
+#include "processors/processor.h"
 
 namespace client {
 
 // Failed when the last input that was transformed failed, or when none was.
 enum class RunResult { Failed, Done };
 
-[[nodiscard]] RunResult RunTransformation(const RunRequest &request);
+[[nodiscard]] RunResult RunTransformation(const RunRequest &request, processors::Processor &processor);
 
 } // namespace client
 

@@ -1,11 +1,11 @@
 #include "client/run_request.h"
 
-#include "bridge/processor_list.h"
-#include "bridge/transformation_log.h"
 #include "catalogue/location.h"
 #include "catalogue/writer.h"
 #include "client/open_documents.h"
 #include "kit/paths.h"
+#include "processors/processor_list.h"
+#include "report/transformation_log.h"
 
 #include <array>
 #include <set>
@@ -14,10 +14,10 @@ namespace client {
 
 namespace {
 
-using bridge::MessageId;
+using report::MessageId;
 
 RequestCheck Refuse(MessageId message, std::initializer_list<std::string_view> values = {}) {
-  bridge::AppendMessage(message, values);
+  report::AppendMessage(message, values);
   return RequestCheck::Refused;
 }
 
@@ -73,7 +73,7 @@ RequestCheck DropUnsavedInputs(RunRequest &request) {
     if (!unsaved.contains(kit::AbsolutePath(input)) &&
         !unsaved.contains(kit::AbsolutePath(catalogue::ResolvePath(input))))
       return true;
-    bridge::AppendMessage(MessageId::SaveDocumentFirst, {input});
+    report::AppendMessage(MessageId::SaveDocumentFirst, {input});
     return false;
   });
   return RequestCheck::Accepted;
@@ -83,7 +83,7 @@ RequestCheck DropMissingInputs(RunRequest &request) {
   FilterInputs(request, [](const std::string &input) {
     if (input.empty() || kit::Exists(catalogue::ResolvePath(input)))
       return true;
-    bridge::AppendMessage(MessageId::FileMissing, {input});
+    report::AppendMessage(MessageId::FileMissing, {input});
     return false;
   });
   return request.inputs.empty() ? RequestCheck::Refused : RequestCheck::Accepted;
@@ -99,7 +99,8 @@ RequestCheck CheckTransformation(const RunRequest &request) {
   if (!found)
     return Refuse(MessageId::TransformationNotFoundForApplication,
                   {request.transformationName, request.applicationName});
-  return catalogue::CheckTransformationFields(*found, catalogue::CheckMode::Quiet) == catalogue::FieldCheck::GoOn
+  return catalogue::CheckTransformationFields(*found, catalogue::CheckMode::Quiet, processors::IsKnownProcessor) ==
+                 catalogue::FieldCheck::GoOn
              ? RequestCheck::Accepted
              : RequestCheck::Refused;
 }
@@ -120,7 +121,7 @@ RequestCheck CheckWhatToRun(RunRequest &request) {
     return Refuse(MessageId::NothingToRun);
   if (namesCatalogue && namesTransformation)
     return CheckTransformation(request);
-  if (namesCatalogue && !request.processor.empty() && !bridge::CheckProcessor(request.processor))
+  if (namesCatalogue && !request.processor.empty() && !processors::CheckProcessor(request.processor))
     return RequestCheck::Refused;
   return CheckFirstParameter(request);
 }

@@ -1,10 +1,10 @@
 #include "dialogs/advanced_run_dialog.h"
 
-#include "bridge/messages.h"
 #include "catalogue/location.h"
 #include "dialogs/choose_manage_dialog.h"
 #include "dialogs/dialog_numbers.h"
 #include "dialogs/item_rows.h"
+#include "report/messages.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@ namespace dialogs {
 
 namespace {
 
-using bridge::MessageId;
+using report::MessageId;
 
 enum Scope : uint32_t { CurrentFile = 1, AllOpenFiles = 2, Folder = 3 };
 enum Choice : uint32_t { ByTransformation = 1, ByXslFile = 2 };

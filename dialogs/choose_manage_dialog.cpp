@@ -1,7 +1,5 @@
 #include "dialogs/choose_manage_dialog.h"
 
-#include "bridge/messages.h"
-#include "bridge/xslt_error_handler.h"
 #include "catalogue/location.h"
 #include "catalogue/reader.h"
 #include "catalogue/writer.h"
@@ -10,6 +8,8 @@
 #include "dialogs/new_edit_dialog.h"
 #include "kit/paths.h"
 #include "kit/values.h"
+#include "report/messages.h"
+#include "report/xslt_error_handler.h"
 
 #include <algorithm>
 #include <array>
@@ -20,7 +20,7 @@ namespace dialogs {
 
 namespace {
 
-using bridge::MessageId;
+using report::MessageId;
 
 enum Source : uint32_t { FromDefaultFile = 1, FromApplication = 2, FromFile = 3 };
 enum Item : int32_t {
@@ -75,7 +75,7 @@ void FillApplications(State &state) {
   const std::vector<std::string> names = state.mode == ChooseMode::ForActiveDocument
                                              ? catalogue::GetApplicationsForDocument(document)
                                              : catalogue::GetAllApplications();
-  state.appNames = {bridge::LoadMessage(MessageId::Choices)};
+  state.appNames = {report::LoadMessage(MessageId::Choices)};
   state.appNames.insert(state.appNames.end(), names.begin(), names.end());
   const std::string wanted =
       state.appName.empty() && document ? kit::GetString(document, V_OP_APPLICATION) : state.appName;
@@ -103,8 +103,8 @@ void FillList(State &state) {
   const catalogue::LoadResult loaded = catalogue::LoadTransformationFile(state.trFilePath);
   if (loaded.status == catalogue::LoadStatus::FileMissing ||
       loaded.status == catalogue::LoadStatus::NotATransformationFile)
-    bridge::XSLTErrorHandler::GetInst().ReportMessage(
-        bridge::FormatMessage(loaded.status == catalogue::LoadStatus::FileMissing ? MessageId::FileMissing
+    report::XSLTErrorHandler::GetInst().ReportMessage(
+        report::FormatMessage(loaded.status == catalogue::LoadStatus::FileMissing ? MessageId::FileMissing
                                                                                   : MessageId::NotATransformationFile,
                               {state.trFilePath})
             .c_str());
@@ -173,11 +173,11 @@ void MakeNew(State &state) {
 
 void DeleteSelected(State &state) {
   TakeChoice(state);
-  const std::string question = bridge::LoadMessage(MessageId::DeleteSelectedTransformation);
+  const std::string question = report::LoadMessage(MessageId::DeleteSelectedTransformation);
   if (V_ApiAlert(question.c_str(), V_ALERT_YES_NO_DEFAULT_NO) == V_ANSWER_PROCEED) {
     const catalogue::EditResult result = catalogue::DeleteTransformation(state.trFilePath, state.trName);
     if (result == catalogue::EditResult::Failed)
-      V_ApiAlert(bridge::LoadMessage(MessageId::TransformationNotDeleted).c_str(), V_ALERT_PLAIN);
+      V_ApiAlert(report::LoadMessage(MessageId::TransformationNotDeleted).c_str(), V_ALERT_PLAIN);
     if (result == catalogue::EditResult::Saved)
       FillList(state);
   }
@@ -237,7 +237,7 @@ ChosenTransformation OpenChooseManageDialog(ChooseMode mode) {
   }
   state.mode = mode;
   const MessageId title = Manages(state) ? MessageId::ManageTransformationsTitle : MessageId::ChooseTransformationTitle;
-  V_ApiSetString(state.dialog, V_DP_TITLE, bridge::LoadMessage(title).c_str());
+  V_ApiSetString(state.dialog, V_DP_TITLE, report::LoadMessage(title).c_str());
   V_ApiRunDialog(chooseManageDialogNumber, state.dialog);
   return {state.trFilePath, state.trName, state.appName};
 }

@@ -50,10 +50,10 @@ V_ObjectT OpenDialog(const char *name) {
   return dialog;
 }
 
-std::string ChoosePath(int32_t kind, bridge::MessageId title, std::optional<bridge::MessageId> filter) {
-  const std::string filterText = filter ? bridge::LoadMessage(*filter) : std::string();
+std::string ChoosePath(int32_t kind, report::MessageId title, std::optional<report::MessageId> filter) {
+  const std::string filterText = filter ? report::LoadMessage(*filter) : std::string();
   return kit::HostString::Adopt(
-             V_ApiChooseFile(kind, bridge::LoadMessage(title).c_str(), kit::OrNull(filterText), nullptr))
+             V_ApiChooseFile(kind, report::LoadMessage(title).c_str(), kit::OrNull(filterText), nullptr))
       .Text();
 }
 

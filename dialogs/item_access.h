@@ -3,8 +3,8 @@
 #ifndef DIALOGS_ITEM_ACCESS_H
 #define DIALOGS_ITEM_ACCESS_H
 
-#include "bridge/messages.h"
 #include "kit/vdk.h"
+#include "report/messages.h"
 
 #include <cstdint>
 #include <optional>
@@ -26,8 +26,8 @@ void SetItemVisible(V_ObjectT dialog, int32_t item, bool on);
 [[nodiscard]] V_ObjectT OpenDialog(const char *name);
 
 // Asks for a path (V_CHOOSE_...); empty when the person dismissed the question.
-[[nodiscard]] std::string ChoosePath(int32_t kind, bridge::MessageId title,
-                                     std::optional<bridge::MessageId> filter = std::nullopt);
+[[nodiscard]] std::string ChoosePath(int32_t kind, report::MessageId title,
+                                     std::optional<report::MessageId> filter = std::nullopt);
 
 } // namespace dialogs
 

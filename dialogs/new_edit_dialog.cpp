@@ -1,7 +1,5 @@
 #include "dialogs/new_edit_dialog.h"
 
-#include "bridge/messages.h"
-#include "bridge/processor_list.h"
 #include "catalogue/location.h"
 #include "catalogue/stylesheet_parameters.h"
 #include "catalogue/transformation.h"
@@ -9,6 +7,8 @@
 #include "dialogs/dialog_numbers.h"
 #include "dialogs/item_rows.h"
 #include "dialogs/stylesheet_params_dialog.h"
+#include "processors/processor_list.h"
+#include "report/messages.h"
 
 #include <algorithm>
 #include <array>
@@ -18,9 +18,9 @@ namespace dialogs {
 
 namespace {
 
-using bridge::MessageId;
 using catalogue::OpenOutputKind;
 using catalogue::OutputLocationKind;
+using report::MessageId;
 
 enum InputKind : uint32_t { XslFile = 0, ProcessingInstruction = 1 };
 enum SameLocationKind : uint32_t { AddSuffix = 1, OverwriteSource = 2 };
@@ -120,7 +120,7 @@ void Initialise(State &state) {
   if (!state.trFilePath.empty() && !state.trName.empty())
     record = catalogue::GetFileTransformation(state.trFilePath, state.trName);
   LoadRecord(state, record.value_or(catalogue::Transformation()));
-  const bridge::ProcessorChoice choice = bridge::MakeProcessorChoice(state.processorName);
+  const processors::ProcessorChoice choice = processors::MakeProcessorChoice(state.processorName);
   state.processorLabels = choice.labels;
   state.chosenProcessor = choice.selected;
   state.modified = state.editMode == New;
@@ -183,7 +183,7 @@ void TakeOpenOutput(State &state) {
 
 void NoteSaved(State &state, catalogue::EditResult result) {
   if (result == catalogue::EditResult::Failed)
-    V_ApiAlert(bridge::LoadMessage(MessageId::RequiredFieldsMissing).c_str(), V_ALERT_PLAIN);
+    V_ApiAlert(report::LoadMessage(MessageId::RequiredFieldsMissing).c_str(), V_ALERT_PLAIN);
   state.modified = result != catalogue::EditResult::Saved;
   V_ApiKeepDialogUp(state.dialog);
 }
@@ -191,8 +191,9 @@ void NoteSaved(State &state, catalogue::EditResult result) {
 void Save(State &state) {
   BuildRecord(state);
   NoteSaved(state, state.editMode == New
-                       ? catalogue::AddTransformation(state.trFilePath, state.record)
-                       : catalogue::EditTransformation(state.trFilePath, state.record, state.oldName));
+                       ? catalogue::AddTransformation(state.trFilePath, state.record, processors::IsKnownProcessor)
+                       : catalogue::EditTransformation(state.trFilePath, state.record, state.oldName,
+                                                       processors::IsKnownProcessor));
 }
 
 void SaveAs(State &state) {
@@ -202,7 +203,7 @@ void SaveAs(State &state) {
     return;
   state.trFilePath = path;
   BuildRecord(state);
-  NoteSaved(state, catalogue::AddTransformation(path, state.record));
+  NoteSaved(state, catalogue::AddTransformation(path, state.record, processors::IsKnownProcessor));
 }
 
 bool UsesXslFile(const State &state) { return state.inputKind == XslFile; }
@@ -213,7 +214,7 @@ bool OpensOutput(const State &state) { return state.openOutput != openNowhere; }
 
 // The position is taken into the configured list as it stands, also when an unknown name pushed the labels down.
 bool HasConfiguredProcessor(const State &state) {
-  const auto &processors = bridge::Processors();
+  const auto &processors = processors::Processors();
   const auto position = static_cast<size_t>(state.chosenProcessor);
   return state.chosenProcessor >= 1 && position <= processors.size() && !processors[position - 1].name.empty();
 }
@@ -269,7 +270,7 @@ void Open(const std::string &trFilePath, const std::string &trName, EditMode mod
   state.trName = state.oldName = trName;
   state.editMode = mode;
   const MessageId title = mode == New ? MessageId::NewTransformationTitle : MessageId::EditTransformationTitle;
-  V_ApiSetString(state.dialog, V_DP_TITLE, bridge::LoadMessage(title).c_str());
+  V_ApiSetString(state.dialog, V_DP_TITLE, report::LoadMessage(title).c_str());
   V_ApiRunDialog(newEditDialogNumber, state.dialog);
 }
 

@@ -1,9 +1,9 @@
 #include "dialogs/stylesheet_params_dialog.h"
 
-#include "bridge/messages.h"
 #include "dialogs/dialog_numbers.h"
 #include "dialogs/item_rows.h"
 #include "kit/values.h"
+#include "report/messages.h"
 
 #include <array>
 
@@ -11,7 +11,7 @@ namespace dialogs {
 
 namespace {
 
-using bridge::MessageId;
+using report::MessageId;
 
 enum Item : int32_t { GridFrame = 0, GridItem = 1, OkButton = 2, CloseButton = 3, DeleteButton = 4 };
 constexpr int32_t cellsPerParameter = 2;
@@ -19,8 +19,8 @@ constexpr int32_t cellsPerParameter = 2;
 struct StylesheetParamsDialog {
   V_ObjectT dialog = 0;
   std::vector<Parameter> params;
-  std::string nameTitle = bridge::LoadMessage(MessageId::NameTitle);
-  std::string expressionTitle = bridge::LoadMessage(MessageId::ExpressionTitle);
+  std::string nameTitle = report::LoadMessage(MessageId::NameTitle);
+  std::string expressionTitle = report::LoadMessage(MessageId::ExpressionTitle);
   V_ObjectT grid = 0;
 
   bool canAccept = false; // once something changed
@@ -35,7 +35,7 @@ State &TheDialog() {
 
 // The text that stands for no value is no value.
 std::string ValueOf(const std::string &shown) {
-  return shown == bridge::LoadMessage(MessageId::NoValue) ? std::string() : shown;
+  return shown == report::LoadMessage(MessageId::NoValue) ? std::string() : shown;
 }
 
 std::string CellText(const State &state, int32_t row, int32_t cell) {
@@ -66,7 +66,7 @@ void AddEmptyRowAtEnd(const State &state) {
 
 void Initialise(State &state) {
   state.grid =
-      V_ApiMakeGrid(state.dialog, GridItem, GridFrame, "Parameters", bridge::LoadMessage(MessageId::NoValue).c_str());
+      V_ApiMakeGrid(state.dialog, GridItem, GridFrame, "Parameters", report::LoadMessage(MessageId::NoValue).c_str());
   for (const Parameter &parameter : state.params)
     AddRow(state, parameter);
   AddRow(state, {});

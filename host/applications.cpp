@@ -1,6 +1,6 @@
 #include "host/applications.h"
 
-#include "host/xml_file.h"
+#include "host/documents/xml_file.h"
 #include "kit/paths.h"
 
 #include <fnmatch.h>

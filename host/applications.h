@@ -3,7 +3,7 @@
 #ifndef HOST_APPLICATIONS_H
 #define HOST_APPLICATIONS_H
 
-#include "host/configuration.h"
+#include "host/configuration/configuration.h"
 
 #include <string>
 #include <string_view>

@@ -2,8 +2,8 @@
 #ifndef HOST_BUILT_IN_CLIENTS_H
 #define HOST_BUILT_IN_CLIENTS_H
 
-#include "host/configuration.h"
-#include "host/entity_catalogs.h"
+#include "host/configuration/configuration.h"
+#include "host/documents/entity_catalogs.h"
 #include "kit/values.h"
 
 #include <string_view>

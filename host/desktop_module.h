@@ -3,9 +3,9 @@
 #ifndef HOST_DESKTOP_MODULE_H
 #define HOST_DESKTOP_MODULE_H
 
-#include "host/configuration.h"
-#include "host/front.h"
-#include "host/installation.h"
+#include "host/configuration/configuration.h"
+#include "host/configuration/installation.h"
+#include "host/fronts/front.h"
 #include "host/session.h"
 
 #include <functional>

@@ -1,10 +1,10 @@
 // The dialogs that a client opened, behind the object numbers that the kit's dialog calls use: the session forwards
 // those calls to this class. Numbers begin at `firstHandle`, so they never meet those of documents. Host's thread only.
-#ifndef HOST_DIALOG_HOST_H
-#define HOST_DIALOG_HOST_H
+#ifndef HOST_DIALOGS_DIALOG_HOST_H
+#define HOST_DIALOGS_DIALOG_HOST_H
 
-#include "host/dialog_model.h"
-#include "host/front.h"
+#include "host/dialogs/dialog_model.h"
+#include "host/fronts/front.h"
 #include "kit/resources.h"
 #include "kit/vdk.h"
 

@@ -85,6 +85,12 @@ void ReportProgress(void *host, int32_t index, int32_t count, const char *path) 
   Guarded([&] { At(host).TheFront().ReportProgress({index, count, Text(path)}); });
 }
 // Nobody counts here how often something is used.
+void TakeRunEvent(void *host, const V_RunEventT *event) noexcept {
+  Guarded([&] {
+    if (event)
+      At(host).ReportRunEvent(ReadRunEvent(*event));
+  });
+}
 void ReportUsage(void *, const char *, const char *, const char *) noexcept {}
 V_ObjectT OpenDocument(void *host, const char *path, const char *asName) noexcept {
   return Guarded([&] { return At(host).OpenOutput(Text(path), Text(asName)); });
@@ -209,6 +215,7 @@ V_HostT MakeHostTable(Session &session) {
   table.gridSelection = GridSelectionOf;
   table.gridSelect = GridSelect;
   table.gridDeleteRow = GridDeleteRow;
+  table.reportRunEvent = TakeRunEvent;
   return table;
 }
 

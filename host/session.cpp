@@ -48,7 +48,11 @@ Session::Session(const Configuration &given, Installation where, Front &shownTo)
   V_AttachHost(&table);
 }
 
-Session::~Session() = default;
+Session::~Session() {
+  // The client is shut down while the table still stands.
+  module.reset();
+  V_DetachHost(&table);
+}
 
 bool Session::OpenFile(const std::string &path, OpenAs role, std::string &problem) {
   Document *document = documents.Open(path, {}, problem);
@@ -157,6 +161,12 @@ std::optional<std::string> Session::Choose(const FileChooser &chooser) {
 void Session::WriteConsole(const std::string &text) {
   front.WriteConsole(text);
   record.console.push_back(text == "\n" ? "" : text);
+}
+
+void Session::ReportRunEvent(const RunEvent &event) {
+  front.ReportRunEvent(event);
+  if (listener)
+    listener->OnRunEvent(event);
 }
 
 V_ObjectT Session::OpenOutput(const std::string &path, const std::string &asName) {

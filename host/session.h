@@ -6,10 +6,11 @@
 
 #include "host/built_in_clients.h"
 #include "host/client_module.h"
-#include "host/configuration.h"
+#include "host/configuration/configuration.h"
 #include "host/dialog_host.h"
-#include "host/documents.h"
-#include "host/front.h"
+#include "host/documents/documents.h"
+#include "host/fronts/front.h"
+#include "host/record/run_event.h"
 #include "host/temp_folder.h"
 #include "kit/values.h"
 #include "kit/vdk.h"
@@ -68,6 +69,8 @@ public:
   [[nodiscard]] bool OpenFile(const std::string &path, OpenAs role, std::string &error);
   [[nodiscard]] ClientReply Send(const std::string &client, const std::string &request);
   [[nodiscard]] const SessionRecord &Record() const { return record; }
+  // Hears the events of runs from now on, after the front; null for nobody. Must outlive its use.
+  void Listen(RunListener *next) { listener = next; }
   // The record begins anew.
   [[nodiscard]] SessionRecord TakeRecord() { return std::exchange(record, {}); }
   [[nodiscard]] std::vector<DocumentSummary> ListDocuments() const;
@@ -93,6 +96,7 @@ public:
   [[nodiscard]] int32_t Ask(AlertKind kind, const std::string &text);
   [[nodiscard]] std::optional<std::string> Choose(const FileChooser &chooser);
   void WriteConsole(const std::string &text);
+  void ReportRunEvent(const RunEvent &event);
   [[nodiscard]] V_ObjectT OpenOutput(const std::string &path, const std::string &asName);
   [[nodiscard]] int32_t Launch(const std::string &path);
   // Nothing when the object is neither a book nor a map.
@@ -124,6 +128,7 @@ private:
   VlDispatcher dispatcher;
   XmlUtilities utilities;
   std::vector<kit::TypedValues> replies; // one per request being served
+  RunListener *listener = nullptr;
   bool wantsRequests = false;
   int32_t error = V_ERROR_NONE;
   std::unique_ptr<ClientModule> module; // last: it calls the session while it is shut down

@@ -73,6 +73,11 @@ int32_t V_AttachHost(const V_HostT *host) {
   return 1;
 }
 
+void V_DetachHost(const V_HostT *host) {
+  if (attached == host)
+    attached = nullptr;
+}
+
 void V_SetProductName(const char *name) { productName = name ? name : ""; }
 const char *V_ProductName() { return productName.c_str(); }
 
@@ -179,6 +184,10 @@ char *V_ApiChooseFile(int32_t kind, const char *title, const char *filter, const
 }
 void V_ApiWriteConsole(const char *text) { Forward<&V_HostT::writeConsole>(text); }
 int32_t V_ApiIsCancelled() { return Forward<&V_HostT::isCancelled>(); }
+void V_ApiReportRunEvent(V_RunEventT event) {
+  event.size = sizeof(event);
+  Forward<&V_HostT::reportRunEvent>(&event);
+}
 void V_ApiReportProgress(int32_t index, int32_t count, const char *path) {
   Forward<&V_HostT::reportProgress>(index, count, path);
 }

@@ -122,6 +122,67 @@ enum { V_WALK_EXTERNAL = 1, V_WALK_RESOURCE_ONLY = 2, V_WALK_ALL = 3 };
 typedef struct V_WalkT V_WalkT;
 typedef struct V_StrListT V_StrListT;
 
+/* ---- What happens during a run ------------------------------------------------------------------------------------
+ */
+
+/* A run has jobs, one for each input, numbered from 0. Its events arrive in this order, one job after the other:
+ *
+ *   V_RUN_BEGINS   count
+ *   V_JOB_BEGINS   job, path (the input), stylesheet, processor, output
+ *   V_RUN_MESSAGE, V_RUN_DIAGNOSTIC, V_RUN_FILE_READ, V_RUN_OUTPUT
+ *   V_JOB_ENDS     job, status
+ *   V_RUN_ENDS
+ *
+ * Diagnostics also come outside of runs and jobs, with the job -1, or before V_RUN_BEGINS with the job that they keep
+ * from being done. An event is reported before the log shows it on the console. */
+enum {
+  V_RUN_BEGINS = 1,
+  V_JOB_BEGINS = 2,
+  V_RUN_DIAGNOSTIC = 3,
+  V_RUN_MESSAGE = 4,
+  V_RUN_FILE_READ = 5,
+  V_RUN_OUTPUT = 6,
+  V_JOB_ENDS = 7,
+  V_RUN_ENDS = 8
+};
+
+/* How a job ended: done; failed; refused by the person, or by a place that cannot be written; its input missing; left
+ * out, being a file of another application; not begun, because the run was cancelled. */
+enum {
+  V_JOB_DONE = 0,
+  V_JOB_FAILED = 1,
+  V_JOB_REFUSED = 2,
+  V_JOB_MISSING = 3,
+  V_JOB_LEFT_OUT = 4,
+  V_JOB_CANCELLED = 5
+};
+
+enum { V_SEVERITY_WARNING = 1, V_SEVERITY_ERROR = 2, V_SEVERITY_FATAL = 3 };
+
+/* The result itself; a further one that the stylesheet wrote; a temporary one that is opened in the host, or handed to
+ * the default program, when the run ends, and is deleted after that. */
+enum { V_OUTPUT_PRINCIPAL = 1, V_OUTPUT_SECONDARY = 2, V_OUTPUT_OPENED = 3, V_OUTPUT_LAUNCHED = 4 };
+
+/* `size` is sizeof(V_RunEventT) as the client was built; members beyond it are not there. Texts are borrowed for the
+ * length of the call; null where an event has none. */
+typedef struct V_RunEventT {
+  uint32_t size;
+  int32_t kind;
+  int32_t job;            /* -1 outside of jobs */
+  int32_t count;          /* V_RUN_BEGINS: how many jobs */
+  int32_t status;         /* V_JOB_ENDS */
+  int32_t severity;       /* V_RUN_DIAGNOSTIC */
+  int32_t outputKind;     /* V_RUN_OUTPUT */
+  int32_t line;           /* V_RUN_DIAGNOSTIC: from 1; -1 or 0 when unknown */
+  int32_t column;         /* likewise */
+  const char *path;       /* input; file with the problem, as the log shows it; file read or written */
+  const char *stylesheet; /* V_JOB_BEGINS: null when the input names it itself */
+  const char *processor;  /* V_JOB_BEGINS */
+  const char *output;     /* V_JOB_BEGINS: where the result goes; null when it is temporary, or there is none */
+  const char *code;       /* V_RUN_DIAGNOSTIC: the processor's own, as "XTDE0030" */
+  const char *text;       /* V_RUN_DIAGNOSTIC, V_RUN_MESSAGE */
+} V_RunEventT;
+
 /* ---- The table that a host hands to a client --------------------------------------------------------------------- */
 
 /* `size` is sizeof(V_HostT) as the host was built; a client calls nothing beyond it. `host` goes back to the host as
@@ -173,6 +234,7 @@ typedef struct V_HostT {
   int32_t (*gridSelection)(void *host, V_ObjectT grid, int32_t *cell);
   void (*gridSelect)(void *host, V_ObjectT grid, int32_t row, int32_t cell);
   void (*gridDeleteRow)(void *host, V_ObjectT grid, int32_t row);
+  void (*reportRunEvent)(void *host, const V_RunEventT *event);
 } V_HostT;
 
 /* ---- Entry points that a client exports -------------------------------------------------------------------------- */
@@ -192,6 +254,8 @@ VDK_EXPORT const void *V_ClientResources(size_t *size);
 
 /* Remembers the table for all calls below; V_ClientAttach calls it. 0 when the table cannot be used. */
 int32_t V_AttachHost(const V_HostT *host);
+/* Forgets the table if it is this one, before it goes. */
+void V_DetachHost(const V_HostT *host);
 
 /* The host's product name, noted at initialisation for texts that show it. Never null. */
 void V_SetProductName(const char *name);
@@ -245,6 +309,8 @@ char *V_ApiChooseFile(int32_t kind, const char *title, const char *filter, const
 /* Shows one line, or one line feed, on the host's console. */
 void V_ApiWriteConsole(const char *text);
 int32_t V_ApiIsCancelled(void);
+/* Tells the host what happens during a run. `event->size` is set by the runtime. */
+void V_ApiReportRunEvent(V_RunEventT event);
 /* Input number `index` (from 0) of `count` begins. */
 void V_ApiReportProgress(int32_t index, int32_t count, const char *path);
 void V_ApiReportUsage(const char *group, const char *client, const char *what);

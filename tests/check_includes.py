@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks who includes and links whom: the rooms of the house stay one-way streets.
+"""Checks who includes and links whom: dependencies between components point one way.
 
 usage: check_includes.py ROOT
 
@@ -13,23 +13,30 @@ import re
 import subprocess
 import sys
 
-# Which rooms a room may include beside itself.
-ROOMS = {
+# Which components a component may include beside itself.
+COMPONENTS = {
     "kit": set(),
     "resources": set(),
-    "bridge": {"kit", "resources"},
-    "catalogue": {"bridge", "kit"},
-    "dialogs": {"catalogue", "bridge", "kit"},
-    "client": {"dialogs", "catalogue", "bridge", "kit"},
-    "host": {"kit"},
-    "host/cli": {"host", "kit"},
-    "host/desktop": {"host", "kit"},
+    "report": {"resources", "kit"},
+    "catalogue": {"report", "kit"},
+    "processors": {"report", "kit"},
+    "processors/java": {"processors", "report", "kit"},
+    "dialogs": {"catalogue", "processors", "report", "kit"},
+    "client": {"dialogs", "catalogue", "processors", "processors/java", "report", "kit"},
+    "host/configuration": {"kit"},
+    "host/documents": {"kit"},
+    "host/dialogs": {"kit"},
+    "host/record": {"kit"},
+    "host/fronts": {"host/dialogs", "host/record", "kit"},
+    "host": {"host/configuration", "host/documents", "host/dialogs", "host/record", "host/fronts", "kit"},
 }
+COMPONENTS["host/cli"] = COMPONENTS["host"] | {"host"}
+COMPONENTS["host/desktop"] = COMPONENTS["host"] | {"host"}
 
-# Foreign headers and the only room that may see them.
+# Foreign headers and the only component that may see them.
 FOREIGN_HEADERS = [
     (re.compile(r"^xercesc/"), "catalogue", "Xerces headers belong in catalogue/"),
-    (re.compile(r"^jni(_md)?\.h$"), "bridge", "jni.h belongs in bridge/"),
+    (re.compile(r"^jni(_md)?\.h$"), "processors/java", "jni.h belongs in processors/java/"),
     (re.compile(r"^wx/"), "host/desktop", "wx headers belong in host/desktop/"),
 ]
 
@@ -40,7 +47,7 @@ FOREIGN_LIBRARIES = [
 ]
 
 SOURCES = ("*.c", "*.cpp", "*.h", "*.hpp", "*.S")
-# Tests, benches and examples stand outside the house; they may look into any room.
+# Tests, benches and examples are no components; they may include any.
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 LINK = re.compile(r"target_link_libraries\s*\(([^)]*)\)", re.IGNORECASE)
 TARGET = re.compile(r"^(?:vlxslt_)(\w+)$")
@@ -60,11 +67,11 @@ def list_files(root):
         return sorted(found)
 
 
-def room_of(path):
-    """The innermost room that holds a path, or None."""
+def component_of(path):
+    """The innermost component that holds a path, or None."""
     folder = os.path.dirname(path)
     while folder:
-        if folder in ROOMS:
+        if folder in COMPONENTS:
             return folder
         folder = os.path.dirname(folder)
     return None
@@ -77,24 +84,24 @@ def blank_comments(text):
 
 
 def check_include(root, path, quoted, header):
-    room = room_of(path)
+    component = component_of(path)
     for pattern, home, reason in FOREIGN_HEADERS:
-        if pattern.search(header) and room != home:
+        if pattern.search(header) and component != home:
             return reason
-    if room is None:
+    if component is None:
         return None
     if not quoted:
-        return "headers of the house are included with quotes" if room_of(header) else None
+        return "headers of this project are included with quotes" if component_of(header) else None
     if header.startswith("../") or "/../" in header:
         return "includes name the path from the root, without .."
     if not os.path.isfile(os.path.join(root, header)):
         beside = os.path.join(os.path.dirname(path), header)
         return f"write the path from the root: {beside}" if os.path.isfile(os.path.join(root, beside)) else None
-    target = room_of(header)
+    target = component_of(header)
     if target is None:
-        return f"{room} includes {header}, which is in no room"
-    if target != room and target not in ROOMS[room]:
-        return f"{room} may not include {target}"
+        return f"{component} includes {header}, which is in no component"
+    if target != component and target not in COMPONENTS[component]:
+        return f"{component} may not include {target}"
     return None
 
 
@@ -108,29 +115,29 @@ def check_source(root, path):
             yield f"{path}:{number}: {reason}"
 
 
-def room_of_target(name):
-    """The room that a target of ours stands for: vlxslt_host is host/, vlxslt_host_desktop is host/desktop/."""
+def component_of_target(name):
+    """The component that a target of ours stands for: vlxslt_host is host/, vlxslt_host_desktop is host/desktop/."""
     match = TARGET.match(name)
     if not match:
         return None
-    room = match[1]
-    return next((each for each in (room, room.replace("_", "/", 1)) if each in ROOMS), None)
+    component = match[1]
+    return next((each for each in (component, component.replace("_", "/", 1)) if each in COMPONENTS), None)
 
 
 def check_link_lines(root, path):
-    room = room_of(path)
-    if room is None:
+    component = component_of(path)
+    if component is None:
         return
     with open(os.path.join(root, path), encoding="utf-8") as file:
         text = re.sub(r"#[^\n]*", "", file.read())
     for match in LINK.finditer(text):
         number = text.count("\n", 0, match.start()) + 1
         for name in match[1].split()[1:]:
-            target = room_of_target(name)
-            if target and target != room and target not in ROOMS[room]:
-                yield f"{path}:{number}: {room} may not link {target}"
+            target = component_of_target(name)
+            if target and target != component and target not in COMPONENTS[component]:
+                yield f"{path}:{number}: {component} may not link {target}"
             for pattern, home, reason in FOREIGN_LIBRARIES:
-                if pattern.search(name) and room != home:
+                if pattern.search(name) and component != home:
                     yield f"{path}:{number}: {reason}"
 
 

@@ -1,8 +1,8 @@
 #include "host/cli/commands.h"
 #include "host/cli/printing.h"
 #include "host/cli/transformation_record.h"
-#include "host/request_builder.h"
 #include "kit/paths.h"
+#include "kit/request_builder.h"
 #include "kit/text.h"
 
 namespace cli {
@@ -12,7 +12,7 @@ namespace {
 // The one integer of an edit's reply: saved, failed, stopped.
 constexpr int32_t saved = 1;
 
-ExitCode SendEdit(Environment environment, const host::RequestBuilder &request, const std::string &failure) {
+ExitCode SendEdit(Environment environment, const kit::RequestBuilder &request, const std::string &failure) {
   if (!request.Problem().empty())
     return Refuse(request.Problem());
   const host::ClientReply reply = environment.session.Send("XSLT", request.Text());
@@ -42,7 +42,7 @@ std::string FindCatalogue(Environment environment, const CatalogueOptions &catal
     error = "say which catalogue: --catalogue FILE or --application NAME";
     return {};
   }
-  host::RequestBuilder request("XSLTGetTrScenarioFile");
+  kit::RequestBuilder request("XSLTGetTrScenarioFile");
   request.Add("-appname", {catalogue.application});
   const host::ClientReply reply = environment.session.Send("VlDispatcher", request.Text());
   const std::string stored = reply.values.String(0).value_or("");
@@ -55,7 +55,7 @@ std::string FindCatalogue(Environment environment, const CatalogueOptions &catal
 
 bool FindRecord(Environment environment, const std::string &catalogue, const std::string &name,
                 TransformationRecord &record, std::string &error) {
-  host::RequestBuilder request("XSLTGetTrScenario");
+  kit::RequestBuilder request("XSLTGetTrScenario");
   request.Add("-trfile", {catalogue});
   request.Add("-trname", {name});
   error = request.Problem();
@@ -82,7 +82,7 @@ ExitCode ListTransformations(Environment environment, const CatalogueOptions &op
   const std::string catalogue = FindCatalogue(environment, options, error);
   if (error.empty() && !kit::IsFile(catalogue))
     error = "there is no catalogue " + catalogue;
-  host::RequestBuilder request("XSLTGetTrScenario");
+  kit::RequestBuilder request("XSLTGetTrScenario");
   request.Add("-trfile", {catalogue});
   if (error.empty())
     error = request.Problem();
@@ -107,7 +107,7 @@ ExitCode ListTransformations(Environment environment, const CatalogueOptions &op
 
 ExitCode ListParameters(Environment environment, const std::string &stylesheet) {
   const std::string path = ReadPath(environment, stylesheet);
-  host::RequestBuilder request("VlxsltStylesheetParams");
+  kit::RequestBuilder request("VlxsltStylesheetParams");
   request.Add("-xslfilepath", {path});
   std::string error = request.Problem();
   if (error.empty() && !kit::IsFile(path))
@@ -136,7 +136,7 @@ ExitCode AddTransformation(Environment environment, const CatalogueOptions &opti
     error = FindMissingField(record);
   if (!error.empty())
     return Refuse(error);
-  host::RequestBuilder request("VlxsltAddTransformation");
+  kit::RequestBuilder request("VlxsltAddTransformation");
   request.Add("-trfile", {catalogue});
   AddToRequest(request, record);
   return SendEdit(environment, request, "the transformation \"" + record.name + "\" was not added");
@@ -151,7 +151,7 @@ ExitCode EditTransformation(Environment environment, const CatalogueOptions &opt
     error = FindMissingField(record);
   if (!error.empty())
     return Refuse(error);
-  host::RequestBuilder request("VlxsltEditTransformation");
+  kit::RequestBuilder request("VlxsltEditTransformation");
   request.Add("-trfile", {catalogue});
   request.Add("-trname", {fields.name});
   AddToRequest(request, record);
@@ -165,7 +165,7 @@ ExitCode DeleteTransformation(Environment environment, const CatalogueOptions &o
   // Deleting what is not there would only rewrite the file.
   if (!error.empty() || !FindRecord(environment, catalogue, name, record, error))
     return Refuse(error);
-  host::RequestBuilder request("XSLTDeleteTrScenario");
+  kit::RequestBuilder request("XSLTDeleteTrScenario");
   request.Add("-trfile", {catalogue});
   request.Add("-trname", {name});
   return SendEdit(environment, request, "the transformation \"" + name + "\" was not deleted");

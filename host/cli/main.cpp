@@ -1,13 +1,13 @@
 // The stand-alone host's command line: settings, a session, one command.
-#include "host/cancellation.h"
 #include "host/cli/command_line.h"
 #include "host/cli/commands.h"
-#include "host/configuration.h"
+#include "host/configuration/configuration.h"
+#include "host/configuration/installation.h"
 #include "host/desktop_module.h"
-#include "host/installation.h"
-#include "host/script_front.h"
+#include "host/fronts/cancellation.h"
+#include "host/fronts/script_front.h"
+#include "host/fronts/terminal_front.h"
 #include "host/session.h"
-#include "host/terminal_front.h"
 
 #include <cstdio>
 #include <exception>

@@ -2,7 +2,7 @@
 #ifndef HOST_CLI_OPTIONS_H
 #define HOST_CLI_OPTIONS_H
 
-#include "host/terminal_front.h"
+#include "host/fronts/terminal_front.h"
 
 #include <optional>
 #include <string>

@@ -1,10 +1,10 @@
 #include "host/cli/commands.h"
 
-#include "host/cancellation.h"
 #include "host/cli/printing.h"
-#include "host/request_builder.h"
+#include "host/fronts/cancellation.h"
 #include "kit/paths.h"
 #include "kit/read_file.h"
+#include "kit/request_builder.h"
 #include "kit/text.h"
 
 #include <algorithm>

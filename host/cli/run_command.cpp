@@ -2,8 +2,8 @@
 #include "host/cli/dry_run.h"
 #include "host/cli/run_inputs.h"
 #include "host/cli/transformation_record.h"
-#include "host/request_builder.h"
 #include "kit/paths.h"
+#include "kit/request_builder.h"
 
 #include <algorithm>
 #include <set>
@@ -47,9 +47,9 @@ std::string FindFirstConflict(const std::vector<RunInput> &inputs) {
   return {};
 }
 
-host::RequestBuilder ComposeRequest(Environment environment, const RunOptions &options,
-                                    const std::vector<RunInput> &inputs, const std::string &catalogue) {
-  host::RequestBuilder request("XSLTRunTrScenario");
+kit::RequestBuilder ComposeRequest(Environment environment, const RunOptions &options,
+                                   const std::vector<RunInput> &inputs, const std::string &catalogue) {
+  kit::RequestBuilder request("XSLTRunTrScenario");
   if (options.usesInstruction)
     request.Add("-usepi");
   if (!options.stylesheet.empty())
@@ -170,7 +170,7 @@ ExitCode Run(Environment environment, const RunOptions &options) {
   error = isCatalogueRun ? FindSharedOutput(environment, options, catalogue, inputs) : FindFirstConflict(inputs);
   if (!error.empty())
     return Refuse(error);
-  const host::RequestBuilder request = ComposeRequest(environment, options, inputs, catalogue);
+  const kit::RequestBuilder request = ComposeRequest(environment, options, inputs, catalogue);
   if (!request.Problem().empty())
     return Refuse(request.Problem());
   if (!isCatalogueRun && !MakeOutputFolders(options, inputs, error)) {

@@ -1,6 +1,6 @@
 #include "host/cli/run_inputs.h"
 
-#include "host/component_walk.h"
+#include "host/documents/component_walk.h"
 #include "kit/paths.h"
 
 #include <fnmatch.h>

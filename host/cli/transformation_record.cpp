@@ -150,7 +150,7 @@ bool ApplyOptions(TransformationRecord &record, const RecordOptions &options, st
   return ApplyParameters(record, options, error) && ApplyOutput(record, options, error);
 }
 
-void AddToRequest(host::RequestBuilder &request, const TransformationRecord &record) {
+void AddToRequest(kit::RequestBuilder &request, const TransformationRecord &record) {
   request.Add("-name", {record.name});
   if (record.usesInstruction)
     request.Add("-usepi");

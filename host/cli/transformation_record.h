@@ -3,7 +3,7 @@
 #define HOST_CLI_TRANSFORMATION_RECORD_H
 
 #include "host/cli/options.h"
-#include "host/request_builder.h"
+#include "kit/request_builder.h"
 #include "kit/vdk.h"
 
 #include <cstdint>
@@ -33,7 +33,7 @@ struct TransformationRecord {
 [[nodiscard]] std::vector<TransformationRecord> ReadRecords(const V_TypedValsT &reply);
 // Changes what the options say. False and an error text when they contradict themselves or are misspelt.
 [[nodiscard]] bool ApplyOptions(TransformationRecord &record, const RecordOptions &options, std::string &error);
-void AddToRequest(host::RequestBuilder &request, const TransformationRecord &record);
+void AddToRequest(kit::RequestBuilder &request, const TransformationRecord &record);
 // Where the output goes, in words.
 [[nodiscard]] std::string DescribeOutput(const TransformationRecord &record);
 // "NAME=EXPRESSION"; nothing without a name.

@@ -1,9 +1,9 @@
 // The library's entry points: each starts the toolkit, runs the main loop while the host works on a thread of its own,
 // and takes the toolkit down again.
-#include "host/desktop/departure.h"
 #include "host/desktop/desktop_front.h"
 #include "host/desktop/host_thread.h"
 #include "host/desktop/run_window.h"
+#include "host/desktop/shutdown.h"
 #include "host/desktop/ui_thread.h"
 #include "host/desktop/workbench.h"
 #include "host/desktop_module.h"

@@ -5,7 +5,7 @@
 #define HOST_DESKTOP_DESKTOP_FRONT_H
 
 #include "host/desktop/ui_thread.h"
-#include "host/front.h"
+#include "host/fronts/front.h"
 
 #include <atomic>
 #include <functional>

@@ -3,7 +3,7 @@
 #ifndef HOST_DESKTOP_DIALOG_LAYOUT_H
 #define HOST_DESKTOP_DIALOG_LAYOUT_H
 
-#include "host/desktop/dialog_picture.h"
+#include "host/desktop/dialog_snapshot.h"
 
 #include <wx/gdicmn.h>
 

@@ -3,7 +3,7 @@
 #ifndef HOST_DESKTOP_DIALOG_WINDOW_H
 #define HOST_DESKTOP_DIALOG_WINDOW_H
 
-#include "host/desktop/dialog_picture.h"
+#include "host/desktop/dialog_snapshot.h"
 #include "host/desktop/parameter_grid.h"
 
 #include <wx/dialog.h>

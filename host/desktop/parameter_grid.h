@@ -2,7 +2,7 @@
 #ifndef HOST_DESKTOP_PARAMETER_GRID_H
 #define HOST_DESKTOP_PARAMETER_GRID_H
 
-#include "host/grid_model.h"
+#include "host/dialogs/grid_model.h"
 
 #include <wx/propgrid/manager.h>
 

@@ -3,7 +3,7 @@
 #ifndef HOST_DESKTOP_PREFERENCES_H
 #define HOST_DESKTOP_PREFERENCES_H
 
-#include "host/configuration_edit.h"
+#include "host/configuration/configuration_edit.h"
 
 #include <optional>
 

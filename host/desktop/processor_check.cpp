@@ -1,6 +1,6 @@
 #include "host/desktop/processor_check.h"
 
-#include "host/configuration_edit.h"
+#include "host/configuration/configuration_edit.h"
 #include "host/desktop/window_texts.h"
 #include "kit/atomic_file.h"
 

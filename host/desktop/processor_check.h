@@ -3,7 +3,7 @@
 #ifndef HOST_DESKTOP_PROCESSOR_CHECK_H
 #define HOST_DESKTOP_PROCESSOR_CHECK_H
 
-#include "host/configuration.h"
+#include "host/configuration/configuration.h"
 
 #include <wx/string.h>
 

@@ -2,7 +2,7 @@
 #ifndef HOST_DESKTOP_PROGRESS_PANEL_H
 #define HOST_DESKTOP_PROGRESS_PANEL_H
 
-#include "host/front.h"
+#include "host/fronts/front.h"
 
 #include <wx/button.h>
 #include <wx/gauge.h>

@@ -2,8 +2,8 @@
 #ifndef HOST_DESKTOP_SAVE_PREFERENCES_H
 #define HOST_DESKTOP_SAVE_PREFERENCES_H
 
-#include "host/configuration_edit.h"
-#include "host/installation.h"
+#include "host/configuration/configuration_edit.h"
+#include "host/configuration/installation.h"
 
 #include <string>
 

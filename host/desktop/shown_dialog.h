@@ -3,8 +3,8 @@
 #ifndef HOST_DESKTOP_SHOWN_DIALOG_H
 #define HOST_DESKTOP_SHOWN_DIALOG_H
 
-#include "host/desktop/dialog_picture.h"
-#include "host/dialog_hand.h"
+#include "host/desktop/dialog_snapshot.h"
+#include "host/dialogs/dialog_driver.h"
 
 #include <memory>
 

@@ -1,16 +1,16 @@
 #include "host/desktop/workbench.h"
 
-#include "host/desktop/departure.h"
 #include "host/desktop/empty_page.h"
 #include "host/desktop/icons.h"
 #include "host/desktop/preferences.h"
 #include "host/desktop/save_preferences.h"
+#include "host/desktop/shutdown.h"
 #include "host/desktop/top_window.h"
 #include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 #include "host/editor_command.h"
-#include "host/request_builder.h"
 #include "kit/paths.h"
+#include "kit/request_builder.h"
 
 #include <wx/aboutdlg.h>
 #include <wx/dnd.h>
@@ -286,7 +286,7 @@ void Workbench::RunChosen(const RequestOutcome &chosen) {
     Tell(wxString::Format("Open a document to run \"%s\" on it.", ToWx(chosen.texts[1])), wxICON_INFORMATION);
     return;
   }
-  host::RequestBuilder request(runRequestName);
+  kit::RequestBuilder request(runRequestName);
   const bool isBook = active->summary.source == host::ComponentSource::Book;
   request.Add(isBook ? "-currentfilewithchildren" : "-currentfile");
   if (chosen.texts[2].empty())

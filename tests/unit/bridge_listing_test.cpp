@@ -1,6 +1,6 @@
 // Folder inputs and the test for empty files, on real folders. Java is not started for these.
-#include "bridge/processor_bridge.h"
-#include "bridge/transformation_log.h"
+#include "processors/file_listing.h"
+#include "report/transformation_log.h"
 #include "tests/unit/fake_host.h"
 #include "tests/unit/folder.h"
 
@@ -20,17 +20,17 @@ using Strings = std::vector<std::string>;
 
 class Listing : public testing::Test {
 protected:
-  Listing() { bridge::ResetLog(false); }
+  Listing() { report::ResetLog(false); }
   ~Listing() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
   void Touch(const std::string &name, const std::string &text = {}) const { folder.Write(name, text); }
   static std::string TakeLog() {
-    std::string text = bridge::LogText();
-    bridge::ResetLog(false);
+    std::string text = report::LogText();
+    report::ResetLog(false);
     return text;
   }
   [[nodiscard]] Strings List(const std::string &name, int32_t recurse) const {
     Strings names;
-    for (const std::string &path : bridge::GetAllFilesInFolder((root + "/" + name).c_str(), recurse).Items())
+    for (const std::string &path : processors::GetAllFilesInFolder((root + "/" + name).c_str(), recurse).Items())
       names.push_back(path.substr(root.size() + 1));
     return names;
   }
@@ -66,7 +66,7 @@ TEST_F(Listing, WhatCannotBeReadIsToldAndTheRestKept) {
   Touch("file");
   EXPECT_EQ(List("file", 0), Strings());
   EXPECT_NE(TakeLog(), "");
-  EXPECT_EQ(bridge::GetAllFilesInFolder(nullptr, 0).Items(), Strings());
+  EXPECT_EQ(processors::GetAllFilesInFolder(nullptr, 0).Items(), Strings());
   EXPECT_NE(TakeLog(), "");
 }
 
@@ -75,13 +75,13 @@ TEST_F(Listing, OnlyAFileWithoutBytesIsEmpty) {
   Touch("full", "x");
   fs::create_symlink("empty", root + "/link");
   ASSERT_EQ(mkfifo((root + "/pipe").c_str(), 0600), 0);
-  const auto isEmpty = [this](const std::string &name) { return bridge::IsEmptyFile((root + "/" + name).c_str()); };
+  const auto isEmpty = [this](const std::string &name) { return processors::IsEmptyFile((root + "/" + name).c_str()); };
   EXPECT_EQ(isEmpty("empty"), 1);
   EXPECT_EQ(isEmpty("link"), 1);
   for (const char *other : {"full", "none", "pipe", ""})
     EXPECT_EQ(isEmpty(other), 0) << other;
-  EXPECT_EQ(bridge::IsEmptyFile(nullptr), 0);
-  EXPECT_EQ(bridge::IsEmptyFile(""), 0);
+  EXPECT_EQ(processors::IsEmptyFile(nullptr), 0);
+  EXPECT_EQ(processors::IsEmptyFile(""), 0);
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 // What the bridge keeps on the native side: the log, diagnostic lines, requests for entities, the processor list.
 // No Java here.
-#include "bridge/entity_resolver.h"
-#include "bridge/processor_list.h"
-#include "bridge/transformation_log.h"
-#include "bridge/xslt_error_handler.h"
-#include "tests/unit/fake_bridge.h"
+#include "processors/entity_resolver.h"
+#include "processors/processor_list.h"
+#include "report/transformation_log.h"
+#include "report/xslt_error_handler.h"
 #include "tests/unit/fake_host.h"
+#include "tests/unit/fake_processor.h"
 
 #include <gtest/gtest.h>
 
@@ -18,24 +18,21 @@
 namespace {
 
 using Strings = std::vector<std::string>;
-using bridge::VLXSLTEntityResolverC;
-using bridge::XSLTErrorHandler;
+using processors::VLXSLTEntityResolverC;
+using report::XSLTErrorHandler;
 
 class BridgeParts : public testing::Test {
 protected:
-  BridgeParts() {
-    FakeBridge::Reset();
-    bridge::ResetLog(false);
-  }
+  BridgeParts() { report::ResetLog(false); }
   ~BridgeParts() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
 
   void LoadProcessors(const std::vector<Strings> &rows) {
     host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = rows;
-    bridge::LoadProcessors();
+    processors::LoadProcessors(processor);
   }
   static std::string TakeLog() {
-    std::string text = bridge::LogText();
-    bridge::ResetLog(false);
+    std::string text = report::LogText();
+    report::ResetLog(false);
     return text;
   }
   Strings TakeRequests() {
@@ -48,6 +45,7 @@ protected:
   }
 
   FakeHost host;
+  FakeProcessor processor;
 };
 
 TEST_F(BridgeParts, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
@@ -68,12 +66,12 @@ TEST_F(BridgeParts, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
                "\n\nXSL Transformation Log\nInput: /100%1 %0\nXSL:%2\n\n\n"
                "XSL Processor Messages (Processor: %0)\n"},
        }) {
-    bridge::WriteStartSection(row.input, row.xsl, row.output, row.processor);
+    report::WriteStartSection(row.input, row.xsl, row.output, row.processor);
     EXPECT_EQ(TakeLog(), row.text);
   }
-  bridge::WriteEndSection(true);
+  report::WriteEndSection(true);
   EXPECT_EQ(TakeLog(), "\n\nTransformation Successful.\r\n\n");
-  bridge::WriteEndSection(false);
+  report::WriteEndSection(false);
   EXPECT_EQ(TakeLog(), "\n\nTransformation Aborted.\r\n\n");
 }
 
@@ -82,7 +80,7 @@ TEST_F(BridgeParts, AVeryLongProcessorNameIsCutBetweenCharacters) {
   std::string name;
   for (int index = 0; index < 600; ++index)
     name += "ü";
-  bridge::WriteStartSection("", "/s.xsl", "", name);
+  report::WriteStartSection("", "/s.xsl", "", name);
   const std::string log = TakeLog();
   const size_t heading = log.find("XSL Processor Messages");
   ASSERT_NE(heading, std::string::npos);
@@ -92,30 +90,30 @@ TEST_F(BridgeParts, AVeryLongProcessorNameIsCutBetweenCharacters) {
 }
 
 TEST_F(BridgeParts, TheConsoleShowsTheLinesOfTheLogInTheirOrder) {
-  bridge::ResetLog(true);
+  report::ResetLog(true);
   EXPECT_EQ((host.ints[{V_SESSION, V_SP_LOG_ECHO}]), 1);
-  EXPECT_TRUE(bridge::HostEcho());
-  bridge::WriteStartSection("/in.xml", "/s.xsl", "", "P");
-  bridge::AppendLine("said");
-  bridge::AppendLine("");
-  bridge::WriteEndSection(true);
+  EXPECT_TRUE(report::HostEcho());
+  report::WriteStartSection("/in.xml", "/s.xsl", "", "P");
+  report::AppendLine("said");
+  report::AppendLine("");
+  report::WriteEndSection(true);
   EXPECT_EQ(host.console,
             (Strings{"\n", "XSL Transformation Log", "Input: /in.xml", "XSL:/s.xsl", "\n",
                      "XSL Processor Messages (Processor: P)", "said", "\n", "Transformation Successful.\r\n"}));
-  const std::string echoed = bridge::LogText();
+  const std::string echoed = report::LogText();
 
   // The same text without an echo; a reset empties it, even one that changes nothing.
   host.console.clear();
-  bridge::ResetLog(false);
-  EXPECT_EQ(bridge::LogText(), "");
-  EXPECT_FALSE(bridge::HostEcho());
-  bridge::WriteStartSection("/in.xml", "/s.xsl", "", "P");
-  bridge::AppendLine("said");
-  bridge::WriteEndSection(true);
-  EXPECT_EQ(bridge::LogText(), echoed);
+  report::ResetLog(false);
+  EXPECT_EQ(report::LogText(), "");
+  EXPECT_FALSE(report::HostEcho());
+  report::WriteStartSection("/in.xml", "/s.xsl", "", "P");
+  report::AppendLine("said");
+  report::WriteEndSection(true);
+  EXPECT_EQ(report::LogText(), echoed);
   EXPECT_EQ(host.console, Strings());
-  bridge::ResetLog(false);
-  EXPECT_EQ(bridge::LogText(), "");
+  report::ResetLog(false);
+  EXPECT_EQ(report::LogText(), "");
 }
 
 TEST_F(BridgeParts, DiagnosticsNameFilesAsPeopleKnowThem) {
@@ -204,24 +202,24 @@ TEST_F(BridgeParts, TheClassPathBeginsWithTheDefaultProcessor) {
            Row{{{"A", "a.jar;a2.jar", "x.A"}, {"B", "A.jar", "x.B"}}, "A", ".;a.jar;a2.jar;A.jar;"},
        }) {
     LoadProcessors(row.processors);
-    EXPECT_EQ(bridge::DefaultProcessorName(), row.defaultName);
-    EXPECT_EQ(FakeBridge::Get().classPath, row.classPath);
+    EXPECT_EQ(processors::DefaultProcessorName(), row.defaultName);
+    EXPECT_EQ(processor.classPath, row.classPath);
   }
 }
 
 TEST_F(BridgeParts, NamesLeadToTheFirstClassAndTheLastLabel) {
   LoadProcessors(
       {{"Saxon", "s.jar", "x.First"}, {"Xalan", "x.jar", "x.Xalan"}, {"Saxon", "t.jar", "x.Second", "more"}});
-  ASSERT_NE(bridge::FindProcessorClass("Saxon"), nullptr);
-  EXPECT_EQ(*bridge::FindProcessorClass("Saxon"), "x.First");
-  EXPECT_EQ(bridge::Processors().at(2).position, 3);
+  ASSERT_NE(processors::FindProcessorClass("Saxon"), nullptr);
+  EXPECT_EQ(*processors::FindProcessorClass("Saxon"), "x.First");
+  EXPECT_EQ(processors::Processors().at(2).position, 3);
   for (const char *unknown : {"saxon", "Saxo", "Saxon ", ""}) {
-    EXPECT_EQ(bridge::FindProcessorClass(unknown), nullptr) << unknown;
-    EXPECT_FALSE(bridge::CheckProcessor(unknown));
+    EXPECT_EQ(processors::FindProcessorClass(unknown), nullptr) << unknown;
+    EXPECT_FALSE(processors::CheckProcessor(unknown));
     EXPECT_EQ(TakeLog(),
               "XSLT processor " + std::string(unknown) + " not found. Please check your XSLT processor preferences.\n");
   }
-  EXPECT_TRUE(bridge::CheckProcessor("Xalan"));
+  EXPECT_TRUE(processors::CheckProcessor("Xalan"));
   EXPECT_EQ(TakeLog(), "");
 
   struct Row {
@@ -233,7 +231,7 @@ TEST_F(BridgeParts, NamesLeadToTheFirstClassAndTheLastLabel) {
   for (const Row &row : {Row{"", known, -1}, Row{"Xalan", known, 2}, Row{"Saxon", known, 3},
                          Row{"gone", {"XSLT Processors", "gone", "Saxon", "Xalan", "Saxon"}, 1},
                          Row{"xalan", {"XSLT Processors", "xalan", "Saxon", "Xalan", "Saxon"}, 1}}) {
-    const bridge::ProcessorChoice choice = bridge::MakeProcessorChoice(row.current);
+    const processors::ProcessorChoice choice = processors::MakeProcessorChoice(row.current);
     EXPECT_EQ(choice.labels, row.labels) << row.current;
     EXPECT_EQ(choice.selected, row.selected) << row.current;
   }
@@ -252,16 +250,16 @@ TEST_F(BridgeParts, OtherPreferencesShiftNothing) {
     return values.Release();
   };
   ASSERT_EQ(V_AttachHost(&table), 1);
-  bridge::LoadProcessors();
+  processors::LoadProcessors(processor);
   ASSERT_EQ(V_AttachHost(&host.Table()), 1);
-  const auto &entries = bridge::Processors();
+  const auto &entries = processors::Processors();
   ASSERT_EQ(entries.size(), 3U);
   EXPECT_EQ(entries[1].name, "C");
   EXPECT_EQ(entries[1].className, "x.C");
   EXPECT_EQ(entries[1].position, 2);
   EXPECT_EQ(entries[2].name, "");
   // Without a processor in front there is no default; the one without a name then answers to it.
-  EXPECT_EQ(bridge::DefaultProcessorName(), "");
+  EXPECT_EQ(processors::DefaultProcessorName(), "");
 }
 
 } // namespace

@@ -1,9 +1,11 @@
 // The bridge with a real Java behind it: what a transformation reports, asks for, writes and leaves alone. One process
 // has one virtual machine, so every processor is on the class path from the start.
-#include "bridge/processor_bridge.h"
-#include "bridge/processor_list.h"
-#include "bridge/transformation_log.h"
 #include "kit/paths.h"
+#include "kit/utf16.h"
+#include "processors/file_listing.h"
+#include "processors/java/java_processors.h"
+#include "processors/processor_list.h"
+#include "report/transformation_log.h"
 #include "tests/unit/fake_host.h"
 #include "tests/unit/folder.h"
 
@@ -36,9 +38,9 @@ protected:
     hasProcessors = true;
     setenv("VLXSLT_NO_CLASS_ARCHIVE", "1", 1);
     const std::string jars = PROCESSORS_DIR;
-    bridge::SetClassPath((".;" + jars + "/saxon/Saxon-HE.jar;" + jars + "/saxon/xmlresolver.jar;" + jars +
-                          "/saxon/xmlresolver-data.jar;" + jars + "/xalan/xalan.jar;" + jars + "/xalan/serializer.jar;")
-                             .c_str());
+    processor.SetClassPath(".;" + jars + "/saxon/Saxon-HE.jar;" + jars + "/saxon/xmlresolver.jar;" + jars +
+                           "/saxon/xmlresolver-data.jar;" + jars + "/xalan/xalan.jar;" + jars +
+                           "/xalan/serializer.jar;");
     host.clients["XmlUtilities"] = [this](const std::string &request) {
       kit::TypedValues reply;
       for (const auto &[part, answer] : entities)
@@ -46,7 +48,7 @@ protected:
           reply.AddString(answer);
       return reply;
     };
-    bridge::ResetLog(false);
+    report::ResetLog(false);
   }
   void SetUp() override {
     if (!hasProcessors)
@@ -58,12 +60,11 @@ protected:
   [[nodiscard]] std::string Read(const std::string &name) const { return folder.Read(name); }
   // What the transformation logged; `succeeded` and the requests are kept.
   std::string Run(const std::string &xml, const std::string &xsl, const std::vector<std::string> &parameters = {}) {
-    bridge::ResetLog(false);
+    report::ResetLog(false);
     host.requests.clear();
-    const auto list = kit::StringList::Of(parameters);
-    succeeded = bridge::TransformXMLFile(xml.c_str(), xsl.empty() ? nullptr : xsl.c_str(), Path("out").c_str(),
-                                         parameters.empty() ? nullptr : list.Get()) == 1;
-    return bridge::LogText();
+    result = processor.TransformXMLFile({xml, xsl, Path("out"), parameters});
+    succeeded = result.status == processors::JobStatus::Done;
+    return report::LogText();
   }
   [[nodiscard]] std::vector<std::string> Kinds() const {
     std::vector<std::string> kinds;
@@ -86,6 +87,8 @@ protected:
   std::map<std::string, std::string> entities; // a part of the request, and the answer
   bool hasProcessors = false;
   bool succeeded = false;
+  processors::JobResult result;
+  processors::Processor &processor = VLXSLT::GetXSLTManagedLayerInstance();
 };
 
 size_t CountOf(const std::string &text, const std::string &part) {
@@ -102,16 +105,16 @@ TEST_F(BridgeTest, PassesParametersAndMessagesWithEveryProcessor) {
                                                     "<xsl:template match='/'><xsl:message>one\ntwo</xsl:message>"
                                                     "<o a='{$a}' b='{$b}' c='{$c}' d='{$d}'>"
                                                     "<xsl:value-of select='doc'/></o></xsl:template>"));
-  for (const char *processor : {saxon, xalan, jdk}) {
-    ASSERT_EQ(bridge::SetTransformer(processor), 1) << bridge::LogText();
+  for (const char *className : {saxon, xalan, jdk}) {
+    ASSERT_TRUE(processor.SetTransformer(className)) << report::LogText();
     EXPECT_EQ(Run(xml, xsl, {"a", "1 + 1", "b", "bare word", "c", "<no value>", "d", "'\xF0\x9D\x84\x9E'"}),
               "one\ntwo\n");
     EXPECT_TRUE(succeeded);
     const std::string out = Read("out");
     for (const char *part : {"a=\"2\"", "b=\"bare word\"", "c=\"7\""})
-      EXPECT_NE(out.find(part), std::string::npos) << processor << ": " << out;
+      EXPECT_NE(out.find(part), std::string::npos) << className << ": " << out;
   }
-  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  ASSERT_TRUE(processor.SetTransformer(saxon));
   (void)Run(xml, xsl, {"d", "'\xF0\x9D\x84\x9E'"});
   EXPECT_NE(Read("out").find("d=\"\xF0\x9D\x84\x9E\">\xC3\xA4\xF0\x9D\x84\x9E<"), std::string::npos) << Read("out");
 }
@@ -136,15 +139,15 @@ TEST_F(BridgeTest, ReportsEachProblemOnceWithItsPlaceAndGoesOn) {
        "loop"},
       {good, "", "good.xml"},
   };
-  for (const char *processor : {saxon, xalan}) {
-    ASSERT_EQ(bridge::SetTransformer(processor), 1);
+  for (const char *className : {saxon, xalan}) {
+    ASSERT_TRUE(processor.SetTransformer(className));
     for (const Case &each : cases) {
       Write("out", "as it was");
       const std::string log = Run(each.xml, each.xsl);
       EXPECT_FALSE(succeeded) << each.xml << each.xsl;
-      EXPECT_EQ(CountOf(log, "Error at file"), 1U) << processor << ": " << log;
-      if (processor == saxon || each.expected != "loop") {
-        EXPECT_NE(log.find(each.expected), std::string::npos) << processor << ": " << log;
+      EXPECT_EQ(CountOf(log, "Error at file"), 1U) << className << ": " << log;
+      if (className == saxon || each.expected != "loop") {
+        EXPECT_NE(log.find(each.expected), std::string::npos) << className << ": " << log;
       }
       EXPECT_EQ(Read("out"), "as it was");
       EXPECT_EQ(Kinds().back(), "terminate");
@@ -171,7 +174,7 @@ TEST_F(BridgeTest, ReadsTheSameFromAKeptGrammar) {
             Stylesheet("<xsl:template match='/'><xsl:copy-of select='.'/><u>"
                        "<xsl:value-of select=\"substring-after(unparsed-entity-uri('pic'), '100%25%20%C3%BC-')\"/>"
                        "</u></xsl:template>"));
-  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  ASSERT_TRUE(processor.SetTransformer(saxon));
   (void)Run(plain, xsl);
   const std::string first = Read("out");
   EXPECT_NE(first.find("<d a=\"default\">from the module<d a=\"default\">part</d></d>"), std::string::npos) << first;
@@ -194,7 +197,7 @@ TEST_F(BridgeTest, WritesAllOutputsOrNone) {
                    "<xsl:result-document href='sub/a'><a/></xsl:result-document><xsl:if test='$fail'>"
                    "<xsl:message terminate='yes'>enough</xsl:message></xsl:if></main></xsl:template>",
                    "2.0"));
-  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  ASSERT_TRUE(processor.SetTransformer(saxon));
   Write("target", "old");
   fs::create_symlink("target", Path("out"));
   fs::permissions(Path("target"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
@@ -203,7 +206,7 @@ TEST_F(BridgeTest, WritesAllOutputsOrNone) {
   EXPECT_EQ(Read("target"), "old");
   EXPECT_FALSE(fs::exists(Path("sub/a")));
   (void)Run(xml, "");
-  EXPECT_TRUE(succeeded) << bridge::LogText();
+  EXPECT_TRUE(succeeded) << report::LogText();
   EXPECT_TRUE(fs::is_symlink(Path("out")));
   EXPECT_EQ(Read("target"), "<main/>");
   EXPECT_EQ(fs::status(Path("target")).permissions(),
@@ -242,8 +245,8 @@ TEST_F(BridgeTest, FollowsTheInstructionThatCounts) {
       {"<?xml-stylesheet type='text/xsl'?>", ""},
       {"<?xml-stylesheets type='text/xsl' href='one.xsl'?>", ""},
   };
-  for (const char *processor : {saxon, jdk}) {
-    ASSERT_EQ(bridge::SetTransformer(processor), 1);
+  for (const char *className : {saxon, jdk}) {
+    ASSERT_TRUE(processor.SetTransformer(className));
     for (const Row &row : rows) {
       Write("out", "old");
       const std::string log = Run(Write("in.xml", row.prolog + "<d>" + instruction("two.xsl") + "</d>"), "");
@@ -266,7 +269,7 @@ TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
                                        "2.0"));
   };
   fs::create_directories(Path("taken"));
-  ASSERT_EQ(bridge::SetTransformer(saxon), 1);
+  ASSERT_TRUE(processor.SetTransformer(saxon));
   struct Row {
     std::string main, href, reason;
   };
@@ -297,23 +300,22 @@ TEST_F(BridgeTest, CompilesAgainWhenAModuleChanges) {
                         "<xsl:import href='m.xsl'/></xsl:stylesheet>");
   for (const std::string text : {"one", "three"}) {
     Write("m.xsl", Stylesheet("<xsl:template match='/'><o>" + text + "</o></xsl:template>"));
-    for (const char *processor : {saxon, xalan, jdk}) {
-      ASSERT_EQ(bridge::SetTransformer(processor), 1);
+    for (const char *className : {saxon, xalan, jdk}) {
+      ASSERT_TRUE(processor.SetTransformer(className));
       EXPECT_EQ(Run(xml, xsl), "");
-      EXPECT_EQ(Read("out"), "<o>" + text + "</o>") << processor;
+      EXPECT_EQ(Read("out"), "<o>" + text + "</o>") << className;
     }
   }
 }
 
 TEST_F(BridgeTest, SaysWhyAProcessorDoesNotLoad) {
-  EXPECT_EQ(bridge::SetTransformer(nullptr), 0);
-  EXPECT_EQ(bridge::SetTransformer(""), 0);
-  EXPECT_EQ(bridge::LogText(), "");
-  EXPECT_EQ(bridge::SetTransformer("no.such.Factory"), 0);
-  EXPECT_NE(bridge::LogText().find("no.such.Factory"), std::string::npos);
-  EXPECT_EQ(bridge::SetTransformer("java.lang.String"), 0);
-  EXPECT_EQ(bridge::ProbeProcessor(saxon).version.substr(0, 3), "12.");
-  EXPECT_EQ(bridge::ProbeProcessor(xalan).location, PROCESSORS_DIR "/xalan/xalan.jar");
+  EXPECT_FALSE(processor.SetTransformer(""));
+  EXPECT_EQ(report::LogText(), "");
+  EXPECT_FALSE(processor.SetTransformer("no.such.Factory"));
+  EXPECT_NE(report::LogText().find("no.such.Factory"), std::string::npos);
+  EXPECT_FALSE(processor.SetTransformer("java.lang.String"));
+  EXPECT_EQ(processor.ProbeProcessor(saxon).version.substr(0, 3), "12.");
+  EXPECT_EQ(processor.ProbeProcessor(xalan).location, PROCESSORS_DIR "/xalan/xalan.jar");
 }
 
 TEST_F(BridgeTest, ListsFoldersAndConvertsText) {
@@ -321,25 +323,25 @@ TEST_F(BridgeTest, ListsFoldersAndConvertsText) {
   Write("top", "");
   Write("sub/middle", "x");
   Write("sub/deep/leaf", "");
-  const auto files = bridge::GetAllFilesInFolder(folder.Root().c_str(), 1).Items();
+  const auto files = processors::GetAllFilesInFolder(folder.Root().c_str(), 1).Items();
   EXPECT_EQ(files, (std::vector<std::string>{Path("sub/deep/leaf"), Path("sub/middle"), Path("top")}));
-  EXPECT_EQ(bridge::GetAllFilesInFolder(folder.Root().c_str(), 0).Items(), std::vector<std::string>{Path("top")});
-  EXPECT_TRUE(bridge::GetAllFilesInFolder(Path("none").c_str(), 1).IsEmpty());
-  EXPECT_NE(bridge::LogText(), "");
-  EXPECT_EQ(bridge::IsEmptyFile(Path("top").c_str()), 1);
-  EXPECT_EQ(bridge::IsEmptyFile(Path("sub/middle").c_str()) + bridge::IsEmptyFile(Path("none").c_str()) +
-                bridge::IsEmptyFile(""),
+  EXPECT_EQ(processors::GetAllFilesInFolder(folder.Root().c_str(), 0).Items(), std::vector<std::string>{Path("top")});
+  EXPECT_TRUE(processors::GetAllFilesInFolder(Path("none").c_str(), 1).IsEmpty());
+  EXPECT_NE(report::LogText(), "");
+  EXPECT_EQ(processors::IsEmptyFile(Path("top").c_str()), 1);
+  EXPECT_EQ(processors::IsEmptyFile(Path("sub/middle").c_str()) + processors::IsEmptyFile(Path("none").c_str()) +
+                processors::IsEmptyFile(""),
             0);
   for (const auto &[utf8, back] : std::vector<std::pair<std::string, std::string>>{
            {"a\xC3\xA4\xE4\xB8\xAD\xF0\x9D\x84\x9E", "a\xC3\xA4\xE4\xB8\xAD\xF0\x9D\x84\x9E"},
            {"a\xFFz", "a\xEF\xBF\xBDz"}}) {
-    char16_t *wide = bridge::UTF8ToUTF16(utf8.c_str());
-    char *narrow = bridge::UTF16ToUTF8(wide);
+    char16_t *wide = kit::UTF8ToUTF16(utf8.c_str());
+    char *narrow = kit::UTF16ToUTF8(wide);
     EXPECT_EQ(narrow, back);
     V_Free(wide);
     V_Free(narrow);
   }
-  EXPECT_EQ(bridge::UTF8ToUTF16(nullptr), nullptr);
+  EXPECT_EQ(kit::UTF8ToUTF16(nullptr), nullptr);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
-# The processor list hands its class path to the fake bridge.
 vlxslt_add_unit_test(catalogue_test
-                     SOURCES fake_bridge.cpp catalogue_fixture.cpp catalogue_location_test.cpp catalogue_model_test.cpp
+                     SOURCES catalogue_fixture.cpp catalogue_location_test.cpp catalogue_model_test.cpp
                              catalogue_reading_test.cpp catalogue_saving_test.cpp catalogue_writing_test.cpp
                      LIBRARIES vlxslt_catalogue)
 target_compile_definitions(catalogue_test

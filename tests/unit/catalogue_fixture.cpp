@@ -1,8 +1,7 @@
 #include "tests/unit/catalogue_fixture.h"
 
-#include "bridge/processor_list.h"
-#include "bridge/transformation_log.h"
 #include "catalogue/shut_down.h"
+#include "report/transformation_log.h"
 
 #include <filesystem>
 
@@ -14,9 +13,7 @@ CatalogueTest::CatalogueTest() {
   fs::copy_file(VLXSLT_SCHEMA, install + "vlinit/XSLT/Transformations.xsd");
   host.strings[{V_SESSION, V_SP_INSTALL_DIR}] = install;
   host.strings[{V_SESSION, V_SP_STRUCTURE_DIR}] = root + "/structure";
-  host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = {{"Saxon", "s.jar", "the.Class"}};
-  bridge::LoadProcessors();
-  bridge::ResetLog(false);
+  report::ResetLog(false);
 }
 
 CatalogueTest::~CatalogueTest() {
@@ -25,10 +22,12 @@ CatalogueTest::~CatalogueTest() {
 }
 
 std::string CatalogueTest::TakeLog() {
-  std::string text = bridge::LogText();
-  bridge::ResetLog(false);
+  std::string text = report::LogText();
+  report::ResetLog(false);
   return text;
 }
+
+bool IsInstalled(std::string_view processor) { return processor == "Saxon"; }
 
 std::string Catalogue(const std::string &content) { return "<Transformations>" + content + "</Transformations>"; }
 

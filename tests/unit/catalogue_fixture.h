@@ -30,6 +30,8 @@ protected:
   FakeHost host;
 };
 
+// The processors that the tests' catalogues may name.
+[[nodiscard]] bool IsInstalled(std::string_view processor);
 // A catalogue's text around the given transformations.
 [[nodiscard]] std::string Catalogue(const std::string &content);
 // A complete transformation of that name.

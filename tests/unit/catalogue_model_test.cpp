@@ -67,7 +67,7 @@ protected:
     const Transformation record = MakeRecord();
     Transformation *existing = Find(record.name);
     const EditResult result = Answered(EditResult::Saved, existing != nullptr);
-    EXPECT_EQ(catalogue::AddTransformation(path, record), result);
+    EXPECT_EQ(catalogue::AddTransformation(path, record, IsInstalled), result);
     if (result == EditResult::Saved && existing)
       *existing = record;
     else if (result == EditResult::Saved)
@@ -81,7 +81,7 @@ protected:
     Transformation *target = existing ? existing : Find(oldName);
     const bool isAsked = existing && record.name != oldName;
     const EditResult result = Answered(target ? EditResult::Saved : EditResult::Failed, isAsked);
-    EXPECT_EQ(catalogue::EditTransformation(path, record, oldName), result);
+    EXPECT_EQ(catalogue::EditTransformation(path, record, oldName, IsInstalled), result);
     if (result == EditResult::Saved)
       *target = record;
   }
@@ -143,7 +143,7 @@ TEST_F(Model, WhatNobodyChangesStaysToTheByte) {
     ASSERT_TRUE(catalogue::SaveTransformationFile(path, *loaded.list));
     EXPECT_EQ(test::ReadAll(path), bytes);
     if (!list.empty()) {
-      EXPECT_EQ(catalogue::EditTransformation(path, list[0], list[0].name), EditResult::Saved);
+      EXPECT_EQ(catalogue::EditTransformation(path, list[0], list[0].name, IsInstalled), EditResult::Saved);
       EXPECT_EQ(test::ReadAll(path), bytes);
     }
     EXPECT_EQ(catalogue::DeleteTransformation(path, "nobody"), EditResult::Saved);

@@ -68,7 +68,7 @@ TEST_F(CatalogueTest, AFullOrReadOnlyDiskLeavesTheOldFile) {
   (void)TakeLog();
   EXPECT_FALSE(SaveTransformationFile(path, Many("new", 1)));
   EXPECT_NE(TakeLog().find(path + ": "), std::string::npos);
-  EXPECT_EQ(AddTransformation(path, MakeTransformation("A")), catalogue::EditResult::Stopped);
+  EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled), catalogue::EditResult::Stopped);
   EXPECT_EQ(TakeAsked(), (std::vector<FakeHost::Asked>{
                              {V_ALERT_PLAIN, "Cannot save the file at following location: " + Path("disk") +
                                                  ". Make sure you have write permissions."}}));
@@ -131,7 +131,7 @@ TEST_F(CatalogueTest, NetworkCataloguesAreSavedInTheLocalCopyAndPushedBack) {
   host.netFiles = {url};
   host.netCache = {{url, copy}};
   EXPECT_EQ(NamesOf(LoadTransformationFile(url).list), Strings{"A"});
-  EXPECT_EQ(AddTransformation(url, MakeTransformation("B")), catalogue::EditResult::Saved);
+  EXPECT_EQ(AddTransformation(url, MakeTransformation("B"), IsInstalled), catalogue::EditResult::Saved);
   EXPECT_EQ(NamesOf(LoadTransformationFile(copy).list), (Strings{"A", "B"}));
   EXPECT_EQ(host.saved, Strings{url});
   host.saveResult = 0;

@@ -97,58 +97,58 @@ TEST_F(CatalogueTest, TextThatXmlCannotHoldIsRefused) {
 TEST_F(CatalogueTest, AddingReplacesOnlyAfterAQuestion) {
   const std::string path = Write("T.xml", Catalogue(Element("A") + Element("B") + Element("C")));
   const std::string question = "Transformation with name \"B\" already exists. Do you want to replace it?";
-  EXPECT_EQ(AddTransformation(path, MakeTransformation("D")), EditResult::Saved);
+  EXPECT_EQ(AddTransformation(path, MakeTransformation("D"), IsInstalled), EditResult::Saved);
   EXPECT_EQ(TakeAsked(), Asked());
   host.answers = {V_ANSWER_DECLINE};
-  EXPECT_EQ(AddTransformation(path, MakeTransformation("B")), EditResult::Stopped);
+  EXPECT_EQ(AddTransformation(path, MakeTransformation("B"), IsInstalled), EditResult::Stopped);
   EXPECT_EQ(TakeAsked(), (Asked{{V_ALERT_YES_NO, question}}));
   EXPECT_EQ(LoadTransformationFile(path).list->at(1).xslPath, "B.xsl");
-  EXPECT_EQ(AddTransformation(path, MakeTransformation("B")), EditResult::Saved);
+  EXPECT_EQ(AddTransformation(path, MakeTransformation("B"), IsInstalled), EditResult::Saved);
   EXPECT_EQ(LoadTransformationFile(path).list->at(1).xslPath, "new.xsl");
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), (Strings{"A", "B", "C", "D"}));
-  EXPECT_EQ(AddTransformation("", MakeTransformation("B")), EditResult::Failed);
+  EXPECT_EQ(AddTransformation("", MakeTransformation("B"), IsInstalled), EditResult::Failed);
 }
 
 // Readers drop the blanks around a text, so they must not tell two names apart when something is saved.
 TEST_F(CatalogueTest, BlanksAroundANameMakeNoOtherName) {
   const std::string path = Write("T.xml", Catalogue(Element("A") + Element("B")));
   host.answers = {V_ANSWER_DECLINE};
-  EXPECT_EQ(AddTransformation(path, MakeTransformation("\t A \n")), EditResult::Stopped);
+  EXPECT_EQ(AddTransformation(path, MakeTransformation("\t A \n"), IsInstalled), EditResult::Stopped);
   EXPECT_EQ(TakeAsked(),
             (Asked{{V_ALERT_YES_NO, "Transformation with name \"A\" already exists. Do you want to replace it?"}}));
-  EXPECT_EQ(AddTransformation(path, MakeTransformation(" A ")), EditResult::Saved);
+  EXPECT_EQ(AddTransformation(path, MakeTransformation(" A "), IsInstalled), EditResult::Saved);
   EXPECT_EQ(LoadTransformationFile(path).list->at(0).xslPath, "new.xsl");
   EXPECT_EQ(TakeAsked().size(), 1U);
-  EXPECT_EQ(EditTransformation(path, MakeTransformation(" B"), "B"), EditResult::Saved);
+  EXPECT_EQ(EditTransformation(path, MakeTransformation(" B"), "B", IsInstalled), EditResult::Saved);
   EXPECT_EQ(TakeAsked(), Asked());
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), (Strings{"A", "B"}));
 
   Transformation blank = MakeTransformation("C");
   blank.xslPath = "  ";
-  EXPECT_EQ(AddTransformation(path, blank), EditResult::Failed);
+  EXPECT_EQ(AddTransformation(path, blank, IsInstalled), EditResult::Failed);
   EXPECT_EQ(TakeAsked(), (Asked{{V_ALERT_PLAIN, "XSL file not specified in Transformation C."}}));
 }
 
 TEST_F(CatalogueTest, EditingKeepsThePlaceAndReplacesAnExistingName) {
   const std::string path = Write("T.xml", Catalogue(Element("A") + Element("B") + Element("C")));
-  EXPECT_EQ(EditTransformation(path, MakeTransformation("B"), "B"), EditResult::Saved);
-  EXPECT_EQ(EditTransformation(path, MakeTransformation("X"), "A"), EditResult::Saved);
+  EXPECT_EQ(EditTransformation(path, MakeTransformation("B"), "B", IsInstalled), EditResult::Saved);
+  EXPECT_EQ(EditTransformation(path, MakeTransformation("X"), "A", IsInstalled), EditResult::Saved);
   EXPECT_EQ(TakeAsked(), Asked());
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), (Strings{"X", "B", "C"}));
 
   Transformation taken = MakeTransformation("C");
   taken.usePI = true;
   host.answers = {V_ANSWER_DECLINE};
-  EXPECT_EQ(EditTransformation(path, taken, "X"), EditResult::Stopped);
-  EXPECT_EQ(EditTransformation(path, taken, "X"), EditResult::Saved);
+  EXPECT_EQ(EditTransformation(path, taken, "X", IsInstalled), EditResult::Stopped);
+  EXPECT_EQ(EditTransformation(path, taken, "X", IsInstalled), EditResult::Saved);
   EXPECT_EQ(TakeAsked().size(), 2U);
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), (Strings{"X", "B", "C"}));
   EXPECT_TRUE(LoadTransformationFile(path).list->at(2).usePI);
 
   const std::string before = test::ReadAll(path);
-  EXPECT_EQ(EditTransformation(path, MakeTransformation("new"), "gone"), EditResult::Failed);
+  EXPECT_EQ(EditTransformation(path, MakeTransformation("new"), "gone", IsInstalled), EditResult::Failed);
   EXPECT_EQ(TakeLog(), "Transformation gone not found.\n");
-  EXPECT_EQ(EditTransformation(path, MakeTransformation("new"), ""), EditResult::Failed);
+  EXPECT_EQ(EditTransformation(path, MakeTransformation("new"), "", IsInstalled), EditResult::Failed);
   EXPECT_EQ(test::ReadAll(path), before);
 }
 
@@ -197,9 +197,9 @@ TEST_F(CatalogueTest, TheTargetIsLookedAtFirst) {
     if (!question)
       continue;
     host.answers = {V_ANSWER_DECLINE};
-    EXPECT_EQ(AddTransformation(row.path, MakeTransformation("A")), EditResult::Stopped);
+    EXPECT_EQ(AddTransformation(row.path, MakeTransformation("A"), IsInstalled), EditResult::Stopped);
     EXPECT_EQ(TakeAsked().size(), 1U);
-    EXPECT_EQ(AddTransformation(row.path, MakeTransformation("A")), EditResult::Saved);
+    EXPECT_EQ(AddTransformation(row.path, MakeTransformation("A"), IsInstalled), EditResult::Saved);
     EXPECT_EQ(TakeAsked().size(), 1U);
     EXPECT_EQ(NamesOf(LoadTransformationFile(row.path).list), Strings{"A"});
   }
@@ -210,13 +210,13 @@ TEST_F(CatalogueTest, AnUnreadableCatalogueIsNotReplacedUnasked) {
   const std::string text = "<Transformations>\n<Nonsense/></Transformations>";
   const std::string path = Write("T.xml", text);
   host.answers = {V_ANSWER_DECLINE};
-  EXPECT_EQ(AddTransformation(path, MakeTransformation("A")), EditResult::Stopped);
+  EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled), EditResult::Stopped);
   EXPECT_EQ(TakeAsked(), (Asked{{V_ALERT_OK_CANCEL, "OK to overwrite existing file " + path + "?"}}));
   EXPECT_EQ(test::ReadAll(path), text);
   EXPECT_NE(TakeLog().find("line 2, char 12"), std::string::npos);
-  EXPECT_EQ(EditTransformation(path, MakeTransformation("A"), "A"), EditResult::Failed);
+  EXPECT_EQ(EditTransformation(path, MakeTransformation("A"), "A", IsInstalled), EditResult::Failed);
   EXPECT_EQ(test::ReadAll(path), text);
-  EXPECT_EQ(AddTransformation(path, MakeTransformation("A")), EditResult::Saved);
+  EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled), EditResult::Saved);
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), Strings{"A"});
 }
 
@@ -239,22 +239,22 @@ TEST_F(CatalogueTest, RequiredFieldsAreChecked) {
   for (const Row &row : {Row{noXsl, FieldCheck::Stop, "XSL file not specified in Transformation t."},
                          Row{noFolder, FieldCheck::Stop, "Output folder not specified in Transformation t."},
                          Row{withPI, FieldCheck::GoOn, ""}, Row{noSuffix, FieldCheck::GoOn, ""}}) {
-    EXPECT_EQ(CheckTransformationFields(row.record, CheckMode::Interactive), row.check);
+    EXPECT_EQ(CheckTransformationFields(row.record, CheckMode::Interactive, IsInstalled), row.check);
     EXPECT_EQ(TakeAsked(), row.text.empty() ? Asked() : (Asked{{V_ALERT_PLAIN, row.text}}));
-    EXPECT_EQ(CheckTransformationFields(row.record, CheckMode::Quiet), row.check);
+    EXPECT_EQ(CheckTransformationFields(row.record, CheckMode::Quiet, IsInstalled), row.check);
     EXPECT_EQ(TakeLog(), row.text.empty() ? "" : row.text + "\n");
   }
-  EXPECT_EQ(CheckTransformationFields(unknown, CheckMode::Quiet), FieldCheck::Stop);
+  EXPECT_EQ(CheckTransformationFields(unknown, CheckMode::Quiet, IsInstalled), FieldCheck::Stop);
   EXPECT_EQ(TakeLog(), "XSLT processor saxon not found. Please check your XSLT processor preferences.\n");
   EXPECT_EQ(TakeAsked(), Asked());
   host.answers = {V_ANSWER_DECLINE};
   const std::string path = Write("T.xml", Catalogue(Element("old")));
-  EXPECT_EQ(AddTransformation(path, unknown), EditResult::Stopped);
+  EXPECT_EQ(AddTransformation(path, unknown, IsInstalled), EditResult::Stopped);
   EXPECT_EQ(TakeAsked(), (Asked{{V_ALERT_YES_NO,
                                  "XSLT processor saxon not found. Do you still want to create the Transformation?"}}));
-  EXPECT_EQ(AddTransformation(path, noXsl), EditResult::Failed);
+  EXPECT_EQ(AddTransformation(path, noXsl, IsInstalled), EditResult::Failed);
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), Strings{"old"});
-  EXPECT_EQ(AddTransformation(path, unknown), EditResult::Saved);
+  EXPECT_EQ(AddTransformation(path, unknown, IsInstalled), EditResult::Saved);
   EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), (Strings{"old", "t"}));
 }
 

@@ -217,7 +217,7 @@ TEST(Requests, CarryValuesWhole) {
     for (std::string &value : values)
       for (size_t count = random() % 6; count > 0; --count)
         value += pieces[random() % pieces.size()];
-    host::RequestBuilder request("Name");
+    kit::RequestBuilder request("Name");
     request.Add("-option", {values[0], values[1]});
     request.Add("-flag");
     request.AddIfGiven("-absent", "");
@@ -235,7 +235,7 @@ TEST(Requests, CarryValuesWhole) {
     EXPECT_EQ(tokens, (Strings{"Name", "-option", values[0], values[1], "-flag"}));
   }
   EXPECT_GT(refused, 50);
-  host::RequestBuilder tooLong("Name");
+  kit::RequestBuilder tooLong("Name");
   tooLong.Add("-o", {std::string(1023, 'x')});
   EXPECT_EQ(tooLong.Problem(), "");
   tooLong.Add("-o", {std::string(1024, 'x')});

@@ -2,9 +2,9 @@
 #ifndef TESTS_UNIT_CLIENT_FIXTURE_H
 #define TESTS_UNIT_CLIENT_FIXTURE_H
 
-#include "bridge/transformation_log.h"
-#include "tests/unit/fake_bridge.h"
+#include "report/transformation_log.h"
 #include "tests/unit/fake_host.h"
+#include "tests/unit/fake_processor.h"
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
@@ -20,8 +20,7 @@ protected:
     host.strings[{V_SESSION, V_SP_TEMP_DIR}] = root + "/temp";
     host.strings[{V_SESSION, V_SP_INSTALL_DIR}] = root + "/install/";
     host.strings[{V_SESSION, V_SP_STRUCTURE_DIR}] = root + "/structure";
-    FakeBridge::Reset();
-    bridge::ResetLog(false);
+    report::ResetLog(false);
   }
   ~ClientParts() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
 
@@ -29,14 +28,15 @@ protected:
   std::string Write(const std::string &name, const std::string &text = {}) const { return folder.Write(name, text); }
   [[nodiscard]] static std::string Read(const std::string &path) { return test::ReadAll(path); }
   [[nodiscard]] static std::string TakeLog() {
-    std::string text = bridge::LogText();
-    bridge::ResetLog(false);
+    std::string text = report::LogText();
+    report::ResetLog(false);
     return text;
   }
 
   test::Folder folder;
   const std::string &root = folder.Root();
   FakeHost host;
+  FakeProcessor processor;
 };
 
 #endif

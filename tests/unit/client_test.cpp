@@ -1,9 +1,9 @@
 // Run requests from the text to the files, with a host and processors that the test controls.
-#include "bridge/processor_list.h"
 #include "client/dispatch.h"
 #include "kit/paths.h"
-#include "tests/unit/fake_bridge.h"
+#include "processors/processor_list.h"
 #include "tests/unit/fake_host.h"
+#include "tests/unit/fake_processor.h"
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
@@ -58,9 +58,8 @@ protected:
         reply.AddString(root + "/catalogue.xml");
       return reply;
     };
-    FakeBridge::Reset();
-    FakeBridge::Get().classes = {"the.Class"};
-    bridge::LoadProcessors();
+    processor.classes = {"the.Class"};
+    processors::LoadProcessors(processor);
   }
 
   std::string Write(const std::string &name, const std::string &text) const { return folder.Write(name, text); }
@@ -81,8 +80,8 @@ protected:
     host->ints[{object, V_OP_IS_DITA_MAP}] = isMap;
   }
 
-  static Reply Run(const std::string &options) {
-    const kit::TypedValues values = client::DispatchRequest("XSLTRunTrScenario " + options);
+  Reply Run(const std::string &options) {
+    const kit::TypedValues values = client::DispatchRequest("XSLTRunTrScenario " + options, processor);
     EXPECT_EQ(values.Size(), 2U);
     return {values.Integer(0).value_or(999), values.String(1).value_or("no text")};
   }
@@ -97,6 +96,7 @@ protected:
   const std::string &root = folder.Root();
   std::string xsl, first, second;
   std::unique_ptr<FakeHost> host;
+  FakeProcessor processor;
 };
 
 TEST_F(ClientTest, RefusesWhatCannotRunAndSaysWhy) {
@@ -131,7 +131,7 @@ TEST_F(ClientTest, RefusesWhatCannotRunAndSaysWhy) {
     EXPECT_EQ(reply.status, -43) << options;
     EXPECT_EQ(reply.log, message) << options;
   }
-  EXPECT_TRUE(FakeBridge::Get().calls.empty());
+  EXPECT_TRUE(processor.jobs.empty());
 }
 
 TEST_F(ClientTest, ChecksTheActiveDocumentBeforeTheBook) {
@@ -143,13 +143,13 @@ TEST_F(ClientTest, ChecksTheActiveDocumentBeforeTheBook) {
   const Reply children = Run("-currentfilewithchildren -dontprintstartlog -dontprintendlog" + WithXsl());
   EXPECT_EQ(children.status, 0);
   EXPECT_EQ(children.log, "File doesn't exist /gone.xml.\n");
-  EXPECT_EQ(FakeBridge::Get().calls.size(), 3U);
+  EXPECT_EQ(processor.jobs.size(), 3U);
 
   Activate(document, V_SP_ACTIVE_DOCUMENT, first);
   EXPECT_EQ(Run("-currentfilewithchildren" + WithXsl()).log,
             "There is no active Book or DitaMap for running XSL/Transformation.\n");
   EXPECT_EQ(Run("-currentfile" + WithXsl()).status, 0);
-  EXPECT_EQ(FakeBridge::Get().calls.back().input, first);
+  EXPECT_EQ(processor.jobs.back().input, first);
 
   host->ints[{document, V_OP_IS_DITA_MAP}] = 1;
   EXPECT_EQ(Run("-currentfilewithchildren" + WithXsl()).status, 0);
@@ -165,7 +165,7 @@ TEST_F(ClientTest, TakesOpenDocumentsThatAreShownAndSaved) {
     host->ints[{object, V_OP_SHOWN}] = 1;
   }
   EXPECT_EQ(Run("-AllOpenFiles" + WithXsl()).status, 0);
-  EXPECT_EQ(FakeBridge::Get().calls.size(), 2U);
+  EXPECT_EQ(processor.jobs.size(), 2U);
 
   host->ints[{otherDocument, V_OP_SHOWN}] = 0;
   host->ints[{document, V_OP_MODIFIED}] = 1;
@@ -175,7 +175,7 @@ TEST_F(ClientTest, TakesOpenDocumentsThatAreShownAndSaved) {
 }
 
 TEST_F(ClientTest, LogsARunOfABareStylesheetToTheByte) {
-  FakeBridge::Get().failing = {second};
+  processor.failing = {second};
   const Reply reply = Run(FileTo(first, "a.out") + FileTo(second, "b.out") + WithXsl() + " -sparam p 'a b' -sparam q");
   EXPECT_EQ(reply.status, 1);
   const auto section = [&](const std::string &input, const std::string &result) {
@@ -184,7 +184,7 @@ TEST_F(ClientTest, LogsARunOfABareStylesheetToTheByte) {
   };
   EXPECT_EQ(reply.log, section(first, "Transformation Successful.") + section(second, "Transformation Aborted."));
   EXPECT_EQ(folder.Read("out/a.out"), "Xone");
-  EXPECT_EQ(FakeBridge::Get().calls[0].parameters, (std::vector<std::string>{"p", "a b", "q", ""}));
+  EXPECT_EQ(processor.jobs[0].parameters, (std::vector<std::string>{"p", "a b", "q", ""}));
   EXPECT_EQ(host->console.front(), "\n");
   EXPECT_EQ(std::ranges::count(host->console, "\n"), 6);
   EXPECT_EQ(host->usage, (std::vector<std::string>{"Scope_File", "XSLTRun_XSL"}));
@@ -237,7 +237,7 @@ TEST_F(ClientTest, FollowsEveryOutputPolicy) {
   EXPECT_EQ(Run(run).status, 0);
   EXPECT_EQ(test::ReadAll(first), "Xone");
   EXPECT_EQ(folder.Names("temp"), std::vector<std::string>());
-  EXPECT_EQ(FakeBridge::Get().calls.back().parameters, (std::vector<std::string>{"p", "1"}));
+  EXPECT_EQ(processor.jobs.back().parameters, (std::vector<std::string>{"p", "1"}));
 }
 
 TEST_F(ClientTest, TemporaryOutputsGoUnlessSomebodyStillNeedsThem) {
@@ -298,27 +298,29 @@ TEST_F(ClientTest, FiltersByApplicationAndStopsOnCancel) {
 }
 
 TEST_F(ClientTest, OtherRequests) {
-  EXPECT_EQ(client::DispatchRequest("XSLTRunTrScenario").Size(), 0U);
-  EXPECT_EQ(client::DispatchRequest("").Size(), 0U);
-  EXPECT_EQ(client::DispatchRequest("xsltgettrscenariofile -other x").Size(), 0U);
-  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenarioFile -appname DITA").String(0), root + "/catalogue.xml");
+  EXPECT_EQ(client::DispatchRequest("XSLTRunTrScenario", processor).Size(), 0U);
+  EXPECT_EQ(client::DispatchRequest("", processor).Size(), 0U);
+  EXPECT_EQ(client::DispatchRequest("xsltgettrscenariofile -other x", processor).Size(), 0U);
+  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenarioFile -appname DITA", processor).String(0),
+            root + "/catalogue.xml");
   EXPECT_EQ(host->requests.back().second, "XSLTGetTrScenarioFile  -appname \"DITA\"");
 
   WriteCatalogue("<Prompt/>");
   const std::string file = " -trfile " + Quote(root + "/catalogue.xml");
-  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenario" + file + " -TRNAME T").Size(), 1U);
-  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenario" + file + " -trname t").Size(), 0U);
-  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenario -trname T").Size(), 0U);
-  EXPECT_EQ(client::DispatchRequest("XSLTDeleteTrScenario" + file).Size(), 0U);
-  EXPECT_EQ(client::DispatchRequest("XSLTDeleteTrScenario" + file + " -trname T").Integer(0), 1);
-  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenario" + file).Size(), 0U);
+  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenario" + file + " -TRNAME T", processor).Size(), 1U);
+  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenario" + file + " -trname t", processor).Size(), 0U);
+  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenario -trname T", processor).Size(), 0U);
+  EXPECT_EQ(client::DispatchRequest("XSLTDeleteTrScenario" + file, processor).Size(), 0U);
+  EXPECT_EQ(client::DispatchRequest("XSLTDeleteTrScenario" + file + " -trname T", processor).Integer(0), 1);
+  EXPECT_EQ(client::DispatchRequest("XSLTGetTrScenario" + file, processor).Size(), 0U);
 
-  EXPECT_EQ(client::DispatchRequest("XSLTGetDitamapComponents").Size(), 0U);
+  EXPECT_EQ(client::DispatchRequest("XSLTGetDitamapComponents", processor).Size(), 0U);
   Activate(document, V_SP_ACTIVE_DOCUMENT, first, true);
   Activate(book, V_SP_ACTIVE_BOOK, xsl);
   host->components[document] = {second};
-  EXPECT_EQ(client::DispatchRequest("XSLTGetDitamapComponents -file 0").Strings(0), (std::vector<std::string>{xsl}));
-  EXPECT_EQ(client::DispatchRequest("XSLTGetDitamapComponents -file 10").Strings(0),
+  EXPECT_EQ(client::DispatchRequest("XSLTGetDitamapComponents -file 0", processor).Strings(0),
+            (std::vector<std::string>{xsl}));
+  EXPECT_EQ(client::DispatchRequest("XSLTGetDitamapComponents -file 10", processor).Strings(0),
             (std::vector<std::string>{first, second}));
 }
 
@@ -331,7 +333,7 @@ TEST_F(ClientTest, AnyFailingHostCallLosesNothing) {
     MakeHost();
     Write("a.xml", "one");
     host->FailCall(++failures);
-    (void)client::DispatchRequest("XSLTRunTrScenario " + run);
+    (void)client::DispatchRequest("XSLTRunTrScenario " + run, processor);
     again = host->HasFailed();
     EXPECT_EQ(host->LiveBlocks(), 0U) << failures;
     const std::string text = test::ReadAll(first);

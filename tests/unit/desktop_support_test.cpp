@@ -1,6 +1,6 @@
 // What the windows rest on and what needs no window: places named in log lines, the editor's command line, and changes
 // to a configuration file that leave everything else as a person wrote it.
-#include "host/configuration_edit.h"
+#include "host/configuration/configuration_edit.h"
 #include "host/editor_command.h"
 #include "host/log_place.h"
 #include "tests/unit/host_fixture.h"

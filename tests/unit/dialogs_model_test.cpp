@@ -1,7 +1,7 @@
 // The dialog model: what a person can and cannot do, what closes a dialog, and scripts that cannot be used.
-#include "bridge/messages.h"
 #include "host/dialog_host.h"
-#include "host/script.h"
+#include "host/fronts/script.h"
+#include "report/messages.h"
 #include "tests/unit/fake_host.h"
 #include "tests/unit/host_fixture.h"
 
@@ -32,7 +32,7 @@ public:
   std::vector<int> events;
   std::function<void(int)> serve;
 
-  explicit OneDialog(const char *name) : handle(dialogs.Open(name, bridge::ClientResources())) {}
+  explicit OneDialog(const char *name) : handle(dialogs.Open(name, report::ClientResources())) {}
 
   void Play(std::function<void(DialogModel &)> play) {
     PlayingFront front;
@@ -195,12 +195,12 @@ TEST(DialogModel, NothingReachesADialogThatServesAnEvent) {
 
 TEST(DialogModel, HandlesLeadOnlyToWhatIsThere) {
   host::DialogHost dialogs;
-  EXPECT_EQ(dialogs.Open("no_such_dialog", bridge::ClientResources()), 0U);
-  const V_ObjectT one = dialogs.Open("choose_manage_xslt", bridge::ClientResources());
-  const V_ObjectT other = dialogs.Open("ADVANCE_XSLT", bridge::ClientResources());
+  EXPECT_EQ(dialogs.Open("no_such_dialog", report::ClientResources()), 0U);
+  const V_ObjectT one = dialogs.Open("choose_manage_xslt", report::ClientResources());
+  const V_ObjectT other = dialogs.Open("ADVANCE_XSLT", report::ClientResources());
   EXPECT_GE(one, 0x10000U);
   EXPECT_NE(one, other);
-  EXPECT_EQ(dialogs.Open("Choose_Manage_Xslt", bridge::ClientResources()), one) << "not on screen, so it begins anew";
+  EXPECT_EQ(dialogs.Open("Choose_Manage_Xslt", report::ClientResources()), one) << "not on screen, so it begins anew";
   EXPECT_EQ(dialogs.Item(one, 14), 0U);
   EXPECT_EQ(dialogs.Item(one, -9), 0U);
   EXPECT_EQ(dialogs.Item(other + 0x5000, 1), 0U);

@@ -1,10 +1,10 @@
 // The dialogs over several openings in one process, and the requests that they compose, played by scripts.
 #include "dialogs/dialogs.h"
 
-#include "bridge/messages.h"
 #include "catalogue/reader.h"
 #include "host/dialog_host.h"
-#include "host/script_front.h"
+#include "host/fronts/script_front.h"
+#include "report/messages.h"
 #include "tests/unit/catalogue_fixture.h"
 #include "tests/unit/host_fixture.h"
 
@@ -85,7 +85,7 @@ private:
   static char *Give(const std::optional<std::string> &text) {
     return text ? kit::HostString::Copy(*text).Release() : nullptr;
   }
-  V_ObjectT Open(const char *name) { return opensDialogs ? models.Open(name, bridge::ClientResources()) : 0; }
+  V_ObjectT Open(const char *name) { return opensDialogs ? models.Open(name, report::ClientResources()) : 0; }
   int32_t Alert(const char *text, int32_t kind) {
     if (beforeAlert)
       beforeAlert(text);

@@ -1,7 +1,7 @@
 // The client's dialog resources: bytes that other programs rely on, damage that must not hurt, and layouts that a
 // person has to read.
-#include "bridge/messages.h"
 #include "kit/dialog_resource.h"
+#include "report/messages.h"
 
 #include <gtest/gtest.h>
 
@@ -142,7 +142,7 @@ private:
 };
 
 kit::DialogTemplate Template(std::string_view name) {
-  return kit::ReadDialogTemplate(bridge::ClientResources().DialogTemplate(name)).value_or(kit::DialogTemplate());
+  return kit::ReadDialogTemplate(report::ClientResources().DialogTemplate(name)).value_or(kit::DialogTemplate());
 }
 
 std::string AllTexts(const kit::Resources &resources) {
@@ -154,7 +154,7 @@ std::string AllTexts(const kit::Resources &resources) {
 
 TEST(DialogResources, ItemTablesAreTheseBytes) {
   for (const DialogReference &each : References())
-    EXPECT_EQ(ToText(bridge::ClientResources().ItemTable("AH_" + std::string(each.name))), TableBytes(each))
+    EXPECT_EQ(ToText(report::ClientResources().ItemTable("AH_" + std::string(each.name))), TableBytes(each))
         << each.name;
   // Written out by hand once, so that a slip in the function above would show, too.
   constexpr std::string_view params("\xFF\xFF\x03\0\x02\0\x05\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"
@@ -162,7 +162,7 @@ TEST(DialogResources, ItemTablesAreTheseBytes) {
                                     "\x64\0\x01\0\0\0\0\0-1\0\x65\0\x11\0\0\0\0\0-1\0\x66\0\x02\0\0\0\0\0-1\0"
                                     "\x67\0\x02\0\0\0\0\0-1\0\x68\0\x02\0\0\0\0\0-1\0",
                                     100);
-  EXPECT_EQ(ToText(bridge::ClientResources().ItemTable("ah_stylesheet_params")), params);
+  EXPECT_EQ(ToText(report::ClientResources().ItemTable("ah_stylesheet_params")), params);
 }
 
 TEST(DialogResources, TemplatesFitTheirTables) {
@@ -251,15 +251,15 @@ TEST(DialogResources, TextsOfControls) {
 
 TEST(DialogResources, CutShortAnywhereTheyAreRefused) {
   for (const DialogReference &each : References()) {
-    const Bytes layout = bridge::ClientResources().DialogTemplate(each.name);
+    const Bytes layout = report::ClientResources().DialogTemplate(each.name);
     for (size_t count = 0; count < layout.size(); ++count)
       EXPECT_FALSE(kit::ReadDialogTemplate(HeapCopy(layout, count).View())) << each.name << " at " << count;
-    const Bytes table = bridge::ClientResources().ItemTable("AH_" + std::string(each.name));
+    const Bytes table = report::ClientResources().ItemTable("AH_" + std::string(each.name));
     for (size_t count = 0; count < table.size(); ++count)
       EXPECT_FALSE(kit::ReadDialogItemTable(HeapCopy(table, count).View())) << each.name << " at " << count;
   }
   // An image that is cut between two of its entries is a smaller image; then something has to be missing.
-  const Bytes image = bridge::ResourceImage();
+  const Bytes image = report::ResourceImage();
   for (size_t count = 0; count < image.size(); ++count) {
     const HeapCopy cut(image, count);
     const auto resources = kit::Resources::Read(cut.View());
@@ -267,13 +267,13 @@ TEST(DialogResources, CutShortAnywhereTheyAreRefused) {
                            return !resources->DialogTemplate(each.name).empty() &&
                                   !resources->ItemTable("AH_" + std::string(each.name)).empty();
                          });
-    EXPECT_FALSE(isWhole && AllTexts(*resources) == AllTexts(bridge::ClientResources())) << count;
+    EXPECT_FALSE(isWhole && AllTexts(*resources) == AllTexts(report::ClientResources())) << count;
   }
 }
 
 TEST(DialogResources, DamagedBytesAreReadWithinTheirBounds) {
   std::mt19937 random(20);
-  const Bytes image = bridge::ResourceImage();
+  const Bytes image = report::ResourceImage();
   for (int round = 0; round < 3000; ++round) {
     const HeapCopy damaged(image, image.size());
     for (int change = 0; change < 4; ++change)

@@ -1,6 +1,6 @@
 // Requests to the clients that the host answers itself, and how requests travel.
-#include "host/request_builder.h"
 #include "host/session.h"
+#include "kit/request_builder.h"
 #include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
@@ -140,7 +140,7 @@ TEST_F(BuiltInClients, MissingClientsAreToldToTheCaller) {
 }
 
 TEST(RequestBuilder, QuotesWhatTheGrammarCanCarryAndRefusesTheRest) {
-  host::RequestBuilder request("Name");
+  kit::RequestBuilder request("Name");
   request.Add("-a", {"plain", "with blank", "", "it's", "a \"b\""});
   request.AddIfGiven("-none", "");
   EXPECT_EQ(request.Text(), R"(Name -a "plain" "with blank" "" "it's" 'a "b"')");
@@ -149,7 +149,7 @@ TEST(RequestBuilder, QuotesWhatTheGrammarCanCarryAndRefusesTheRest) {
   EXPECT_EQ(request.Problem(), "");
   request.Add("-c", {std::string(1024, 'x')});
   EXPECT_NE(request.Problem().find("-c, it is longer than 1023 bytes"), std::string::npos);
-  host::RequestBuilder other("Name");
+  kit::RequestBuilder other("Name");
   other.Add("-d", {"both \" and '"});
   EXPECT_NE(other.Problem().find("-d, it holds both kinds of quotes"), std::string::npos);
 }

@@ -1,6 +1,6 @@
 // Configurations in every layout that people write, changed at random: what is read afterwards is what was wanted, and
 // no comment is lost. Seeded, so that a failure comes again.
-#include "host/configuration_edit.h"
+#include "host/configuration/configuration_edit.h"
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // The configuration file: what it may hold, how faults are told, and which applications its rules find.
 #include "host/applications.h"
-#include "host/configuration.h"
+#include "host/configuration/configuration.h"
 #include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #ifndef TESTS_UNIT_HOST_FIXTURE_H
 #define TESTS_UNIT_HOST_FIXTURE_H
 
-#include "host/front.h"
+#include "host/fronts/front.h"
 #include "host/session.h"
 #include "tests/unit/folder.h"
 

@@ -1,6 +1,6 @@
 // What the host reads of XML files that it did not choose: enough to know them, and never more than that.
-#include "host/component_walk.h"
-#include "host/xml_file.h"
+#include "host/documents/component_walk.h"
+#include "host/documents/xml_file.h"
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>

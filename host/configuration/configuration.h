@@ -1,0 +1,66 @@
+// The host's configuration file (TOML), as values. Relative paths in it are taken from the file's own folder; paths
+// that begin with a path variable ($STRUCTDIR, $VLHOME) are kept as they are written. Nothing here throws.
+#ifndef HOST_CONFIGURATION_CONFIGURATION_H
+#define HOST_CONFIGURATION_CONFIGURATION_H
+
+#include "host/configuration/installation.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+struct ProcessorSetting {
+  std::string name;
+  std::string classPath; // absolute entries, ";" between them
+  std::string className;
+};
+
+// Any rule that matches associates a file with the application.
+struct ApplicationSetting {
+  std::string name;
+  std::string catalogue = {};
+  std::vector<std::string> roots = {};
+  std::vector<std::string> publicIds = {};  // "*" stands for anything
+  std::vector<std::string> namespaces = {}; // likewise
+  std::vector<std::string> files = {};      // likewise, against the file's name
+};
+
+struct Configuration {
+  std::string source; // the file; empty for the built-in defaults
+  bool isInstalledDefault = false;
+
+  std::string product = "Vellis";
+  std::string installFolder;   // ends in a separator
+  std::string structureFolder; // does not
+  std::string defaultCatalogue;
+  std::string tempFolder; // empty: a private one, gone when the host ends
+  std::vector<std::string> catalogs;
+  std::string javaHome;
+  std::vector<std::string> javaOptions;
+  std::string editor; // the command that opens a file at a line; empty: $VISUAL, then the desktop's own
+  std::vector<ProcessorSetting> processors;
+  std::vector<ApplicationSetting> applications;
+};
+
+struct ConfigurationResult {
+  Configuration configuration;
+  std::vector<std::string> problems; // "file:line:column: what is wrong"; empty when the file is good
+};
+
+// The first of: `named` (from the command line), $VLXSLT_CONFIG, the user's own, the installed default. Empty when
+// there is none at all.
+[[nodiscard]] std::string FindConfigurationFile(const std::string &named, const Installation &installation);
+
+// An empty path gives the built-in defaults.
+[[nodiscard]] ConfigurationResult ReadConfiguration(const std::string &path, const Installation &installation);
+
+// What a stored path stands for: a file URL, a leading path variable (any letter case, backslashes are separators),
+// and a relative path against the folder of `base`, or against the installation folder without one.
+[[nodiscard]] std::string ExpandStoredPath(const Configuration &configuration, std::string path,
+                                           const std::string &base = {});
+
+} // namespace host
+
+#endif

@@ -1,0 +1,327 @@
+#include "host/configuration/configuration_edit.h"
+
+#include "kit/paths.h"
+
+#include <toml++/toml.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iomanip>
+#include <iterator>
+#include <set>
+#include <sstream>
+#include <string_view>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+template <class Record> struct TextKey {
+  std::string_view key;
+  std::string Record::*field;
+  bool isRequired = false; // stands in the file even without a value
+};
+template <class Record> struct ListKey {
+  std::string_view key;
+  std::vector<std::string> Record::*field;
+};
+
+constexpr std::array mainTexts = {
+    TextKey<Configuration>{"default_catalogue", &Configuration::defaultCatalogue},
+    TextKey<Configuration>{"java_home", &Configuration::javaHome},
+    TextKey<Configuration>{"editor", &Configuration::editor},
+};
+constexpr std::array mainLists = {
+    ListKey<Configuration>{"catalogs", &Configuration::catalogs},
+    ListKey<Configuration>{"java_options", &Configuration::javaOptions},
+};
+constexpr std::array processorTexts = {
+    TextKey<ProcessorSetting>{"name", &ProcessorSetting::name, true},
+    TextKey<ProcessorSetting>{"class_path", &ProcessorSetting::classPath},
+    TextKey<ProcessorSetting>{"class_name", &ProcessorSetting::className, true},
+};
+constexpr std::array<ListKey<ProcessorSetting>, 0> processorLists = {};
+constexpr std::array applicationTexts = {
+    TextKey<ApplicationSetting>{"name", &ApplicationSetting::name, true},
+    TextKey<ApplicationSetting>{"catalogue", &ApplicationSetting::catalogue},
+};
+constexpr std::array applicationLists = {
+    ListKey<ApplicationSetting>{"root", &ApplicationSetting::roots},
+    ListKey<ApplicationSetting>{"public_id", &ApplicationSetting::publicIds},
+    ListKey<ApplicationSetting>{"namespace", &ApplicationSetting::namespaces},
+    ListKey<ApplicationSetting>{"file", &ApplicationSetting::files},
+};
+
+// As the rest of such files is written: in double quotes.
+std::string Format(const std::string &text) {
+  std::ostringstream stream;
+  stream << '"';
+  for (const char letter : text) {
+    if (letter == '"' || letter == '\\')
+      stream << '\\' << letter;
+    else if (static_cast<unsigned char>(letter) < 0x20 || letter == 0x7F)
+      stream << "\\u" << std::hex << std::setw(4) << std::setfill('0') << static_cast<int>(letter);
+    else
+      stream << letter;
+  }
+  stream << '"';
+  return stream.str();
+}
+
+std::string Format(const std::vector<std::string> &items) {
+  std::string text = "[";
+  for (const std::string &item : items)
+    text.append(text.size() > 1 ? ", " : "").append(Format(item));
+  return text + "]";
+}
+
+// One assignment that is to stand in a section.
+struct Assignment {
+  std::string key;
+  std::string value;
+};
+
+template <class Record, class Texts, class Lists>
+std::vector<Assignment> ListChanges(const Record &before, const Record &after, const Texts &texts, const Lists &lists) {
+  std::vector<Assignment> changes;
+  for (const auto &each : texts)
+    if (before.*each.field != after.*each.field)
+      changes.push_back({std::string(each.key), Format(after.*each.field)});
+  for (const auto &each : lists)
+    if (before.*each.field != after.*each.field)
+      changes.push_back({std::string(each.key), Format(after.*each.field)});
+  return changes;
+}
+
+// The assignments of a record that is new to the file.
+template <class Record, class Texts, class Lists>
+std::vector<Assignment> ListAll(const Record &record, const Texts &texts, const Lists &lists) {
+  std::vector<Assignment> all;
+  for (const auto &each : texts)
+    if (each.isRequired || !(record.*each.field).empty())
+      all.push_back({std::string(each.key), Format(record.*each.field)});
+  for (const auto &each : lists)
+    if (!(record.*each.field).empty())
+      all.push_back({std::string(each.key), Format(record.*each.field)});
+  return all;
+}
+
+// A run of whole lines: what stands before the first header, or a header with the comments right above it and all that
+// follows it.
+struct Section {
+  std::string kind; // "processor", "application", or empty
+  size_t firstLine = 0;
+  std::vector<std::string> lines;
+};
+
+std::vector<std::string> SplitLines(const std::string &text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);)
+    lines.push_back(line);
+  return lines;
+}
+
+std::string KindOf(const toml::table &root, size_t line, std::string_view kind) {
+  if (const toml::array *tables = root[kind].as_array())
+    for (const toml::node &each : *tables)
+      if (each.source().begin.line == line)
+        return std::string(kind);
+  return {};
+}
+
+// Lines of a table's own values, from 1; a line of a long text may look like a comment or a header.
+std::set<size_t> FindValueLines(const toml::table &table) {
+  std::set<size_t> lines;
+  for (const auto &[key, node] : table)
+    if (!node.is_table() && !node.is_array_of_tables())
+      for (size_t line = node.source().begin.line; line <= node.source().end.line; ++line)
+        lines.insert(line);
+  return lines;
+}
+
+bool IsComment(const std::string &line) {
+  const size_t first = line.find_first_not_of(" \t");
+  return first != std::string::npos && line[first] == '#';
+}
+
+std::vector<Section> SplitSections(const std::string &text, const toml::table &root) {
+  const std::vector<std::string> lines = SplitLines(text);
+  std::set<size_t> valueLines = FindValueLines(root);
+  for (const std::string_view kind : {"processor", "application"})
+    if (const toml::array *tables = root[kind].as_array())
+      for (const toml::node &each : *tables)
+        if (const toml::table *table = each.as_table())
+          valueLines.merge(FindValueLines(*table));
+  std::vector<Section> sections(1);
+  for (size_t at = 0; at < lines.size(); ++at) {
+    std::string kind;
+    for (const std::string_view each : {"processor", "application"})
+      if (kind.empty())
+        kind = KindOf(root, at + 1, each);
+    if (!kind.empty()) {
+      Section next{kind, at, {}};
+      std::vector<std::string> &before = sections.back().lines;
+      while (!before.empty() && IsComment(before.back()) && !valueLines.contains(next.firstLine)) {
+        next.lines.insert(next.lines.begin(), before.back());
+        before.pop_back();
+        --next.firstLine;
+      }
+      sections.push_back(std::move(next));
+    }
+    sections.back().lines.push_back(lines[at]);
+  }
+  return sections;
+}
+
+// Columns count characters, strings count bytes.
+size_t ByteOfColumn(const std::string &line, size_t column) {
+  size_t at = 0;
+  for (size_t seen = 1; at < line.size() && seen < column; ++seen)
+    do
+      ++at;
+    while (at < line.size() && (static_cast<unsigned char>(line[at]) & 0xC0U) == 0x80U);
+  return at;
+}
+
+void ReplaceValue(Section &section, const toml::source_region &where, const std::string &value) {
+  const size_t first = where.begin.line - 1 - section.firstLine;
+  const size_t last = where.end.line - 1 - section.firstLine;
+  const std::string head = section.lines[first].substr(0, ByteOfColumn(section.lines[first], where.begin.column));
+  const std::string tail = section.lines[last].substr(ByteOfColumn(section.lines[last], where.end.column));
+  // Lines are only emptied: the positions of later values must stay true.
+  for (size_t at = first + 1; at <= last; ++at)
+    section.lines[at] = "\v";
+  section.lines[first] = head + value + tail;
+}
+
+// Behind the section's last value, so that nothing that still has to be found moves.
+void AddValues(Section &section, const toml::table &table, const std::vector<Assignment> &added) {
+  const std::set<size_t> lines = FindValueLines(table);
+  // Without any value: behind the header, or at the top of the file.
+  const size_t place =
+      lines.empty() ? (section.kind.empty() ? 0 : section.lines.size()) : *lines.rbegin() - section.firstLine;
+  std::vector<std::string> text(added.size());
+  std::ranges::transform(added, text.begin(), [](const Assignment &each) { return each.key + " = " + each.value; });
+  section.lines.insert(section.lines.begin() + static_cast<std::ptrdiff_t>(place), text.begin(), text.end());
+}
+
+void Apply(Section &section, const toml::table &table, const std::vector<Assignment> &changes) {
+  for (const Assignment &change : changes)
+    if (const toml::node *node = table.get(change.key))
+      ReplaceValue(section, node->source(), change.value);
+  std::vector<Assignment> added;
+  std::ranges::copy_if(changes, std::back_inserter(added),
+                       [&](const Assignment &change) { return !table.contains(change.key); });
+  AddValues(section, table, added);
+  std::erase(section.lines, "\v");
+}
+
+Section MakeSection(const std::string &kind, const std::vector<Assignment> &values) {
+  Section section{kind, 0, {"[[" + kind + "]]"}};
+  for (const Assignment &value : values)
+    section.lines.push_back(value.key + " = " + value.value);
+  section.lines.emplace_back();
+  return section;
+}
+
+// The sections of one kind in their new order, at the place of the first one.
+template <class Record, class Texts, class Lists>
+std::vector<Section> ArrangeSections(std::vector<Section> sections, const toml::table &root, const std::string &kind,
+                                     const std::vector<Record> &before, const std::vector<Record> &after,
+                                     const std::vector<int> &origins, const Texts &texts, const Lists &lists) {
+  std::vector<Section> old;
+  std::vector<Section> others;
+  size_t place = sections.size();
+  for (Section &each : sections) {
+    if (each.kind == kind)
+      place = std::min(place, others.size());
+    (each.kind == kind ? old : others).push_back(std::move(each));
+  }
+  std::vector<Section> arranged;
+  for (size_t index = 0; index < after.size(); ++index) {
+    if (const int origin = origins[index]; origin >= 0) {
+      const auto from = static_cast<size_t>(origin);
+      Apply(old[from], *root[kind].as_array()->get_as<toml::table>(from),
+            ListChanges(before[from], after[index], texts, lists));
+      arranged.push_back(std::move(old[from]));
+    } else {
+      arranged.push_back(MakeSection(kind, ListAll(after[index], texts, lists)));
+    }
+  }
+  place = std::min(place, others.size());
+  others.insert(others.begin() + static_cast<std::ptrdiff_t>(place), std::make_move_iterator(arranged.begin()),
+                std::make_move_iterator(arranged.end()));
+  return others;
+}
+
+std::string Join(const std::vector<Section> &sections) {
+  std::string text;
+  for (const Section &section : sections) {
+    // A section that was the last one may lack the blank line that now must follow it.
+    if (!section.kind.empty() && !text.empty() && !text.ends_with("\n\n"))
+      text += '\n';
+    for (const std::string &line : section.lines)
+      text.append(line).append("\n");
+  }
+  while (text.ends_with("\n\n"))
+    text.pop_back();
+  return text;
+}
+
+} // namespace
+
+EditedConfiguration EditConfiguration(const std::string &text, const ConfigurationChange &change) {
+  // A mark at the beginning takes room in the first line, but none in the parser's columns.
+  static constexpr std::string_view mark = "\xEF\xBB\xBF";
+  if (text.starts_with(mark)) {
+    EditedConfiguration edited = EditConfiguration(text.substr(mark.size()), change);
+    edited.text.insert(0, mark);
+    return edited;
+  }
+  const toml::parse_result parsed = toml::parse(text);
+  if (!parsed)
+    return {text, std::string(parsed.error().description())};
+  const toml::table &root = parsed.table();
+  std::vector<Section> sections = SplitSections(text, root);
+  const auto count = [&](std::string_view kind) {
+    return std::ranges::count(sections, std::string(kind), &Section::kind);
+  };
+  if (static_cast<size_t>(count("processor")) != change.before.processors.size() ||
+      static_cast<size_t>(count("application")) != change.before.applications.size())
+    return {text, "the file changed meanwhile, or holds its tables in a form that only a person can edit"};
+  Apply(sections.front(), root, ListChanges(change.before, change.after, mainTexts, mainLists));
+  sections = ArrangeSections(std::move(sections), root, "processor", change.before.processors, change.after.processors,
+                             change.processorOrigins, processorTexts, processorLists);
+  sections = ArrangeSections(std::move(sections), root, "application", change.before.applications,
+                             change.after.applications, change.applicationOrigins, applicationTexts, applicationLists);
+  return {Join(sections), {}};
+}
+
+std::string WriteConfiguration(const Configuration &configuration) {
+  std::vector<Section> sections(1);
+  std::vector<Assignment> values = {{"product", Format(configuration.product)},
+                                    {"install_dir", Format(configuration.installFolder)},
+                                    {"structure_dir", Format(configuration.structureFolder)}};
+  std::ranges::move(ListAll(configuration, mainTexts, mainLists), std::back_inserter(values));
+  for (const Assignment &each : values)
+    sections.front().lines.push_back(each.key + " = " + each.value);
+  for (const ProcessorSetting &each : configuration.processors)
+    sections.push_back(MakeSection("processor", ListAll(each, processorTexts, processorLists)));
+  for (const ApplicationSetting &each : configuration.applications)
+    sections.push_back(MakeSection("application", ListAll(each, applicationTexts, applicationLists)));
+  return Join(sections);
+}
+
+std::string OwnConfigurationPath() {
+  const char *config = std::getenv("XDG_CONFIG_HOME");
+  const char *home = std::getenv("HOME");
+  const std::string folder = config && *config ? config
+                             : home && *home   ? kit::JoinPath(home, ".config")
+                                               : std::string();
+  return folder.empty() ? folder : kit::JoinPath(folder, "vlxslt/vlxslt.toml");
+}
+
+} // namespace host

@@ -1,0 +1,138 @@
+#include "host/documents/xml_file.h"
+
+#include "kit/paths.h"
+
+#include <libxml/parser.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+constexpr int quietOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+
+// A descriptor instead of a name: libxml2 takes names for URLs and would decode a "%20" in them.
+class OpenFile {
+public:
+  explicit OpenFile(const std::string &path)
+      : descriptor(kit::IsFile(path) ? open(path.c_str(), O_RDONLY | O_CLOEXEC) : -1) {}
+  ~OpenFile() {
+    if (descriptor >= 0)
+      close(descriptor);
+  }
+  OpenFile(const OpenFile &) = delete;
+  OpenFile &operator=(const OpenFile &) = delete;
+  [[nodiscard]] int Get() const { return descriptor; }
+
+private:
+  int descriptor;
+};
+
+std::string Text(const xmlChar *text) { return text ? reinterpret_cast<const char *>(text) : ""; }
+
+std::string DescribeError(const std::string &path, const xmlError *error) {
+  std::string message = error && error->message ? error->message : "cannot be read as XML";
+  while (!message.empty() && (message.back() == '\n' || message.back() == ' '))
+    message.pop_back();
+  if (!error || error->line <= 0)
+    return path + ": " + message;
+  return path + ":" + std::to_string(error->line) + ":" + std::to_string(error->int2) + ": " + message;
+}
+
+using Parser = kit::Handle<xmlParserCtxt, xmlFreeParserCtxt>;
+
+// What the parser's events tell until enough is known. The pull reader would not do: it parses ahead, and what is
+// broken further down hides the root.
+struct OutlineParse {
+  XmlOutline outline;
+  int elementsWanted = 1;
+  int elementsSeen = 0;
+  xmlParserCtxtPtr parser = nullptr;
+};
+
+void NoteDoctype(void *data, const xmlChar *, const xmlChar *publicId, const xmlChar *) {
+  static_cast<OutlineParse *>(data)->outline.publicId = Text(publicId);
+}
+
+void NoteElement(void *data, const xmlChar *name, const xmlChar *, const xmlChar *nameSpace, int, const xmlChar **, int,
+                 int, const xmlChar **) {
+  OutlineParse &parse = *static_cast<OutlineParse *>(data);
+  if (parse.elementsSeen == parse.elementsWanted)
+    return;
+  if (++parse.elementsSeen == 1) {
+    parse.outline.root = Text(name);
+    parse.outline.rootNamespace = Text(nameSpace);
+  } else {
+    parse.outline.firstChild = Text(name);
+  }
+  if (parse.elementsSeen == parse.elementsWanted)
+    xmlStopParser(parse.parser);
+}
+
+} // namespace
+
+std::optional<XmlOutline> ReadXmlOutline(const std::string &path, OutlineDepth depth) {
+  const OpenFile file(path);
+  if (file.Get() < 0)
+    return std::nullopt;
+  OutlineParse parse;
+  parse.elementsWanted = depth == OutlineDepth::FirstChild ? 2 : 1;
+  xmlSAXHandler events = {};
+  events.initialized = XML_SAX2_MAGIC;
+  events.internalSubset = NoteDoctype;
+  events.startElementNs = NoteElement;
+  const Parser parser = Parser::Adopt(xmlCreatePushParserCtxt(&events, &parse, nullptr, 0, nullptr));
+  if (!parser)
+    return std::nullopt;
+  parse.parser = parser.Get();
+  xmlCtxtUseOptions(parser.Get(), quietOptions);
+  std::array<char, 4096> chunk = {};
+  for (ssize_t count = 1; count > 0 && parse.elementsSeen < parse.elementsWanted;) {
+    count = read(file.Get(), chunk.data(), chunk.size());
+    if (xmlParseChunk(parser.Get(), chunk.data(), static_cast<int>(std::max<ssize_t>(count, 0)), count <= 0) != 0)
+      break;
+  }
+  // Declarations of entities make the parser keep a document of its own.
+  const kit::Handle<xmlDoc, xmlFreeDoc> document =
+      kit::Handle<xmlDoc, xmlFreeDoc>::Adopt(std::exchange(parser.Get()->myDoc, nullptr));
+  if (parse.elementsSeen == 0)
+    return std::nullopt;
+  return parse.outline;
+}
+
+XmlDocument ReadXmlFile(const std::string &path) {
+  const OpenFile file(path);
+  if (file.Get() < 0)
+    return {{}, path + ": cannot be read"};
+  const Parser parser = Parser::Adopt(xmlNewParserCtxt());
+  if (!parser)
+    return {{}, path + ": no memory to read it"};
+  XmlDocument read;
+  read.document = kit::Handle<xmlDoc, xmlFreeDoc>::Adopt(
+      xmlCtxtReadFd(parser.Get(), file.Get(), nullptr, nullptr, quietOptions | XML_PARSE_RECOVER));
+  if (!parser.Get()->wellFormed || !read.document)
+    read.problem = DescribeError(path, xmlCtxtGetLastError(parser.Get()));
+  return read;
+}
+
+std::string LocalName(const xmlNode &element) { return Text(element.name); }
+
+std::string Attribute(const xmlNode &element, const char *name) {
+  using Owned = kit::Handle<xmlChar, [](xmlChar *text) { xmlFree(text); }>;
+  const Owned value = Owned::Adopt(xmlGetProp(&element, reinterpret_cast<const xmlChar *>(name)));
+  return Text(value.Get());
+}
+
+const xmlNode *NextElement(const xmlNode *node) {
+  while (node && node->type != XML_ELEMENT_NODE)
+    node = node->next;
+  return node;
+}
+
+} // namespace host

@@ -1,0 +1,38 @@
+#include "kit/utf16.h"
+
+#include "kit/vdk.h"
+
+#include <cstring>
+#include <limits>
+#include <unicode/unistr.h>
+
+namespace kit {
+
+namespace {
+
+template <class Unit> Unit *CopyForHost(std::basic_string_view<Unit> text) {
+  auto *copy = static_cast<Unit *>(V_Calloc(text.size() + 1, sizeof(Unit)));
+  if (copy && !text.empty())
+    std::memcpy(copy, text.data(), text.size() * sizeof(Unit));
+  return copy;
+}
+
+} // namespace
+
+std::u16string ToUtf16(std::string_view utf8) {
+  const icu::UnicodeString text =
+      icu::UnicodeString::fromUTF8(icu::StringPiece(utf8.data(), static_cast<int32_t>(utf8.size())));
+  return {text.getBuffer(), static_cast<size_t>(text.length())};
+}
+
+std::string ToUtf8(std::u16string_view utf16) {
+  std::string utf8;
+  icu::UnicodeString(false, utf16.data(), static_cast<int32_t>(utf16.size())).toUTF8String(utf8);
+  return utf8;
+}
+
+char16_t *UTF8ToUTF16(const char *strUTF8) { return strUTF8 ? CopyForHost<char16_t>(ToUtf16(strUTF8)) : nullptr; }
+
+char *UTF16ToUTF8(const char16_t *strUTF16) { return strUTF16 ? CopyForHost<char>(ToUtf8(strUTF16)) : nullptr; }
+
+} // namespace kit

@@ -1,0 +1,131 @@
+#include "processors/java/java_handler.h"
+
+#include "kit/utf16.h"
+#include "processors/entity_resolver.h"
+#include "processors/java/java_machine.h"
+#include "report/xslt_error_handler.h"
+
+#include <array>
+
+namespace VLXSLT {
+
+namespace {
+
+using processors::ReadString;
+
+processors::JavaPump *pumpOfMachine = nullptr;
+
+// Runs on the host's thread while this one waits. No C++ exception crosses a Java frame; what cannot be carried out for
+// lack of memory is left out.
+template <class Call> void OnHost(Call call) noexcept {
+  try {
+    const processors::JavaPump::Task guarded = [&call] {
+      try {
+        call();
+      } catch (...) {
+        report::XSLTErrorHandler::GetInst().ReportMessage("A message of the processor was lost.");
+      }
+    };
+    pumpOfMachine->RunOnHost(guarded);
+  } catch (...) {
+    return;
+  }
+}
+
+VLXSLTJavaHandlerImpl &Handler() { return VLXSLTJavaHandlerImpl::GetInstance(); }
+
+using ReportDiagnostic = void (VLXSLTJavaHandlerImpl::*)(const VLXSLTJavaHandlerImpl::Diagnostic &);
+
+template <ReportDiagnostic Method>
+void JNICALL NativeReport(JNIEnv *environment, jobject, jstring message, jstring publicId, jstring systemId, jint line,
+                          jint column) noexcept {
+  OnHost([diagnostic = VLXSLTJavaHandlerImpl::Diagnostic{
+              ReadString(environment, message), ReadString(environment, publicId), ReadString(environment, systemId),
+              line, column}] { (Handler().*Method)(diagnostic); });
+}
+
+void JNICALL NativeMessage(JNIEnv *environment, jobject, jstring message) noexcept {
+  OnHost([text = ReadString(environment, message)] { Handler().Message(text); });
+}
+
+jstring JNICALL NativeResolve(JNIEnv *environment, jobject, jstring, jstring publicId, jstring baseUri,
+                              jstring systemId) noexcept {
+  std::string found;
+  OnHost([&, publicText = ReadString(environment, publicId), base = ReadString(environment, baseUri),
+          system = ReadString(environment, systemId)] { found = Handler().ResolveEntity(publicText, base, system); });
+  const std::u16string utf16 = kit::ToUtf16(found);
+  return environment->NewString(reinterpret_cast<const jchar *>(utf16.data()), static_cast<jsize>(utf16.size()));
+}
+
+void JNICALL NativeStart(JNIEnv *environment, jobject, jstring filePath) noexcept {
+  OnHost([path = ReadString(environment, filePath)] { Handler().StartDocument(path); });
+}
+
+void JNICALL NativeEnd(JNIEnv *, jobject) noexcept {
+  OnHost([] { Handler().EndDocument(); });
+}
+
+template <class Function> JNINativeMethod Method(const char *name, const char *signature, Function function) {
+  // The table's texts are not written to.
+  return {const_cast<char *>(name), const_cast<char *>(signature), reinterpret_cast<void *>(function)};
+}
+
+} // namespace
+
+VLXSLTJavaHandlerImpl &VLXSLTJavaHandlerImpl::GetInstance() {
+  static VLXSLTJavaHandlerImpl handler;
+  return handler;
+}
+
+void VLXSLTJavaHandlerImpl::FatalError(const Diagnostic &what) {
+  report::XSLTErrorHandler::GetInst().ReportFatalError(what.message.c_str(), what.publicId.c_str(),
+                                                       what.systemId.c_str(), what.line, what.column);
+}
+
+void VLXSLTJavaHandlerImpl::Error(const Diagnostic &what) {
+  report::XSLTErrorHandler::GetInst().ReportError(what.message.c_str(), what.publicId.c_str(), what.systemId.c_str(),
+                                                  what.line, what.column);
+}
+
+void VLXSLTJavaHandlerImpl::Warning(const Diagnostic &what) {
+  report::XSLTErrorHandler::GetInst().ReportWarn(what.message.c_str(), what.publicId.c_str(), what.systemId.c_str(),
+                                                 what.line, what.column);
+}
+
+void VLXSLTJavaHandlerImpl::Message(const std::string &message) {
+  report::XSLTErrorHandler::GetInst().ReportMessage(message.c_str());
+}
+
+std::string VLXSLTJavaHandlerImpl::ResolveEntity(const std::string &publicId, const std::string &baseUri,
+                                                 const std::string &systemId) {
+  return processors::VLXSLTEntityResolverC::GetInstance()
+      .ResolveEntity(publicId.c_str(), baseUri.c_str(), systemId.c_str())
+      .Text();
+}
+
+void VLXSLTJavaHandlerImpl::StartDocument(const std::string &filePath) {
+  processors::VLXSLTEntityResolverC::GetInstance().Start(filePath.c_str());
+}
+
+void VLXSLTJavaHandlerImpl::EndDocument() { processors::VLXSLTEntityResolverC::GetInstance().End(); }
+
+bool RegisterHandler(JNIEnv *environment, processors::JavaPump &pump) {
+  pumpOfMachine = &pump;
+  constexpr const char *diagnostic = "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;II)V";
+  using Impl = VLXSLTJavaHandlerImpl;
+  const std::array methods = {
+      Method("FatalError", diagnostic, NativeReport<&Impl::FatalError>),
+      Method("Error", diagnostic, NativeReport<&Impl::Error>),
+      Method("Warning", diagnostic, NativeReport<&Impl::Warning>),
+      Method("Message", "(Ljava/lang/String;)V", NativeMessage),
+      Method("ResolveEntity",
+             "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;)Ljava/lang/String;",
+             NativeResolve),
+      Method("StartDocument", "(Ljava/lang/String;)V", NativeStart),
+      Method("EndDocument", "()V", NativeEnd),
+  };
+  jclass handler = environment->FindClass("vlxslt/NativeHandler");
+  return handler && environment->RegisterNatives(handler, methods.data(), static_cast<jint>(methods.size())) == JNI_OK;
+}
+
+} // namespace VLXSLT

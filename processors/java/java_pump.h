@@ -1,0 +1,50 @@
+// Two threads that take turns: the host's thread hands work to the Java thread and waits; while it waits, it carries
+// out whatever the Java thread asks of the host, in order, and the Java thread waits for the answer. So no kit call is
+// ever made from another thread, and stylesheets that recurse deeply get a stack of their own.
+#ifndef PROCESSORS_JAVA_JAVA_PUMP_H
+#define PROCESSORS_JAVA_JAVA_PUMP_H
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <pthread.h>
+
+namespace processors {
+
+class JavaPump {
+public:
+  using Task = std::function<void()>;
+
+  JavaPump() = default;
+  JavaPump(const JavaPump &) = delete;
+  JavaPump &operator=(const JavaPump &) = delete;
+  ~JavaPump() { Stop(); }
+
+  // From the host's thread: runs `task` on the Java thread, which is started when it does not run yet, and returns when
+  // it is done. False when the thread cannot be started. Tasks must not throw.
+  [[nodiscard]] bool RunOnJava(const Task &task);
+  // From the Java thread, or another one that it started, inside a task; dropped when there is none.
+  void RunOnHost(const Task &call);
+  // From any thread but the host's: the Java thread will never come back. What the host's thread waits for is over, and
+  // nothing more can be run.
+  void Abandon();
+  // Waits for the Java thread to end, unless it was abandoned.
+  void Stop();
+
+private:
+  [[nodiscard]] bool Start();
+  void Work();
+
+  std::mutex mutex;
+  std::condition_variable changed;
+  const Task *task = nullptr; // waits for the Java thread, or is being run there
+  const Task *call = nullptr; // waits for the host's thread
+  bool isStopping = false;
+  bool isRunning = false;
+  bool isAbandoned = false;
+  pthread_t thread{};
+};
+
+} // namespace processors
+
+#endif

@@ -1,0 +1,112 @@
+#include "processors/java/java_pump.h"
+
+#include <csignal>
+#include <utility>
+
+namespace processors {
+
+namespace {
+
+// Enough for recursion over long documents; one that never ends meets the end of it within a second or two.
+constexpr size_t stackSize = size_t{256} << 20;
+
+} // namespace
+
+bool JavaPump::Start() {
+  if (isRunning || isAbandoned)
+    return isRunning;
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, stackSize);
+  // Signals are for the host's thread, which knows what Ctrl-C means.
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP})
+    sigdelset(&all, fault);
+  pthread_sigmask(SIG_BLOCK, &all, &before);
+  const auto body = [](void *pump) -> void * {
+    static_cast<JavaPump *>(pump)->Work();
+    return nullptr;
+  };
+  isRunning = pthread_create(&thread, &attributes, body, this) == 0;
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  pthread_attr_destroy(&attributes);
+  return isRunning;
+}
+
+void JavaPump::Work() {
+  std::unique_lock lock(mutex);
+  for (;;) {
+    changed.wait(lock, [this] { return task || isStopping; });
+    if (!task)
+      return;
+    const Task *current = task;
+    lock.unlock();
+    (*current)();
+    lock.lock();
+    task = nullptr;
+    changed.notify_all();
+  }
+}
+
+bool JavaPump::RunOnJava(const Task &given) {
+  if (!Start())
+    return false;
+  std::unique_lock lock(mutex);
+  task = &given;
+  changed.notify_all();
+  for (;;) {
+    changed.wait(lock, [this] { return !task || call || isAbandoned; });
+    if (isAbandoned) {
+      call = nullptr;
+      changed.notify_all();
+      return false;
+    }
+    if (!call)
+      return true;
+    const Task *current = call;
+    lock.unlock();
+    (*current)();
+    lock.lock();
+    call = nullptr;
+    changed.notify_all();
+  }
+}
+
+void JavaPump::RunOnHost(const Task &given) {
+  std::unique_lock lock(mutex);
+  // A processor may use threads of its own: they take turns. Nobody listens between tasks.
+  changed.wait(lock, [this] { return !call; });
+  if (!task || isAbandoned)
+    return;
+  call = &given;
+  changed.notify_all();
+  changed.wait(lock, [this, &given] { return call != &given; });
+}
+
+void JavaPump::Abandon() {
+  const std::scoped_lock lock(mutex);
+  isAbandoned = true;
+  changed.notify_all();
+}
+
+void JavaPump::Stop() {
+  if (!isRunning)
+    return;
+  if (isAbandoned) {
+    pthread_detach(thread);
+    isRunning = false;
+    return;
+  }
+  {
+    const std::scoped_lock lock(mutex);
+    isStopping = true;
+    changed.notify_all();
+  }
+  pthread_join(thread, nullptr);
+  isRunning = false;
+  isStopping = false;
+}
+
+} // namespace processors

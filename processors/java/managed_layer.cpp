@@ -1,0 +1,267 @@
+#include "processors/java/managed_layer.h"
+
+#include "kit/paths.h"
+#include "kit/values.h"
+#include "processors/entity_resolver.h"
+#include "processors/java/java_handler.h"
+#include "processors/java/java_installation.h"
+#include "processors/java/java_processors.h"
+#include "processors/java/own_folder.h"
+#include "report/xslt_error_handler.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace VLXSLT {
+
+namespace {
+
+// What the layer returns when all is well.
+constexpr int32_t success = 1;
+constexpr const char *layerClass = "vlxslt/VLXSLTJavaLayer";
+
+void Report(const std::string &message) { report::XSLTErrorHandler::GetInst().ReportMessage(message.c_str()); }
+
+std::vector<std::string> SplitClassPath(const std::string &classPath) {
+  std::vector<std::string> entries;
+  for (size_t start = 0; start < classPath.size();) {
+    const size_t end = std::min(classPath.find(';', start), classPath.size());
+    if (end > start)
+      entries.push_back(classPath.substr(start, end - start));
+    start = end + 1;
+  }
+  return entries;
+}
+
+// The bridge's own jar, then the parser that reads every input.
+std::vector<std::string> OwnJars() {
+  const std::string folder = processors::OwnFolder();
+  std::vector<std::string> parsers;
+  std::error_code error;
+  for (const auto &entry : std::filesystem::directory_iterator(kit::JoinPath(folder, "parser"), error))
+    parsers.push_back(entry.path().string());
+  std::ranges::sort(parsers);
+  parsers.insert(parsers.begin(), kit::JoinPath(folder, "vlxslt-java.jar"));
+  return parsers;
+}
+
+struct ClassPathParts {
+  std::vector<std::string> jars;
+  std::string folders; // each with ";" behind it
+};
+
+// Folders go to a loader of their own behind the jars: with a folder on the class path proper, Java would refuse to
+// keep an archive of its classes.
+ClassPathParts SortClassPath(const std::string &classPath) {
+  ClassPathParts parts{OwnJars(), {}};
+  for (const std::string &entry : SplitClassPath(classPath)) {
+    const std::string path = kit::AbsolutePath(entry);
+    if (kit::IsFolder(path))
+      parts.folders += path + ";";
+    else if (kit::Exists(path) && std::ranges::find(parts.jars, path) == parts.jars.end())
+      parts.jars.push_back(path);
+  }
+  return parts;
+}
+
+} // namespace
+
+processors::Processor &GetXSLTManagedLayerInstance() { return XSLTManagedLayer::GetInstance(); }
+
+XSLTManagedLayer &XSLTManagedLayer::GetInstance() {
+  // Never destroyed: at the end of a process that did not shut down, the virtual machine must be left alone.
+  static XSLTManagedLayer &layer = *new XSLTManagedLayer;
+  return layer;
+}
+
+void XSLTManagedLayer::SetClassPath(const std::string &given) {
+  classPath = given;
+  hasNewClassPath = true;
+}
+
+// Java never takes a jar back or exchanges it, but it can be given more.
+void XSLTManagedLayer::HandOverClassPath() {
+  hasNewClassPath = false;
+  const ClassPathParts parts = SortClassPath(classPath);
+  std::string entries = parts.folders;
+  for (const std::string &jar : parts.jars)
+    if (std::ranges::find(jarsFromStart, jar) == jarsFromStart.end())
+      entries += jar + ";";
+  machine->Environment()->CallVoidMethod(methods.layer, methods.setClassPath, machine->MakeString(entries.c_str()));
+}
+
+bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
+  if (!isStarted) {
+    isStarted = true;
+    const processors::JavaInstallation java = processors::FindJava(kit::GetString(V_SESSION, V_SP_JAVA_HOME));
+    problem = java.problem;
+    if (problem.empty()) {
+      jarsFromStart = SortClassPath(classPath).jars;
+      const processors::MachineSetup setup{
+          java.home, java.library, purpose, jarsFromStart, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS), [this] {
+            pump.Abandon();
+          }};
+      if (!pump.RunOnJava([&] { StartOnJava(setup); }))
+        problem = processors::MachineWords();
+    }
+  }
+  if (problem.empty() && (isParked || hasNewClassPath) && !pump.RunOnJava([this] { ResumeOnJava(); }))
+    problem = processors::MachineWords();
+  if (!problem.empty())
+    Report(problem);
+  return problem.empty();
+}
+
+void XSLTManagedLayer::ResumeOnJava() {
+  if (isParked && !machine->Resume()) {
+    problem = "Java does not take up its work again. Start this program anew.";
+    return;
+  }
+  isParked = false;
+  const processors::LocalFrame frame(machine->Environment());
+  HandOverClassPath();
+}
+
+void XSLTManagedLayer::StartOnJava(const processors::MachineSetup &setup) {
+  machine = processors::JavaMachine::Create(setup, problem);
+  if (machine && !ConnectLayer())
+    problem = "The Java layer in " + setup.classPath.front() + " cannot be used: " + machine->TakeException();
+}
+
+bool XSLTManagedLayer::ConnectLayer() {
+  JNIEnv *java = machine->Environment();
+  const processors::LocalFrame frame(java);
+  if (!RegisterHandler(java, pump))
+    return false;
+  jclass type = java->FindClass(layerClass);
+  jclass handlerType = type ? java->FindClass("vlxslt/NativeHandler") : nullptr;
+  if (!handlerType)
+    return false;
+  jmethodID getInstance = java->GetStaticMethodID(type, "GetInstance", "()Lvlxslt/VLXSLTJavaLayer;");
+  jmethodID makeHandler = getInstance ? java->GetMethodID(handlerType, "<init>", "()V") : nullptr;
+  jmethodID setHandler =
+      makeHandler ? java->GetMethodID(type, "SetVLXSLTJavaHandler", "(Lvlxslt/IVLXSLTJavaHandler;)V") : nullptr;
+  methods.setClassPath = setHandler ? java->GetMethodID(type, "SetClassPath", "(Ljava/lang/String;)V") : nullptr;
+  if (!methods.setClassPath || !FindMethods(java, type))
+    return false;
+  jobject layer = java->CallStaticObjectMethod(type, getInstance);
+  jobject handler = layer ? java->NewObject(handlerType, makeHandler) : nullptr;
+  if (!handler)
+    return false;
+  methods.layer = java->NewGlobalRef(layer);
+  java->CallVoidMethod(layer, setHandler, handler);
+  HandOverClassPath();
+  return !java->ExceptionCheck();
+}
+
+bool XSLTManagedLayer::FindMethods(JNIEnv *java, jclass type) {
+  methods.setTransformer = java->GetMethodID(type, "SetTransformer", "(Ljava/lang/String;)I");
+  methods.transform =
+      methods.setTransformer
+          ? java->GetMethodID(type, "TransformXMLFile",
+                              "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[Ljava/lang/String;)I")
+          : nullptr;
+  methods.probe = methods.transform
+                      ? java->GetMethodID(type, "ProbeProcessor", "(Ljava/lang/String;)[Ljava/lang/String;")
+                      : nullptr;
+  return methods.probe;
+}
+
+template <class Body> bool XSLTManagedLayer::RunInJava(Body body) {
+  std::string fault;
+  const bool returned = pump.RunOnJava([&] {
+    const processors::LocalFrame frame(machine->Environment());
+    body(*machine->Environment());
+    fault = machine->TakeException();
+  });
+  if (!fault.empty())
+    Report("Java failed: " + fault);
+  if (!returned)
+    NoteLoss();
+  return returned;
+}
+
+void XSLTManagedLayer::NoteLoss() {
+  problem = "Java has ended itself, most likely by a call of System.exit. Start this program anew.";
+  Report(problem);
+}
+
+bool XSLTManagedLayer::SetTransformer(const std::string &className) {
+  if (className.empty() || !EnsureJava(className))
+    return false;
+  int32_t result = 0;
+  RunInJava([&](JNIEnv &java) {
+    result = java.CallIntMethod(methods.layer, methods.setTransformer, machine->MakeString(className.c_str()));
+  });
+  if (result != success)
+    NameMissingEntries();
+  return result == success;
+}
+
+// A class that does not load is mostly a jar that is not there.
+void XSLTManagedLayer::NameMissingEntries() const {
+  for (const std::string &entry : SplitClassPath(classPath))
+    if (!kit::Exists(entry))
+      Report("The class path of the processors names a file that doesn't exist: " + entry);
+}
+
+processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &job) {
+  processors::JobResult result;
+  if (EnsureJava({})) {
+    RunInJava([&](JNIEnv &java) {
+      jobjectArray parameters = job.parameters.empty() ? nullptr : machine->MakeStringArray(job.parameters);
+      if (java.CallIntMethod(methods.layer, methods.transform, machine->MakeString(job.input.c_str()),
+                             machine->MakeString(kit::OrNull(job.stylesheet)), machine->MakeString(job.output.c_str()),
+                             parameters) == success)
+        result.status = processors::JobStatus::Done;
+    });
+    if (result.status == processors::JobStatus::Done && machine)
+      machine->NoteSuccess();
+  }
+  processors::VLXSLTEntityResolverC::GetInstance().Terminate();
+  return result;
+}
+
+processors::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const std::string &className) {
+  processors::ProcessorProbe probe;
+  if (!EnsureJava("probe")) {
+    probe.error = problem;
+    return probe;
+  }
+  const bool returned = RunInJava([&](JNIEnv &java) {
+    auto fields = static_cast<jobjectArray>(
+        java.CallObjectMethod(methods.layer, methods.probe, machine->MakeString(className.c_str())));
+    if (!fields)
+      return;
+    const auto field = [&](jsize index) {
+      return processors::ReadString(&java, static_cast<jstring>(java.GetObjectArrayElement(fields, index)));
+    };
+    probe = {field(0), field(1), field(2), field(3)};
+  });
+  if (!returned)
+    probe.error = problem;
+  return probe;
+}
+
+void XSLTManagedLayer::ShutDown() {
+  if (!machine || isParked)
+    return;
+  isParked = pump.RunOnJava([this] { machine->Park(); });
+  pump.Stop();
+  if (!isParked) {
+    (void)machine.release(); // its thread is lost; the process ends soon
+    problem = "Java has been shut down.";
+    return;
+  }
+  // A process cannot make a second machine, and a host may start its clients anew: this one goes with the process. One
+  // that is in use again by then is left alone: to destroy it would be to wait for its thread for ever.
+  static const bool isLeft = std::atexit([] {
+                               if (XSLTManagedLayer &layer = GetInstance(); layer.isParked)
+                                 layer.machine.reset();
+                             }) == 0;
+  static_cast<void>(isLeft);
+}
+
+} // namespace VLXSLT

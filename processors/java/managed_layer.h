@@ -1,0 +1,64 @@
+// The processors that run in this process: starts Java when it is first needed, and calls the Java layer on the Java
+// thread. One per process, on the host's thread.
+#ifndef PROCESSORS_JAVA_MANAGED_LAYER_H
+#define PROCESSORS_JAVA_MANAGED_LAYER_H
+
+#include "processors/java/java_machine.h"
+#include "processors/java/java_pump.h"
+#include "processors/processor.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace VLXSLT {
+
+class XSLTManagedLayer final : public processors::Processor {
+public:
+  [[nodiscard]] static XSLTManagedLayer &GetInstance();
+
+  void SetClassPath(const std::string &given) override;
+  [[nodiscard]] bool SetTransformer(const std::string &className) override;
+  [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
+  [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const std::string &className) override;
+  void ShutDown() override;
+
+private:
+  XSLTManagedLayer() = default;
+
+  // Methods of the Java layer; the machine keeps the classes loaded.
+  struct Methods {
+    jobject layer = nullptr; // global
+    jmethodID transform = nullptr;
+    jmethodID setTransformer = nullptr;
+    jmethodID probe = nullptr;
+    jmethodID setClassPath = nullptr;
+  };
+
+  // `purpose` tells apart what is worth a class archive of its own.
+  [[nodiscard]] bool EnsureJava(const std::string &purpose);
+  void StartOnJava(const processors::MachineSetup &setup);
+  [[nodiscard]] bool ConnectLayer();
+  void ResumeOnJava();
+  void HandOverClassPath();
+  [[nodiscard]] bool FindMethods(JNIEnv *java, jclass type);
+  void NameMissingEntries() const;
+  // Runs on the Java thread with the machine; a pending exception becomes a message. False when Java is gone.
+  template <class Body> bool RunInJava(Body body);
+  void NoteLoss();
+
+  std::string classPath;
+  std::vector<std::string> jarsFromStart;
+  processors::JavaPump pump;
+  std::unique_ptr<processors::JavaMachine> machine; // made and destroyed on the Java thread
+  Methods methods;
+  std::string problem; // why Java cannot be used; asked for again every time
+  bool isStarted = false;
+  bool isParked = false; // between a shutdown and the next use
+  bool hasNewClassPath = false;
+};
+
+} // namespace VLXSLT
+
+#endif

@@ -1,0 +1,13 @@
+// Where the client's shared object lies; its jar and its parser lie beside it.
+#ifndef PROCESSORS_JAVA_OWN_FOLDER_H
+#define PROCESSORS_JAVA_OWN_FOLDER_H
+
+#include <string>
+
+namespace processors {
+
+[[nodiscard]] std::string OwnFolder();
+
+} // namespace processors
+
+#endif

@@ -1,0 +1,18 @@
+#include "processors/java/own_folder.h"
+
+#include "kit/paths.h"
+
+#include <dlfcn.h>
+
+namespace processors {
+
+std::string OwnFolder() {
+  // Any object of ours tells which file it was loaded from.
+  static const char here = 0;
+  Dl_info info{};
+  if (dladdr(&here, &info) == 0 || !info.dli_fname)
+    return ".";
+  return kit::FolderOf(kit::AbsolutePath(info.dli_fname));
+}
+
+} // namespace processors

@@ -1,0 +1,95 @@
+// The client's texts, by id, from its embedded resources. Ids and texts are those of the string table in
+// resources/XSLT.rc. Host's thread only, like everything in the client.
+#ifndef REPORT_MESSAGES_H
+#define REPORT_MESSAGES_H
+
+#include "kit/resources.h"
+
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace report {
+
+enum class MessageId : uint16_t {
+  SelectXslFile = 18000,
+  XslFilter = 18001,
+  XmlFilter = 18002,
+  Defaults = 18003,
+  ChooseTransformationTitle = 18004,
+  ManageTransformationsTitle = 18005,
+  TransformationNotDeleted = 18006,
+  DeleteSelectedTransformation = 18007,
+  SelectTransformationFile = 18008,
+  NewTransformationTitle = 18009,
+  EditTransformationTitle = 18010,
+  XsltProcessors = 18011,
+  BrowseFolder = 18012,
+  SaveTransformationFile = 18013,
+  RequiredFieldsMissing = 18014,
+  Choices = 18015,
+  ReplaceTransformation = 18016,
+  InvalidCommand = 18017,
+  NoActiveDocument = 18018,
+  TransformationNotFound = 18019,
+  TransformationNotFoundForApplication = 18020,
+  TransformationNotFoundInFile = 18021,
+  CannotApplyToBook = 18022,
+  NoActiveBookOrMap = 18023,
+  CannotSaveTransformationFile = 18024,
+  FolderNotWritable = 18025,
+  FolderMissing = 18026,
+  OutputReadOnly = 18027,
+  OutputOpenElsewhere = 18028,
+  ProviderNotFound = 18029,
+  ProcessorNotFound = 18030,
+  ProcessorNotFoundCreateAnyway = 18031,
+  NoInputs = 18032,
+  OverwriteExistingFile = 18033,
+  LogInput = 18034,
+  LogXsl = 18035,
+  LogXslFromPi = 18036,
+  LogOutput = 18037,
+  LogTitle = 18038,
+  LogProcessorMessages = 18039,
+  DiagnosticWarning = 18040,
+  DiagnosticError = 18041,
+  DiagnosticFatalError = 18042,
+  TransformationAborted = 18043,
+  TransformationSuccessful = 18044,
+  OutputCountMismatch = 18045,
+  SaveDocumentFirst = 18046,
+  FileMissing = 18047,
+  NotATransformationFile = 18048,
+  CreateMissingFile = 18049,
+  NothingToRun = 18050,
+  InvalidStylesheetParams = 18051,
+  InputFolderMissing = 18052,
+  NameTitle = 18053,
+  ExpressionTitle = 18054,
+  XslNotSpecified = 18055,
+  OutputFolderNotSpecified = 18056,
+  TransformationXslMissing = 18057,
+  SaveOutputFile = 18058,
+  NoValue = 18061,
+  SchemaMissing = 18140,
+  EntitiesTooLarge = 18141,
+  CannotHoldCharacter = 18142,
+  TransformationFileNotWritten = 18143,
+};
+
+// The embedded image, valid for the life of the client.
+[[nodiscard]] kit::Resources::Bytes ResourceImage();
+// The reader over that image.
+[[nodiscard]] const kit::Resources &ClientResources();
+
+// At most kit::longestText bytes of the text; empty when there is none.
+[[nodiscard]] std::string LoadMessage(MessageId id);
+// The text with %0, %1, … replaced by the values in order.
+[[nodiscard]] std::string FormatMessage(MessageId id, std::initializer_list<std::string_view> values);
+
+} // namespace report
+
+#endif

@@ -1,0 +1,26 @@
+// Stands in for the Java processors where a test needs thousands of runs, or a failure at a chosen moment. It
+// "transforms" by writing the input's text behind the stylesheet's.
+#ifndef TESTS_UNIT_FAKE_PROCESSOR_H
+#define TESTS_UNIT_FAKE_PROCESSOR_H
+
+#include "processors/processor.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+class FakeProcessor : public processors::Processor {
+public:
+  void SetClassPath(const std::string &given) override { classPath = given; }
+  [[nodiscard]] bool SetTransformer(const std::string &className) override { return classes.contains(className); }
+  [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
+  [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const std::string &) override { return {}; }
+  void ShutDown() override {}
+
+  std::string classPath;
+  std::set<std::string> classes; // the ones that load
+  std::set<std::string> failing; // inputs whose transformation fails
+  std::vector<processors::Job> jobs;
+};
+
+#endif
