@@ -45,7 +45,8 @@ class IncludeRules(unittest.TestCase):
         "tests/unit/jni_test.cpp": ("#include <jni.h>\n", "tests/unit/jni_test.cpp:1: jni.h belongs in processors/java/"),
         "report/up.cpp": ('#include "../host/front.h"\n',
                           "report/up.cpp:1: includes name the path from the root, without .."),
-        "host/near.cpp": ('#include "front.h"\n', "host/near.cpp:1: write the path from the root: host/front.h"),
+        "host/fronts/near.cpp": ('#include "front.h"\n',
+                                "host/fronts/near.cpp:1: write the path from the root: host/fronts/front.h"),
         "host/CMakeLists.txt": ("add_library(vlxslt_host a.cpp)\ntarget_link_libraries(vlxslt_host PUBLIC\n"
                                 "  vlxslt_kit vlxslt_client)\n", "host/CMakeLists.txt:2: host may not link client"),
         "client/CMakeLists.txt": ("target_link_libraries(vlxslt_client PUBLIC XercesC::XercesC)\n",
