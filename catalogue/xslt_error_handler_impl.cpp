@@ -26,7 +26,7 @@ void XSLTErrorHandlerImpl::Take(Report report, const xercesc::SAXParseException 
   const std::string named = ToUtf8(problem.getSystemId());
   (XSLTErrorHandler::GetInst().*
    report)(ToUtf8(problem.getMessage()).c_str(), nullptr, (named.empty() ? file : named).c_str(),
-           static_cast<int32_t>(problem.getLineNumber()), static_cast<int32_t>(problem.getColumnNumber()));
+           static_cast<int32_t>(problem.getLineNumber()), static_cast<int32_t>(problem.getColumnNumber()), nullptr);
 }
 
 void XSLTErrorHandlerImpl::warning(const xercesc::SAXParseException &problem) {

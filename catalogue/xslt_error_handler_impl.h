@@ -31,7 +31,8 @@ public:
 
 private:
   bool errorsSeen = false;
-  using Report = void (report::XSLTErrorHandler::*)(const char *, const char *, const char *, int32_t, int32_t);
+  using Report = void (report::XSLTErrorHandler::*)(const char *, const char *, const char *, int32_t, int32_t,
+                                                    const char *);
   void Take(Report report, const xercesc::SAXParseException &problem);
 
   Diagnostics diagnostics = Diagnostics::Report;

@@ -34,17 +34,17 @@ XSLTErrorHandler &XSLTErrorHandler::GetInst() {
 }
 
 void XSLTErrorHandler::ReportFatalError(const char *message, const char *, const char *systemId, int32_t line,
-                                        int32_t column) {
+                                        int32_t column, const char *) {
   Report(MessageId::DiagnosticFatalError, message, systemId, line, column);
 }
 
 void XSLTErrorHandler::ReportError(const char *message, const char *, const char *systemId, int32_t line,
-                                   int32_t column) {
+                                   int32_t column, const char *) {
   Report(MessageId::DiagnosticError, message, systemId, line, column);
 }
 
-void XSLTErrorHandler::ReportWarn(const char *message, const char *, const char *systemId, int32_t line,
-                                  int32_t column) {
+void XSLTErrorHandler::ReportWarn(const char *message, const char *, const char *systemId, int32_t line, int32_t column,
+                                  const char *) {
   Report(MessageId::DiagnosticWarning, message, systemId, line, column);
 }
 

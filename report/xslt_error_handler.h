@@ -12,10 +12,14 @@ public:
   virtual ~XSLTErrorHandler() = default;
 
   // The system identifier is shown as a platform path where it is one; the public identifier is not shown. Strings may
-  // be null. Line and column are printed as given, -1 included.
-  void ReportFatalError(const char *message, const char *publicId, const char *systemId, int32_t line, int32_t column);
-  void ReportError(const char *message, const char *publicId, const char *systemId, int32_t line, int32_t column);
-  void ReportWarn(const char *message, const char *publicId, const char *systemId, int32_t line, int32_t column);
+  // be null. `code` is the processor's own for the problem, as "XTDE0030". Line and column are printed as given, -1
+  // included.
+  void ReportFatalError(const char *message, const char *publicId, const char *systemId, int32_t line, int32_t column,
+                        const char *code = nullptr);
+  void ReportError(const char *message, const char *publicId, const char *systemId, int32_t line, int32_t column,
+                   const char *code = nullptr);
+  void ReportWarn(const char *message, const char *publicId, const char *systemId, int32_t line, int32_t column,
+                  const char *code = nullptr);
   // Nothing for an empty or null message.
   void ReportMessage(const char *message);
 };
