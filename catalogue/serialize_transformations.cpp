@@ -32,7 +32,7 @@ void Report(const std::string &message) { XSLTErrorHandler::GetInst().ReportMess
 
 // The first thing in the text that XML has no way to hold, described; empty when there is none.
 std::string FindUnwritable(const std::string &text) {
-  const auto wide = ToUtf16(text);
+  const auto wide = kit::ToUtf16Strict(text);
   if (!wide)
     return "not UTF-8";
   for (const char16_t unit : *wide) {
@@ -71,8 +71,6 @@ bool CheckWritable(const Transformation &record) {
 
 // ---- The document
 
-std::u16string Wide(std::string_view text) { return ToUtf16(text).value_or(std::u16string()); }
-
 DOMElement &AppendElement(DOMElement &parent, const char16_t *name) {
   return *static_cast<DOMElement *>(parent.appendChild(parent.getOwnerDocument()->createElement(name)));
 }
@@ -80,7 +78,7 @@ DOMElement &AppendElement(DOMElement &parent, const char16_t *name) {
 // An empty text still stands in the element, so that it is written with a start and an end tag.
 DOMElement &AppendText(DOMElement &parent, const char16_t *name, std::string_view text = {}) {
   DOMElement &element = AppendElement(parent, name);
-  element.appendChild(parent.getOwnerDocument()->createTextNode(Wide(text).c_str()));
+  element.appendChild(parent.getOwnerDocument()->createTextNode(ToUtf16(text).c_str()));
   return element;
 }
 
@@ -89,8 +87,8 @@ void WriteParameters(DOMElement &parent, const std::vector<std::string> &paramet
   for (size_t at = 0; at < parameters.size(); at += 2) {
     const std::string_view expression = at + 1 < parameters.size() ? parameters[at + 1] : std::string_view();
     DOMElement &parameter = AppendElement(element, u"Parameter");
-    parameter.setAttribute(u"expression", Wide(expression == noValue ? std::string_view() : expression).c_str());
-    parameter.setAttribute(u"name", Wide(parameters[at]).c_str());
+    parameter.setAttribute(u"expression", ToUtf16(expression == noValue ? std::string_view() : expression).c_str());
+    parameter.setAttribute(u"name", ToUtf16(parameters[at]).c_str());
   }
 }
 
@@ -103,7 +101,7 @@ void WriteOutputLocation(DOMElement &parent, const TransformationOutput &output)
     AppendText(parent, u"DirPath", output.dirPath);
     break;
   case OutputLocationKind::SameLocationAsSource:
-    AppendText(parent, u"SameLocationAsSource").setAttribute(u"suffix", Wide(output.suffix).c_str());
+    AppendText(parent, u"SameLocationAsSource").setAttribute(u"suffix", ToUtf16(output.suffix).c_str());
     break;
   default:
     AppendText(parent, u"Prompt");

@@ -3,6 +3,7 @@
 #include "catalogue/location.h"
 #include "client/output_placement.h"
 #include "client/run_files.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 #include "kit/values.h"
@@ -74,7 +75,7 @@ public:
 
 private:
   [[nodiscard]] std::vector<std::string> FilterInputs() const {
-    if (request.applicationName.empty() || kit::EqualsIgnoreCase(request.applicationName, catalogue::defaultsName))
+    if (request.applicationName.empty() || kit::EqualsIgnoreCase(request.applicationName, kit::defaultsName))
       return request.inputs;
     std::vector<std::string> kept;
     for (const std::string &input : request.inputs)
@@ -141,8 +142,8 @@ RunResult RunCatalogueTransformation(const RunRequest &request, processors::Proc
   ReportUsage("XSLTRun_Transformation");
   const bool byFile = !request.transformationFile.empty();
   ReportUsage(byFile ? "XSLTRun_DefOrUserSpecifiedTrFile" : "XSLTRun_AppTrFile");
-  auto found = byFile ? catalogue::GetFileTransformation(request.transformationFile, request.transformationName)
-                      : catalogue::GetApplicationTransformation(request.applicationName, request.transformationName);
+  auto found =
+      catalogue::GetTransformation(request.transformationFile, request.applicationName, request.transformationName);
   // Validation found it a moment ago; somebody may have changed the file since.
   if (!found) {
     report::AppendMessage(MessageId::TransformationNotFound, {request.transformationName});

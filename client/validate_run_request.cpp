@@ -91,9 +91,8 @@ RequestCheck DropMissingInputs(RunRequest &request) {
 
 RequestCheck CheckTransformation(const RunRequest &request) {
   const bool byFile = !request.transformationFile.empty();
-  const auto found = byFile
-                         ? catalogue::GetFileTransformation(request.transformationFile, request.transformationName)
-                         : catalogue::GetApplicationTransformation(request.applicationName, request.transformationName);
+  const auto found =
+      catalogue::GetTransformation(request.transformationFile, request.applicationName, request.transformationName);
   if (!found && byFile)
     return Refuse(MessageId::TransformationNotFoundInFile, {request.transformationName, request.transformationFile});
   if (!found)

@@ -116,6 +116,10 @@ enum { V_ALERT_PLAIN = 0, V_ALERT_YES_NO = 1, V_ALERT_YES_NO_DEFAULT_NO = 2, V_A
 enum { V_ANSWER_DECLINE = 0, V_ANSWER_PROCEED = 1 }; /* No or Cancel; Yes or OK */
 enum { V_CHOOSE_OPEN = 0, V_CHOOSE_FOLDER = 1, V_CHOOSE_SAVE = 2 };
 
+/* How a transformation saves its outputs, and opens them. */
+enum { V_SAVE_NOT = 0, V_SAVE_WHERE_ASKED = 1, V_SAVE_IN_FOLDER = 2, V_SAVE_BESIDE_INPUT = 3 };
+enum { V_OPEN_NOT = 0, V_OPEN_IN_HOST = 1, V_OPEN_BY_DEFAULT = 2 };
+
 /* Which components a walk yields beside the local, processed ones. */
 enum { V_WALK_EXTERNAL = 1, V_WALK_RESOURCE_ONLY = 2, V_WALK_ALL = 3 };
 

@@ -2,6 +2,7 @@
 
 #include "host/applications.h"
 #include "host/cli/printing.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 
@@ -106,7 +107,7 @@ std::string PlaceByPolicy(const Configuration &configuration, const Transformati
 }
 
 bool IsTakenBy(const Configuration &configuration, const std::string &application, const std::string &input) {
-  if (application.empty() || kit::EqualsIgnoreCase(application, host::defaultsName))
+  if (application.empty() || kit::EqualsIgnoreCase(application, kit::defaultsName))
     return true;
   const std::vector<std::string> names = host::FindApplications(configuration, input);
   return std::ranges::find(names, application) != names.end();
