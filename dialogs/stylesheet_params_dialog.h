@@ -12,7 +12,6 @@ namespace dialogs {
 struct Parameter {
   std::string name;
   std::string expression;
-  bool keepsName = false; // the grid lets nobody change the name
 
   bool operator==(const Parameter &) const = default;
 };
