@@ -34,7 +34,7 @@ void Report(const std::string &message) { XSLTErrorHandler::GetInst().ReportMess
 std::string FindUnwritable(const std::string &text) {
   const auto wide = kit::ToUtf16Strict(text);
   if (!wide)
-    return "not UTF-8";
+    return report::LoadMessage(MessageId::NotUtf8);
   for (const char16_t unit : *wide) {
     // Surrogates come in pairs after the conversion.
     if ((unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r') || unit >= 0xFFFE) {
@@ -47,22 +47,23 @@ std::string FindUnwritable(const std::string &text) {
 }
 
 struct Field {
-  std::string_view name;
+  MessageId name;
   const std::string &text;
 };
 
 // Caught here, because the serializer would write it and no reader would take the file again.
 bool CheckWritable(const Transformation &record) {
-  std::vector<Field> fields = {{"name", record.name},
-                               {"XSL file", record.xslPath},
-                               {"processor", record.processor},
-                               {"output folder", record.output.dirPath},
-                               {"suffix", record.output.suffix}};
+  std::vector<Field> fields = {{MessageId::FieldName, record.name},
+                               {MessageId::FieldXsl, record.xslPath},
+                               {MessageId::FieldProcessor, record.processor},
+                               {MessageId::FieldFolder, record.output.dirPath},
+                               {MessageId::FieldSuffix, record.output.suffix}};
   for (const std::string &parameter : record.parameters)
-    fields.push_back({"parameter list", parameter});
+    fields.push_back({MessageId::FieldParameters, parameter});
   for (const Field &field : fields) {
     if (const std::string problem = FindUnwritable(field.text); !problem.empty()) {
-      Report(report::FormatMessage(MessageId::CannotHoldCharacter, {record.name, field.name, problem}));
+      Report(report::FormatMessage(MessageId::CannotHoldCharacter,
+                                   {record.name, report::LoadMessage(field.name), problem}));
       return false;
     }
   }
@@ -192,7 +193,7 @@ std::optional<std::string> SerializeTransformations(const TransformationList &li
   } catch (const xercesc::DOMException &exception) {
     reason = ToUtf8(exception.getMessage());
   } catch (const xercesc::OutOfMemoryException &) {
-    reason = "out of memory";
+    reason = report::LoadMessage(MessageId::OutOfMemory);
   }
   Report(report::FormatMessage(MessageId::TransformationFileNotWritten, {reason}));
   return std::nullopt;

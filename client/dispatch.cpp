@@ -111,6 +111,7 @@ constexpr std::array entries = {
     Entry{"XSLTGetDitamapComponents", AnswerComponents},
     Entry{"VlxsltProcessors", AnswerProcessors},
     Entry{"VlxsltStylesheetParams ", AnswerStylesheetParameters},
+    Entry{"VlxsltListTransformations ", AnswerListing},
     Entry{"VlxsltAddTransformation ", AnswerAdd},
     Entry{"VlxsltEditTransformation ", AnswerEdit},
 };

@@ -21,5 +21,4 @@ add_dependencies(many_requests_test XSLT)
 
 # The program is no library: what works out a command line is compiled in.
 vlxslt_add_unit_test(cli_test SOURCES cli_test.cpp LIBRARIES vlxslt_host)
-target_sources(cli_test PRIVATE ${CMAKE_SOURCE_DIR}/host/cli/run_inputs.cpp
-                                ${CMAKE_SOURCE_DIR}/host/cli/transformation_record.cpp)
+target_sources(cli_test PRIVATE ${CMAKE_SOURCE_DIR}/host/cli/run_inputs.cpp)
