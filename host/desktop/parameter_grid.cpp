@@ -15,9 +15,7 @@ constexpr long gridStyle = wxPG_SPLITTER_AUTO_CENTER;
 bool BeginsLike(const host::GridModel &model, const host::GridModel &shown) {
   return shown.Rows().size() <= model.Rows().size() &&
          std::equal(shown.Rows().begin(), shown.Rows().end(), model.Rows().begin(),
-                    [](const host::GridRow &a, const host::GridRow &b) {
-                      return a.titles == b.titles && a.firstCellEditable == b.firstCellEditable;
-                    });
+                    [](const host::GridRow &a, const host::GridRow &b) { return a.titles == b.titles; });
 }
 
 } // namespace
@@ -118,8 +116,6 @@ void ParameterGrid::AppendRows(const host::GridModel &model) {
       wxPGProperty *property =
           AppendIn(group, new wxStringProperty(ToWx(row.titles[cell]), wxString::Format("%s.%zu", name, cell)));
       property->SetAttribute(wxPG_ATTR_HINT, ToWx(model.NoValueText()));
-      if (cell == 0 && !row.firstCellEditable)
-        property->ChangeFlag(wxPG_PROP_READONLY, true);
     }
   }
 }

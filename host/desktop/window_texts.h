@@ -4,7 +4,6 @@
 
 #include <wx/string.h>
 
-#include <chrono>
 #include <cstddef>
 #include <string>
 
@@ -14,8 +13,6 @@ namespace desktop {
 [[nodiscard]] wxString ToWx(const std::string &text);
 [[nodiscard]] std::string FromWx(const wxString &text);
 
-// "about 2 min left"; empty before there is anything to judge by.
-[[nodiscard]] wxString DescribeTimeLeft(std::chrono::steady_clock::duration spent, int done, int left);
 // The home folder as "~", so that the end of a path stays in sight.
 [[nodiscard]] wxString ShortenPath(const std::string &path);
 

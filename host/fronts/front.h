@@ -4,6 +4,7 @@
 #define HOST_FRONTS_FRONT_H
 
 #include "host/record/run_event.h"
+#include "kit/vdk.h"
 
 #include <cstdint>
 #include <functional>
@@ -16,8 +17,13 @@ namespace host {
 class DialogHand;
 class DialogModel;
 
-enum class AlertKind : int32_t { Plain = 0, YesNo = 1, YesNoDefaultNo = 2, OkCancel = 3 };
-enum class ChooserKind : int32_t { Open = 0, Folder = 1, Save = 2 };
+enum class AlertKind : int32_t {
+  Plain = V_ALERT_PLAIN,
+  YesNo = V_ALERT_YES_NO,
+  YesNoDefaultNo = V_ALERT_YES_NO_DEFAULT_NO,
+  OkCancel = V_ALERT_OK_CANCEL
+};
+enum class ChooserKind : int32_t { Open = V_CHOOSE_OPEN, Folder = V_CHOOSE_FOLDER, Save = V_CHOOSE_SAVE };
 enum class Answer { Decline, Proceed };
 
 struct FileChooser {
