@@ -1,0 +1,255 @@
+#!/usr/bin/env python3
+"""Kills recorded runs and repeats what is left; validates SARIF.
+
+usage: test_run_record.py --build FOLDER [--seed NUMBER]
+
+A run is killed when its record has reached a random length, or in the middle of a random job. Then every line of the
+record must be whole, and --retry must do the rest and only the rest. SARIF is checked against the schema, which is
+taken from VLXSLT_SCHEMAS or from shared/schemas beside the checkout. Exit status: 0 all is well, 1 something is not,
+77 the schema or python3-jsonschema is missing, and all else is well.
+"""
+
+import argparse
+import json
+import os
+import random
+import shutil
+import signal
+import subprocess
+import sys
+import time
+
+import run_cases
+
+INPUTS = 24
+ROUNDS = 3
+SKIPPED = 77
+SECONDS = 120
+
+STYLESHEET = """\
+<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
+  <xsl:param name="rounds"/>
+  <xsl:template match="/doc">
+    <xsl:message>busy with <xsl:value-of select="@number"/></xsl:message>
+    <page number="{@number}"><xsl:call-template name="grow"/></page>
+  </xsl:template>
+  <xsl:template name="grow">
+    <xsl:param name="left" select="number($rounds)"/>
+    <xsl:if test="$left &gt; 0">
+      <xsl:for-each select="//row"><row><xsl:value-of select="position() * $left"/></row></xsl:for-each>
+      <xsl:call-template name="grow"><xsl:with-param name="left" select="$left - 1"/></xsl:call-template>
+    </xsl:if>
+  </xsl:template>
+  <xsl:template match="/wrong"><xsl:message terminate="yes">stopped</xsl:message></xsl:template>
+</xsl:stylesheet>
+"""
+
+
+class Failure(Exception):
+    """Something is not as it must be."""
+
+
+def check(holds, text):
+    if not holds:
+        raise Failure(text)
+
+
+def read_files(folder):
+    """The outputs by name; what is not whole yet has a name of its own."""
+    files = {}
+    for name in os.listdir(folder) if os.path.isdir(folder) else ():
+        if not name.startswith(".vlxslt-"):
+            with open(os.path.join(folder, name), "rb") as file:
+                files[name] = file.read()
+    return files
+
+
+class Bench:
+    """A folder with inputs, a configuration, and the command line."""
+
+    def __init__(self, build):
+        self.top = os.path.join(os.path.abspath(build), "tests", "work", "run record ü")
+        self.vlxslt = os.path.join(os.path.abspath(build), "bin", "vlxslt")
+        shutil.rmtree(self.top, ignore_errors=True)
+        os.makedirs(self.path("in"))
+        os.makedirs(self.path("tmp"))
+        processors = os.path.join(os.path.abspath(build), "share", "vlxslt", "processors")
+        self.write("vlxslt.toml", run_cases.DEFAULT_CONFIGURATION.replace("${PROCESSORS}", processors))
+        self.write("page.xsl", STYLESHEET)
+        for number in range(INPUTS):
+            self.write(f"in/{number:02}.xml", f'<doc number="{number}">' + "<row/>" * 200 + "</doc>")
+        self.environment = {"PATH": os.environ["PATH"], "HOME": self.path("home"), "TMPDIR": self.path("tmp"), "TERM": "dumb",
+                            "XDG_CACHE_HOME": os.path.join(os.path.abspath(build), "tests", "cache"),
+                            "LC_ALL": "C.UTF-8", "VLXSLT_CONFIG": self.path("vlxslt.toml")}
+        for name in run_cases.KEPT_VARIABLES:
+            if name in os.environ:
+                self.environment[name] = os.environ[name]
+
+    def path(self, name):
+        return os.path.join(self.top, name)
+
+    def write(self, name, text):
+        with open(self.path(name), "w", encoding="utf-8") as file:
+            file.write(text)
+
+    def start(self, *arguments):
+        with open(self.path("console"), "wb") as console:
+            return subprocess.Popen([self.vlxslt, "run", *arguments], cwd=self.top, env=self.environment,
+                                    stdin=subprocess.DEVNULL, stdout=console, stderr=console)
+
+    def run(self, *arguments):
+        """The exit code."""
+        return self.start(*arguments).wait(SECONDS)
+
+    def arguments(self, output):
+        return ["in", "--xsl", "page.xsl", "-p", "rounds=120", "-o", output + "/"]
+
+    def read_record(self, name):
+        """Its objects; every line must be whole."""
+        with open(self.path(name), "rb") as file:
+            content = file.read()
+        check(content.endswith(b"\n"), f"the last line of {name} is torn: {content[-80:]}")
+        objects = [json.loads(line) for line in content.decode().splitlines()]
+        check(objects[0]["type"] == "run", f"{name} does not begin with the run")
+        check(all(each["type"] == "job" for each in objects[1:-1]), f"{name} holds something else than jobs")
+        return objects
+
+    def kill_at(self, process, is_reached):
+        """Kills the process as soon as that holds. False when the process was faster."""
+        end = time.monotonic() + SECONDS
+        while not is_reached():
+            if process.poll() is not None:
+                return False
+            check(time.monotonic() < end, "the moment to kill the process never came")
+        process.send_signal(signal.SIGKILL)
+        process.wait()
+        return True
+
+    def holds_lines(self, name, count):
+        def is_reached():
+            try:
+                with open(self.path(name), "rb") as file:
+                    return file.read().count(b"\n") >= count
+            except FileNotFoundError:
+                return False
+        return is_reached
+
+    def says(self, text):
+        def is_reached():
+            with open(self.path("console"), "rb") as file:
+                return text.encode() in file.read()
+        return is_reached
+
+
+def done_of(objects):
+    return {os.path.basename(each["input"]) for each in objects if each["type"] == "job" and each["status"] == "done"}
+
+
+def kill_one_run(bench, chance, expected, number):
+    """One run, killed, repeated with another kill in between, and finished. False when it was too fast to be killed."""
+    output, record = f"out-{number}", f"run-{number}.jsonl"
+    process = bench.start(*bench.arguments(output), "--record", record)
+    left = {f"{each:02}.xml" for each in range(INPUTS)}
+    for _ in range(2):
+        goal = chance.randint(1, max(1, len(left) * 2 // 3))
+        if chance.random() < 0.5:
+            moment, is_reached = f"line {goal} of the record", bench.holds_lines(record, goal)
+        else:
+            busy = sorted(left)[goal - 1].removesuffix(".xml")
+            moment, is_reached = f"job of input {busy}", bench.says(f"busy with {int(busy)}\n")
+        if not bench.kill_at(process, is_reached):
+            print(f"  was over before {moment}")
+            return False
+        objects = bench.read_record(record)
+        done = done_of(objects)
+        print(f"  killed at {moment}: {len(done)} of {len(left)} jobs recorded")
+        check(done <= left, f"repeated: {sorted(done - left)}")
+        outputs = read_files(bench.path(output))
+        check(all(outputs[name] == expected[name] for name in outputs), "an output is not what it should be")
+        check(done <= outputs.keys(), f"recorded, but not there: {sorted(done - outputs.keys())}")
+        left -= done
+        before = {name: os.stat(bench.path(os.path.join(output, name))).st_ino for name in done}
+        process = bench.start("--retry", record, "--record", record, "--yes")
+        # From now on the record is that of the retry.
+        wait_for(process, bench.says("busy with"))
+    check(process.wait(SECONDS) == 0, "the last retry failed")
+    objects = bench.read_record(record)
+    check(objects[-1]["type"] == "end" and objects[-1]["exit"] == 0, "the record has no end")
+    check(done_of(objects) == left, f"repeated {sorted(done_of(objects))} where {sorted(left)} was left")
+    check(read_files(bench.path(output)) == expected, "the outputs differ from those of an undisturbed run")
+    for name, inode in before.items():
+        check(os.stat(bench.path(os.path.join(output, name))).st_ino == inode, f"{name} was written again")
+    return True
+
+
+def wait_for(process, is_reached):
+    while not is_reached() and process.poll() is None:
+        time.sleep(0.001)
+
+
+def test_kills(bench, chance):
+    check(bench.run(*bench.arguments("whole"), "--record", "whole.jsonl") == 0, "the undisturbed run failed")
+    expected = read_files(bench.path("whole"))
+    check(len(expected) == INPUTS, "the undisturbed run wrote too little")
+    killed = [kill_one_run(bench, chance, expected, number) for number in range(ROUNDS)]
+    check(any(killed), "no run was slow enough to be killed")
+
+
+def find_schema():
+    beside = os.path.join(os.path.dirname(run_cases.ROOT), "shared", "schemas")
+    for folder in (os.environ.get("VLXSLT_SCHEMAS"), beside):
+        path = os.path.join(folder or "", "sarif-2.1.0.json")
+        if folder and os.path.exists(path):
+            with open(path, encoding="utf-8") as file:
+                return json.load(file)
+    return None
+
+
+def test_sarif(bench):
+    """0 or 77."""
+    bench.write("in/wrong.xml", "<wrong/>")
+    bench.write("in/cut.xml", "<doc>")
+    bench.write("in/blank ü%.xml", "<doc>&none;</doc>")
+    code = bench.run(*bench.arguments("with wrong"), "--sarif", "run.sarif")
+    check(code == 1, f"the run ended with {code}")
+    with open(bench.path("run.sarif"), encoding="utf-8") as file:
+        sarif = json.load(file)
+    results = sarif["runs"][0]["results"]
+    check(len(results) >= 3, f"only {len(results)} results")
+    try:
+        import jsonschema
+    except ImportError:
+        print("SKIPPED: python3-jsonschema is missing; SARIF was not validated")
+        return SKIPPED
+    schema = find_schema()
+    if schema is None:
+        print("SKIPPED: sarif-2.1.0.json is missing, set VLXSLT_SCHEMAS to its folder; SARIF was not validated")
+        return SKIPPED
+    validator = jsonschema.Draft7Validator(schema, format_checker=jsonschema.FormatChecker())
+    errors = [f"{list(error.absolute_path)}: {error.message}" for error in validator.iter_errors(sarif)]
+    check(not errors, "SARIF is not valid:\n" + "\n".join(errors))
+    # The check itself must be able to fail.
+    results[0]["level"] = "bad"
+    check(not validator.is_valid(sarif), "the schema accepts everything")
+    return 0
+
+
+def main(arguments):
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--build", required=True)
+    parser.add_argument("--seed", type=int, default=random.randrange(1 << 32))
+    options = parser.parse_args(arguments)
+    print(f"seed {options.seed}", flush=True)
+    bench = Bench(options.build)
+    try:
+        test_kills(bench, random.Random(options.seed))
+        status = test_sarif(bench)
+    except Failure as failure:
+        print(f"FAILED: {failure}; see {bench.top}")
+        return 1
+    shutil.rmtree(bench.top)
+    return status
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
