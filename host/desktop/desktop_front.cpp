@@ -38,7 +38,8 @@ host::Answer ShowAlert(host::AlertKind kind, const std::string &text) {
   return pressed == wxID_YES || pressed == wxID_OK ? host::Answer::Proceed : host::Answer::Decline;
 }
 
-// "Name|pattern|Name|pattern|": the toolkit wants no bar at the end, and "*.*" would leave out names without a dot.
+// From "Name|pattern|Name|pattern|": the toolkit allows no bar at the end, and "*.*" does not match names without a
+// dot.
 wxString WildcardOf(std::string filter) {
   if (filter.ends_with('|'))
     filter.pop_back();
@@ -68,7 +69,7 @@ void PrintLines(const std::vector<std::string> &lines) {
 }
 
 host::Answer DesktopFront::Alert(host::AlertKind kind, const std::string &text) {
-  // Nobody there to ask: nothing is done that would have needed a yes.
+  // AskWindows then declines.
   if (AreWindowsGone())
     PrintLines({text});
   return AskWindows([&] {
@@ -84,15 +85,16 @@ std::optional<std::string> DesktopFront::ChooseFile(const host::FileChooser &cho
 void DesktopFront::RunDialog(host::DialogModel &dialog) {
   hasServedPerson = true;
   ShownDialog shown(dialog);
-  // A dialog that is left open by windows that went away is closed by the host.
+  // When the windows are gone, the host closes the dialog.
   while (dialog.IsOpen() && shown.ServeNext()) {
   }
 }
 
-void DesktopFront::PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogHand &hand)> &player) {
+void DesktopFront::PlayDialog(host::DialogModel &dialog,
+                              const std::function<void(host::DialogDriver &driver)> &player) {
   ShownDialog shown(dialog);
-  const std::unique_ptr<host::DialogHand> hand = shown.MakeHand();
-  player(*hand);
+  const std::unique_ptr<host::DialogDriver> driver = shown.MakeDriver();
+  player(*driver);
 }
 
 void DesktopFront::WriteConsole(std::string_view text) {

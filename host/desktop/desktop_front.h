@@ -36,7 +36,7 @@ public:
   [[nodiscard]] host::Answer Alert(host::AlertKind kind, const std::string &text) override;
   [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &chooser) override;
   void RunDialog(host::DialogModel &dialog) override;
-  void PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogHand &hand)> &player) override;
+  void PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogDriver &driver)> &player) override;
   void WriteConsole(std::string_view text) override;
   void ReportProgress(const host::Progress &progress) override;
   void LaunchOutput(const std::string &path) override;

@@ -1,4 +1,4 @@
-// The open documents; books and maps unfold into their components.
+// The open documents as a tree: below books and maps their components, and beside each how its last run ended.
 #ifndef HOST_DESKTOP_DOCUMENTS_PANEL_H
 #define HOST_DESKTOP_DOCUMENTS_PANEL_H
 

@@ -57,7 +57,7 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
   CreateStatusBar();
   MakePanels();
   RestorePlaces();
-  // A text would take what is dropped on it for its own.
+  // A text control would insert the names of dropped files.
   for (wxWindow *target : {static_cast<wxWindow *>(this), log->Target()})
     target->SetDropTarget(new FileDrop(*this));
   Bind(wxEVT_CLOSE_WINDOW, &Workbench::OnClose, this);
@@ -65,7 +65,7 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
   UpdateCommands();
   host = std::make_unique<WorkbenchHost>(settings, *this,
                                          [this](std::vector<OpenDocument> open) { ShowDocuments(std::move(open)); });
-  // What happened to the files meanwhile is seen on coming back.
+  // Files may have changed while another window was active.
   Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
     if (event.GetActive())
       NoteEvent("active", "workbench");
@@ -97,7 +97,7 @@ void Workbench::MakePanels() {
     splitter->SetMinimumPaneSize(FromDIP(120));
   columns->SplitVertically(documents, rows);
   rows->SplitHorizontally(log, outputs);
-  // Changed ones come from changes of size too; only changing ones are a person's.
+  // CHANGED also comes with changes of size; CHANGING comes only from the user.
   columnsWanted = memory.Read("documents", 430);
   outputsWanted = memory.Read("outputs", 150);
   columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING,
@@ -118,7 +118,7 @@ void Workbench::RestorePlaces() {
   Maximize(memory.Read("maximized", 0) != 0);
 }
 
-// At every change of size, since a window on its way to the screen is tiny at first and pushes the sashes together.
+// At every change of size: a window that is not mapped yet is tiny, which moves the sashes.
 void Workbench::PlaceSashes(wxSizeEvent &event) {
   event.Skip();
   Layout();
@@ -133,8 +133,8 @@ void Workbench::OnClose(wxCloseEvent &event) {
     return;
   }
   RememberPlaces();
-  if (isBusy) // the person's session ends, and nothing holds it up
-    Depart("closed during a run", failedCode, std::chrono::seconds(2));
+  if (isBusy) // the desktop session ends and does not wait
+    ShutDown("closed during a run", host::ExitCode::Failed, std::chrono::seconds(2));
   Destroy();
 }
 
@@ -142,19 +142,19 @@ void Workbench::AskToStop() {
   if (!Confirm("A run is going on. Stop it after the current input, and close?", wxYES_DEFAULT))
     return;
   isClosing = true;
-  // It may have ended while the question stood.
+  // The run may have ended while the question was open.
   if (isBusy)
     CancelRun();
   else
     CallAfter([this] { Close(); });
 }
 
-// A stylesheet may never come to an end.
+// A stylesheet may loop endlessly.
 void Workbench::AskToQuit() {
   if (!Confirm("The current input is not done yet. Quit at once, without its output?", wxNO_DEFAULT) || !isBusy)
     return;
   RememberPlaces();
-  Depart("closed during a run", failedCode, std::chrono::seconds(0));
+  ShutDown("closed during a run", host::ExitCode::Failed, std::chrono::seconds(0));
 }
 
 bool Workbench::Confirm(const wxString &question, long defaultButton) {
@@ -176,7 +176,7 @@ void Workbench::RememberPlaces() {
   memory.Save();
 }
 
-bool Workbench::FinishWithin(std::chrono::seconds longest) { return host->EndWithin(longest); }
+bool Workbench::FinishWithin(std::chrono::seconds maxTime) { return host->EndWithin(maxTime); }
 
 void Workbench::ShowDocuments(std::vector<OpenDocument> open) {
   documents->Show(std::move(open));

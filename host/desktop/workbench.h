@@ -1,5 +1,5 @@
-// The main window: open documents, commands, the log as it arrives, outputs, progress. It only shows; the session is
-// behind WorkbenchHost. While a request is served the window lives, takes Cancel, and everything else waits.
+// The main window: open documents, commands, the log of the runs, their outputs, the progress. The session is behind
+// WorkbenchHost, on another thread. While a request is served the window responds, but only Cancel can be used.
 #ifndef HOST_DESKTOP_WORKBENCH_H
 #define HOST_DESKTOP_WORKBENCH_H
 
@@ -34,8 +34,8 @@ public:
   // The files become open documents, the last one the active one.
   void OpenPaths(const std::vector<std::string> &paths);
 
-  // Stops and ends the session behind; false when that takes longer. No window is touched.
-  [[nodiscard]] bool FinishWithin(std::chrono::seconds longest);
+  // Cancels the run and ends the session; false when that takes longer. Touches no window.
+  [[nodiscard]] bool FinishWithin(std::chrono::seconds maxTime);
 
   // What the commands do.
   void AskForFiles();
@@ -87,10 +87,10 @@ private:
   wxSplitterWindow *columns = nullptr;
   wxSplitterWindow *rows = nullptr;
 
-  int columnsWanted = 0; // widths and heights as the person left them
+  int columnsWanted = 0; // positions of the sashes as the user left them
   int outputsWanted = 0;
   bool isBusy = false;
-  bool isClosing = false; // as soon as the request is served
+  bool isClosing = false; // closes when the request is served
   std::string lastRun;
   std::string announcedOutput; // named in the log, not written yet
   std::unique_ptr<WorkbenchHost> host;

@@ -26,7 +26,7 @@ struct Command {
   void (Workbench::*act)();
   std::optional<Icon> icon;
   const char *toolLabel;
-  bool beginsGroup = false; // a line stands above it in the menu
+  bool beginsGroup = false; // has a separator above it in the menu
 };
 
 constexpr std::array<const char *, menuCount> menuTitles = {"&File", "&Run", "&Transformations", "&Help"};

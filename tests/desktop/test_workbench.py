@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The workbench: what a person opens, runs, follows and sets there.
+"""The workbench: documents, runs, the log, outputs and preferences.
 
 usage: test_workbench.py --build FOLDER [TEST...]
 """
@@ -49,7 +49,7 @@ class WorkbenchTest(WindowTest):
         strange = self.write("Größe „M“ & more.xml", "<topic/>")
         windows = self.workbench("a.xml")
         self.display.tool("windowmove", "--sync", self.display.find("XSLT Workbench"), "300", "200")
-        # The one of the distribution, whose bindings of the toolkit are a package.
+        # The distribution's Python, which has the GTK bindings.
         source = subprocess.Popen(["/usr/bin/python3", os.path.join(os.path.dirname(__file__), "drag_source.py"),
                                    self.write("b.xml", "<topic/>"), strange],
                                   env=self.display.environment(), stdout=subprocess.PIPE, text=True)
@@ -99,7 +99,7 @@ class WorkbenchTest(WindowTest):
         self.reach(windows, "Preferences")
         self.display.keys("alt+h")
         windows.wait("checked Loads")
-        # Add one that does not load.
+        # A processor that cannot be loaded.
         self.display.keys("alt+a")
         windows.wait("added")
         self.display.type("Missing")
