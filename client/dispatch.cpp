@@ -2,8 +2,9 @@
 
 #include "client/catalogue_requests.h"
 #include "client/open_documents.h"
+#include "client/run_execution.h"
+#include "client/run_plan.h"
 #include "client/run_request.h"
-#include "client/transformation_run.h"
 #include "dialogs/dialogs.h"
 #include "kit/paths.h"
 #include "kit/text.h"
@@ -23,20 +24,58 @@ using kit::TypedValues;
 using processors::Processor;
 using report::MessageId;
 
-int32_t RunStatus(std::string_view text, Processor &processor) {
+int32_t RunStatus(std::string_view options, Processor &processor) {
   RunRequest request;
-  if (ParseRunRequest(text, request) == RequestCheck::Refused || ValidateRunRequest(request) == RequestCheck::Refused)
+  RunPlan plan;
+  if (ParseRunOptions(options, request) == RequestCheck::Refused)
     return V_ERROR_BAD_REQUEST;
-  return RunTransformation(request, processor) == RunResult::Done ? V_ERROR_NONE : V_ERROR_FAILED;
+  if (PlanRun(request, plan) == RequestCheck::Refused || CheckDistinctOutputs(plan) == RequestCheck::Refused) {
+    ReportRefusedRun(plan);
+    return V_ERROR_BAD_REQUEST;
+  }
+  return ExecuteRun(plan, processor) == RunResult::Done ? V_ERROR_NONE : V_ERROR_FAILED;
 }
 
 TypedValues AnswerRun(std::string_view text, Processor &processor) {
-  report::ResetLog(WantsConsole(text.substr(runRequestName.size())));
-  V_ApiSetError(RunStatus(text, processor));
+  const std::string_view options = text.substr(runRequestName.size());
+  report::ResetLog(WantsConsole(options));
+  V_ApiSetError(RunStatus(options, processor));
   TypedValues reply;
   reply.AddInteger(V_ApiGetError());
   reply.AddString(report::LogText());
   report::ResetLog(false);
+  return reply;
+}
+
+constexpr std::string_view planRequestName = "VlxsltPlanRun ";
+
+TypedValues DescribeJob(const RunPlan &plan, const PlannedJob &job, const Foresight &foresight) {
+  TypedValues described;
+  described.AddInteger(job.number);
+  described.AddString(job.input);
+  described.AddString(job.stylesheet);
+  described.AddString(plan.processor);
+  described.AddStrings(plan.parameters);
+  described.AddString(job.output);
+  described.AddStrings(foresight.asks);
+  described.AddInteger(static_cast<int32_t>(foresight.status));
+  described.AddStrings(foresight.problems);
+  return described;
+}
+
+TypedValues AnswerPlan(std::string_view text, Processor &) {
+  report::ResetLog(WantsConsole(text.substr(planRequestName.size())));
+  RunRequest request;
+  RunPlan plan;
+  const bool isAccepted = ParseRunOptions(text.substr(planRequestName.size()), request) == RequestCheck::Accepted &&
+                          PlanRun(request, plan) == RequestCheck::Accepted;
+  V_ApiSetError(isAccepted ? V_ERROR_NONE : V_ERROR_BAD_REQUEST);
+  TypedValues reply;
+  reply.AddInteger(V_ApiGetError());
+  reply.AddString(report::LogText());
+  const std::vector<Foresight> foreseen = Foresee(plan);
+  for (size_t index = 0; index < foreseen.size(); ++index)
+    reply.AddValues(DescribeJob(plan, plan.jobs[index], foreseen[index]));
   return reply;
 }
 
@@ -109,6 +148,7 @@ constexpr std::array entries = {
     Entry{"XSLTAdvanceRunDlg ", AnswerAdvancedRun},
     Entry{"NewTransformationDlg ", AnswerNewTransformation},
     Entry{"XSLTGetDitamapComponents", AnswerComponents},
+    Entry{planRequestName, AnswerPlan},
     Entry{"VlxsltProcessors", AnswerProcessors},
     Entry{"VlxsltStylesheetParams ", AnswerStylesheetParameters},
     Entry{"VlxsltAddTransformation ", AnswerAdd},

@@ -4,8 +4,6 @@
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
 #include "kit/values.h"
-#include "report/transformation_log.h"
-#include "report/xslt_error_handler.h"
 
 #include <filesystem>
 #include <system_error>
@@ -32,33 +30,47 @@ std::string AskForOutput(const std::string &input) {
       .Text();
 }
 
-OutputPlan ThroughTemporary(std::string output, const std::string &input) {
-  OutputPlan plan{std::move(output), {}};
-  if (!plan.output.empty() && !NetLibIsNetFile(plan.output.c_str()))
-    plan.temporary = TemporaryOutput(input);
-  return plan;
+void PlaceAt(PlannedJob &job, std::string output) {
+  job.place = NetLibIsNetFile(output.c_str()) ? OutputPlace::Named : OutputPlace::Replaced;
+  job.output = std::move(output);
 }
 
 } // namespace
 
-OutputPlan PlanOutput(const catalogue::TransformationOutput &policy, const std::string &input) {
+void PlaceByPolicy(const catalogue::TransformationOutput &policy, PlannedJob &job) {
+  const std::string &input = job.input;
   switch (policy.outputLocation) {
   case OutputLocationKind::Prompt:
-    return {AskForOutput(input), {}};
+    job.place = OutputPlace::Asked;
+    return;
   case OutputLocationKind::DirPath: {
     const std::string folder = catalogue::ResolvePath(policy.dirPath, input);
-    if (folder.empty() || input.empty())
-      return {};
-    return ThroughTemporary(kit::JoinPath(folder, kit::FileNameOf(input)), input);
+    PlaceAt(job, folder.empty() || input.empty() ? std::string() : kit::JoinPath(folder, kit::FileNameOf(input)));
+    return;
   }
   case OutputLocationKind::SameLocationAsSource:
-    if (policy.suffix.empty() || input.empty())
-      return ThroughTemporary(input, input);
-    return ThroughTemporary(kit::JoinPath(kit::FolderOf(input), AddSuffix(input, policy.suffix)), input);
+    PlaceAt(job, policy.suffix.empty() || input.empty()
+                     ? input
+                     : kit::JoinPath(kit::FolderOf(input), AddSuffix(input, policy.suffix)));
+    return;
   case OutputLocationKind::DoNotSave:
     break;
   }
-  return {TemporaryOutput(input), {}};
+  job.place = OutputPlace::Temporary;
+}
+
+ChosenOutput ChooseOutput(const PlannedJob &job) {
+  switch (job.place) {
+  case OutputPlace::Asked:
+    return {AskForOutput(job.input), {}};
+  case OutputPlace::Named:
+    return {job.output, {}};
+  case OutputPlace::Replaced:
+    return {job.output, job.output.empty() ? std::string() : TemporaryOutput(job.input)};
+  case OutputPlace::Temporary:
+    break;
+  }
+  return {TemporaryOutput(job.input), {}};
 }
 
 std::string TemporaryOutput(const std::string &input) {
@@ -72,41 +84,39 @@ std::string TemporaryOutput(const std::string &input) {
   return path;
 }
 
-OutputCheck CheckOutput(const std::string &output) {
-  if (output.empty())
-    return OutputCheck::Refused;
-  if (NetLibIsNetFile(output.c_str()))
-    return OutputCheck::Accepted;
+std::optional<MessageId> FindFolderObstacle(const std::string &output) {
   const std::string folder = kit::FolderOf(output);
-  if (!kit::IsFolder(folder)) {
-    report::AppendMessage(MessageId::FolderMissing, {folder});
-    return OutputCheck::Refused;
-  }
-  if (!kit::IsWritable(folder)) {
-    report::AppendMessage(MessageId::FolderNotWritable, {folder});
-    return OutputCheck::Refused;
-  }
-  if (!kit::Exists(output))
-    return OutputCheck::Accepted;
-  const std::string question = report::FormatMessage(MessageId::OverwriteExistingFile, {output});
-  if (V_ApiAlert(question.c_str(), V_ALERT_OK_CANCEL) != V_ANSWER_PROCEED)
-    return OutputCheck::Refused;
-  if (!kit::IsFile(output) || !kit::IsWritable(output)) {
-    report::AppendMessage(MessageId::OutputReadOnly, {output});
-    return OutputCheck::Refused;
-  }
-  return OutputCheck::Accepted;
+  if (!kit::IsFolder(folder))
+    return MessageId::FolderMissing;
+  return kit::IsWritable(folder) ? std::nullopt : std::optional(MessageId::FolderNotWritable);
 }
 
-bool ReplaceOutput(const std::string &temporary, const std::string &output) {
+bool IsProtected(const std::string &output) { return !kit::IsFile(output) || !kit::IsWritable(output); }
+
+OutputCheck CheckOutput(const std::string &output) {
+  if (output.empty())
+    return {};
+  if (NetLibIsNetFile(output.c_str()))
+    return {true};
+  if (const auto obstacle = FindFolderObstacle(output))
+    return {false, report::MakeProblem(*obstacle, {kit::FolderOf(output)})};
+  if (!kit::Exists(output))
+    return {true};
+  const std::string question = report::FormatMessage(MessageId::OverwriteExistingFile, {output});
+  if (V_ApiAlert(question.c_str(), V_ALERT_OK_CANCEL) != V_ANSWER_PROCEED)
+    return {};
+  if (IsProtected(output))
+    return {false, report::MakeProblem(MessageId::OutputReadOnly, {output})};
+  return {true};
+}
+
+std::string ReplaceOutput(const std::string &temporary, const std::string &output) {
   kit::AtomicFile file(output);
-  if (!file.WriteFile(temporary) || !file.Commit()) {
-    report::XSLTErrorHandler::GetInst().ReportMessage(file.Error().c_str());
-    return false;
-  }
+  if (!file.WriteFile(temporary) || !file.Commit())
+    return file.Error();
   std::error_code ignored;
   std::filesystem::remove(temporary, ignored);
-  return true;
+  return {};
 }
 
 } // namespace client

@@ -1,33 +1,45 @@
-// Where the result of one input goes, whether it may go there, and how finished outputs are put in place and opened.
+// Where the result of one job goes, whether it may go there, and how a finished output is put in place.
 #ifndef CLIENT_OUTPUT_PLACEMENT_H
 #define CLIENT_OUTPUT_PLACEMENT_H
 
-#include "catalogue/transformation.h"
+#include "client/run_plan.h"
+#include "report/run_event.h"
 
+#include <optional>
 #include <string>
 
 namespace client {
 
-struct OutputPlan {
-  std::string output;    // empty: none, the input is refused
+// The place that the policy of a transformation gives an expanded input; fills in `output` and `place`.
+void PlaceByPolicy(const catalogue::TransformationOutput &policy, PlannedJob &job);
+
+struct ChosenOutput {
+  std::string output;    // empty: none, the job is refused
   std::string temporary; // when not empty, the processor writes here and the file then replaces the output
 
   [[nodiscard]] const std::string &Written() const { return temporary.empty() ? output : temporary; }
 };
 
-// By the policy of a transformation. `input` is expanded already. May ask the person for a path.
-[[nodiscard]] OutputPlan PlanOutput(const catalogue::TransformationOutput &policy, const std::string &input);
+// The files of a job whose turn it is. May ask the person for a path.
+[[nodiscard]] ChosenOutput ChooseOutput(const PlannedJob &job);
 
 // An unused name in the host's temporary folder, made of the input's name.
 [[nodiscard]] std::string TemporaryOutput(const std::string &input);
 
-enum class OutputCheck { Refused, Accepted };
+// What keeps a file from being written there: the folder is missing or read-only.
+[[nodiscard]] std::optional<report::MessageId> FindFolderObstacle(const std::string &output);
+// Whether an existing file cannot be replaced.
+[[nodiscard]] bool IsProtected(const std::string &output);
 
-// Whether the output may be written; asks before an existing file is overwritten and logs why not.
+struct OutputCheck {
+  bool isAccepted = false;
+  std::optional<report::Diagnostic> problem = {}; // why not, unless the person has just said no
+};
+// Whether the output may be written; asks before an existing file is overwritten.
 [[nodiscard]] OutputCheck CheckOutput(const std::string &output);
 
-// Puts the temporary file in the output's place, whole or not at all, and removes it.
-[[nodiscard]] bool ReplaceOutput(const std::string &temporary, const std::string &output);
+// Puts the temporary file in the output's place, whole or not at all, and removes it. Empty, or why that failed.
+[[nodiscard]] std::string ReplaceOutput(const std::string &temporary, const std::string &output);
 
 } // namespace client
 

@@ -5,7 +5,7 @@
 #include "kit/paths.h"
 #include "kit/text.h"
 #include "processors/file_listing.h"
-#include "report/transformation_log.h"
+#include "report/run_event.h"
 
 #include <algorithm>
 #include <array>
@@ -90,7 +90,7 @@ template <int IncludeSubFolders> RequestCheck AddFolder(RunRequest &request, Val
   const std::string given = values.empty() ? std::string() : values[0];
   const std::string folder = catalogue::ResolvePath(given);
   if (!kit::IsFolder(folder)) {
-    report::AppendMessage(MessageId::InputFolderMissing, {given});
+    report::ReportProblem(MessageId::InputFolderMissing, {given});
     return RequestCheck::Refused;
   }
   Append(request.inputs, processors::GetAllFilesInFolder(folder.c_str(), IncludeSubFolders).Items());
@@ -117,6 +117,9 @@ constexpr std::array options = {
     Option{"-outputfilepath", 1, AddOutput},
     Option{"-sparam", 2, AddParameter},
     Option{"-usepi", 0, SetFlag<&RunRequest::usePI, true>},
+    // Of our own hosts.
+    Option{"-makefolders", 0, SetFlag<&RunRequest::makeFolders, true>},
+    Option{"-distinctoutputs", 0, SetFlag<&RunRequest::distinctOutputs, true>},
 };
 
 const Option *FindOption(std::string_view token) {
@@ -157,11 +160,14 @@ bool WantsConsole(std::string_view request) {
          }) == RequestCheck::Accepted;
 }
 
+RequestCheck ParseRunOptions(std::string_view text, RunRequest &request) {
+  return ForEachOption(text, [&](const Option &option, Values values) { return option.apply(request, values); });
+}
+
 RequestCheck ParseRunRequest(std::string_view text, RunRequest &request) {
   if (!kit::StartsWithIgnoreCase(text, runRequestName))
     return RequestCheck::Refused;
-  return ForEachOption(text.substr(runRequestName.size()),
-                       [&](const Option &option, Values values) { return option.apply(request, values); });
+  return ParseRunOptions(text.substr(runRequestName.size()), request);
 }
 
 } // namespace client

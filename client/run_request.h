@@ -1,5 +1,5 @@
 // A run request as its options say it: "XSLTRunTrScenario " followed by options. Parsing gathers the inputs from the
-// host and from folders; validation decides whether a run starts. Both report their messages to the log.
+// host and from folders and reports what it cannot find.
 #ifndef CLIENT_RUN_REQUEST_H
 #define CLIENT_RUN_REQUEST_H
 
@@ -23,6 +23,8 @@ enum class InputKind : int32_t {
 [[nodiscard]] std::string_view ScopeName(InputKind kind);
 
 struct RunRequest {
+  bool makeFolders = false;
+  bool distinctOutputs = false;
   bool printStartLog = true;
   bool printEndLog = true;
   bool usePI = false;
@@ -47,10 +49,9 @@ inline constexpr std::string_view runRequestName = "XSLTRunTrScenario ";
 [[nodiscard]] bool WantsConsole(std::string_view request);
 
 // Refused when a folder that it names does not exist.
+[[nodiscard]] RequestCheck ParseRunOptions(std::string_view options, RunRequest &request);
+// The same with the request's name in front; refused when it is another request.
 [[nodiscard]] RequestCheck ParseRunRequest(std::string_view text, RunRequest &request);
-
-// Drops inputs that cannot be transformed, together with their outputs.
-[[nodiscard]] RequestCheck ValidateRunRequest(RunRequest &request);
 
 } // namespace client
 

@@ -5,6 +5,8 @@
 #ifndef PROCESSORS_PROCESSOR_H
 #define PROCESSORS_PROCESSOR_H
 
+#include "report/run_event.h"
+
 #include <string>
 #include <vector>
 
@@ -18,10 +20,10 @@ struct Job {
   std::vector<std::string> parameters = {}; // name and XPath expression alternately
 };
 
-enum class JobStatus { Failed, Done };
+using report::JobStatus;
 
 struct JobResult {
-  JobStatus status = JobStatus::Failed;
+  JobStatus status = JobStatus::Failed; // or Done
   std::vector<std::string> secondaryOutputs = {}; // paths, in the order of writing; empty unless done
   std::vector<std::string> filesRead = {};        // paths, or addresses of what is no file; each once
 };

@@ -3,7 +3,7 @@
 #include "kit/values.h"
 #include "processors/processor.h"
 #include "report/messages.h"
-#include "report/transformation_log.h"
+#include "report/run_event.h"
 
 #include <algorithm>
 
@@ -67,7 +67,7 @@ std::string BuildClassPath() {
 bool CheckProcessor(std::string_view name) {
   if (IsKnownProcessor(name))
     return true;
-  report::AppendMessage(report::MessageId::ProcessorNotFound, {name});
+  report::ReportProblem(report::MessageId::ProcessorNotFound, {name});
   return false;
 }
 

@@ -78,6 +78,20 @@ enum class MessageId : uint16_t {
   EntitiesTooLarge = 18141,
   CannotHoldCharacter = 18142,
   TransformationFileNotWritten = 18143,
+  CannotMakeFolder = 18200,
+  SharedOutput = 18201,
+  OutputIsOwnInput = 18202,
+  // What is foreseen of a job.
+  ForeseenInputMissing = 18210,
+  ForeseenUnsavedChanges = 18211,
+  ForeseenOtherApplication = 18212,
+  ForeseenStylesheetMissing = 18213,
+  ForeseenProcessorUnknown = 18214,
+  ForeseenFolderMissing = 18215,
+  ForeseenFolderReadOnly = 18216,
+  ForeseenOutputReadOnly = 18217,
+  ForeseenSameOutput = 18218,
+  ForeseenOwnInput = 18219,
 };
 
 // The embedded image, valid for the life of the client.

@@ -17,12 +17,70 @@ Log &TheLog() {
   return log;
 }
 
+// Nothing for an empty line.
+void AppendLine(std::string_view line) {
+  if (line.empty())
+    return;
+  Log &log = TheLog();
+  if (log.echo)
+    V_ApiWriteConsole(std::string(line).c_str());
+  log.text.append(line).append("\n");
+}
+
 void WriteBlankLine() {
   Log &log = TheLog();
   if (log.echo)
     V_ApiWriteConsole("\n");
   log.text += "\n\n";
 }
+
+void WriteStartSection(const StartSection &section) {
+  WriteBlankLine();
+  AppendLine(LoadMessage(MessageId::LogTitle));
+  if (!section.input.empty())
+    AppendLine(LoadMessage(MessageId::LogInput).append(section.input));
+  AppendLine(section.stylesheet.empty() ? LoadMessage(MessageId::LogXslFromPi)
+                                        : LoadMessage(MessageId::LogXsl).append(section.stylesheet));
+  if (!section.output.empty())
+    AppendLine(LoadMessage(MessageId::LogOutput).append(section.output));
+  WriteBlankLine();
+  if (!section.processor.empty())
+    AppendLine(kit::Truncate(FormatMessage(MessageId::LogProcessorMessages, {section.processor}), kit::longestText));
+}
+
+MessageId PatternOf(Severity severity) {
+  switch (severity) {
+  case Severity::Warning:
+    return MessageId::DiagnosticWarning;
+  case Severity::Error:
+    return MessageId::DiagnosticError;
+  default:
+    return MessageId::DiagnosticFatalError;
+  }
+}
+
+struct Rendering {
+  void operator()(const JobBegins &begins) const {
+    if (begins.section)
+      WriteStartSection(*begins.section);
+  }
+  void operator()(const Diagnostic &diagnostic) const {
+    if (const auto &place = diagnostic.place)
+      AppendLine(FormatMessage(PatternOf(diagnostic.severity), {place->file, std::to_string(place->line),
+                                                                std::to_string(place->column), diagnostic.text}));
+    else
+      AppendLine(diagnostic.text);
+  }
+  void operator()(const Message &message) const { AppendLine(message.text); }
+  void operator()(const JobEnds &ends) const {
+    if (!ends.showsEndSection)
+      return;
+    WriteBlankLine();
+    AppendLine(LoadMessage(ends.status == JobStatus::Done ? MessageId::TransformationSuccessful
+                                                          : MessageId::TransformationAborted));
+  }
+  void operator()(const auto &) const {}
+};
 
 } // namespace
 
@@ -33,37 +91,7 @@ void ResetLog(bool echo) {
 
 bool HostEcho() { return V_ApiGetInt(V_SESSION, V_SP_LOG_ECHO) != 0; }
 
-void AppendLine(std::string_view line) {
-  if (line.empty())
-    return;
-  Log &log = TheLog();
-  if (log.echo)
-    V_ApiWriteConsole(std::string(line).c_str());
-  log.text.append(line).append("\n");
-}
-
-void AppendMessage(MessageId id, std::initializer_list<std::string_view> values) {
-  AppendLine(FormatMessage(id, values));
-}
-
-void WriteStartSection(std::string_view input, std::string_view xsl, std::string_view output,
-                       std::string_view processor) {
-  WriteBlankLine();
-  AppendLine(LoadMessage(MessageId::LogTitle));
-  if (!input.empty())
-    AppendLine(LoadMessage(MessageId::LogInput).append(input));
-  AppendLine(xsl.empty() ? LoadMessage(MessageId::LogXslFromPi) : LoadMessage(MessageId::LogXsl).append(xsl));
-  if (!output.empty())
-    AppendLine(LoadMessage(MessageId::LogOutput).append(output));
-  WriteBlankLine();
-  if (!processor.empty())
-    AppendLine(kit::Truncate(FormatMessage(MessageId::LogProcessorMessages, {processor}), kit::longestText));
-}
-
-void WriteEndSection(bool success) {
-  WriteBlankLine();
-  AppendLine(LoadMessage(success ? MessageId::TransformationSuccessful : MessageId::TransformationAborted));
-}
+void ShowInLog(const RunEvent &event) { std::visit(Rendering(), event); }
 
 const std::string &LogText() { return TheLog().text; }
 

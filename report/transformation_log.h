@@ -1,9 +1,10 @@
 // The transformation log: the one text into which every message of a request goes, echoed line by line on the host's
-// console while the echo flag is on. One per process, on the host's thread.
+// console while the echo flag is on. It is a rendering of the events in report/run_event.h. One per process, on the
+// host's thread.
 #ifndef REPORT_TRANSFORMATION_LOG_H
 #define REPORT_TRANSFORMATION_LOG_H
 
-#include "report/messages.h"
+#include "report/run_event.h"
 
 #include <string>
 #include <string_view>
@@ -15,15 +16,8 @@ void ResetLog(bool echo);
 // The session's echo setting, as the host holds it now.
 [[nodiscard]] bool HostEcho();
 
-// Nothing for an empty line.
-void AppendLine(std::string_view line);
-// A message with its placeholders filled, as one line.
-void AppendMessage(MessageId id, std::initializer_list<std::string_view> values = {});
-
-// Empty arguments leave their lines out; an empty stylesheet means "the one named by the input".
-void WriteStartSection(std::string_view input, std::string_view xsl, std::string_view output,
-                       std::string_view processor);
-void WriteEndSection(bool success);
+// The lines of an event, if it has any. Report calls it.
+void ShowInLog(const RunEvent &event);
 
 // Borrowed until the next log operation.
 [[nodiscard]] const std::string &LogText();

@@ -2,8 +2,7 @@
 
 #include "kit/paths.h"
 #include "kit/values.h"
-#include "report/messages.h"
-#include "report/transformation_log.h"
+#include "report/run_event.h"
 
 #include <string>
 
@@ -22,8 +21,9 @@ std::string ShownFile(const char *systemId) {
   return cached.View().empty() ? file : cached.Text();
 }
 
-void Report(MessageId pattern, const char *message, const char *systemId, int32_t line, int32_t column) {
-  AppendMessage(pattern, {ShownFile(systemId), std::to_string(line), std::to_string(column), OrEmpty(message)});
+void ReportAt(Severity severity, const char *message, const char *systemId, int32_t line, int32_t column,
+              const char *code) {
+  Report(Diagnostic{severity, OrEmpty(message), Place{ShownFile(systemId), line, column}, OrEmpty(code)});
 }
 
 } // namespace
@@ -34,20 +34,23 @@ XSLTErrorHandler &XSLTErrorHandler::GetInst() {
 }
 
 void XSLTErrorHandler::ReportFatalError(const char *message, const char *, const char *systemId, int32_t line,
-                                        int32_t column, const char *) {
-  Report(MessageId::DiagnosticFatalError, message, systemId, line, column);
+                                        int32_t column, const char *code) {
+  ReportAt(Severity::Fatal, message, systemId, line, column, code);
 }
 
 void XSLTErrorHandler::ReportError(const char *message, const char *, const char *systemId, int32_t line,
-                                   int32_t column, const char *) {
-  Report(MessageId::DiagnosticError, message, systemId, line, column);
+                                   int32_t column, const char *code) {
+  ReportAt(Severity::Error, message, systemId, line, column, code);
 }
 
 void XSLTErrorHandler::ReportWarn(const char *message, const char *, const char *systemId, int32_t line, int32_t column,
-                                  const char *) {
-  Report(MessageId::DiagnosticWarning, message, systemId, line, column);
+                                  const char *code) {
+  ReportAt(Severity::Warning, message, systemId, line, column, code);
 }
 
-void XSLTErrorHandler::ReportMessage(const char *message) { AppendLine(OrEmpty(message)); }
+void XSLTErrorHandler::ReportMessage(const char *message) {
+  if (message && *message)
+    Report(Message{message});
+}
 
 } // namespace report

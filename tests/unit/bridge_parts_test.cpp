@@ -3,7 +3,6 @@
 #include "processors/entity_resolver.h"
 #include "processors/processor_list.h"
 #include "report/transformation_log.h"
-#include "report/xslt_error_handler.h"
 #include "tests/unit/fake_host.h"
 #include "tests/unit/fake_processor.h"
 
@@ -19,7 +18,6 @@ namespace {
 
 using Strings = std::vector<std::string>;
 using processors::VLXSLTEntityResolverC;
-using report::XSLTErrorHandler;
 
 class BridgeParts : public testing::Test {
 protected:
@@ -47,104 +45,6 @@ protected:
   FakeHost host;
   FakeProcessor processor;
 };
-
-TEST_F(BridgeParts, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
-  struct Row {
-    std::string input, xsl, output, processor, text;
-  };
-  for (const Row &row : {
-           Row{"/in.xml", "/s.xsl", "/out.xml", "Saxon",
-               "\n\nXSL Transformation Log\nInput: /in.xml\nXSL:/s.xsl\nOutput:/out.xml\n\n\n"
-               "XSL Processor Messages (Processor: Saxon)\n"},
-           Row{"/in.xml", "", "", "",
-               "\n\nXSL Transformation Log\nInput: /in.xml\n"
-               "XSL: Using PI mentioned in Input File.\n\n\n"},
-           Row{"", "/s.xsl", "", "X",
-               "\n\nXSL Transformation Log\nXSL:/s.xsl\n\n\n"
-               "XSL Processor Messages (Processor: X)\n"},
-           Row{"/100%1 %0", "%2", "", "%0",
-               "\n\nXSL Transformation Log\nInput: /100%1 %0\nXSL:%2\n\n\n"
-               "XSL Processor Messages (Processor: %0)\n"},
-       }) {
-    report::WriteStartSection(row.input, row.xsl, row.output, row.processor);
-    EXPECT_EQ(TakeLog(), row.text);
-  }
-  report::WriteEndSection(true);
-  EXPECT_EQ(TakeLog(), "\n\nTransformation Successful.\r\n\n");
-  report::WriteEndSection(false);
-  EXPECT_EQ(TakeLog(), "\n\nTransformation Aborted.\r\n\n");
-}
-
-// The heading of the processor's messages comes from a buffer of 1023 characters, and is cut between two of them.
-TEST_F(BridgeParts, AVeryLongProcessorNameIsCutBetweenCharacters) {
-  std::string name;
-  for (int index = 0; index < 600; ++index)
-    name += "ü";
-  report::WriteStartSection("", "/s.xsl", "", name);
-  const std::string log = TakeLog();
-  const size_t heading = log.find("XSL Processor Messages");
-  ASSERT_NE(heading, std::string::npos);
-  const std::string line = log.substr(heading, log.size() - heading - 1);
-  EXPECT_TRUE(line.size() == 1023 || line.size() == 1022) << line.size();
-  EXPECT_TRUE(line.ends_with("ü"));
-}
-
-TEST_F(BridgeParts, TheConsoleShowsTheLinesOfTheLogInTheirOrder) {
-  report::ResetLog(true);
-  EXPECT_EQ((host.ints[{V_SESSION, V_SP_LOG_ECHO}]), 1);
-  EXPECT_TRUE(report::HostEcho());
-  report::WriteStartSection("/in.xml", "/s.xsl", "", "P");
-  report::AppendLine("said");
-  report::AppendLine("");
-  report::WriteEndSection(true);
-  EXPECT_EQ(host.console,
-            (Strings{"\n", "XSL Transformation Log", "Input: /in.xml", "XSL:/s.xsl", "\n",
-                     "XSL Processor Messages (Processor: P)", "said", "\n", "Transformation Successful.\r\n"}));
-  const std::string echoed = report::LogText();
-
-  // The same text without an echo; a reset empties it, even one that changes nothing.
-  host.console.clear();
-  report::ResetLog(false);
-  EXPECT_EQ(report::LogText(), "");
-  EXPECT_FALSE(report::HostEcho());
-  report::WriteStartSection("/in.xml", "/s.xsl", "", "P");
-  report::AppendLine("said");
-  report::WriteEndSection(true);
-  EXPECT_EQ(report::LogText(), echoed);
-  EXPECT_EQ(host.console, Strings());
-  report::ResetLog(false);
-  EXPECT_EQ(report::LogText(), "");
-}
-
-TEST_F(BridgeParts, DiagnosticsNameFilesAsPeopleKnowThem) {
-  host.netFiles = {"dctm://store/a.xml", "dctm://store/new.xml", "dctm://store/blank.xml"};
-  host.netCache = {{"dctm://store/a.xml", "/cache/a.xml"}, {"dctm://store/blank.xml", ""}, {"/local.xml", "/wrong"}};
-  const std::pair<const char *, std::string> files[] = {
-      {"file:///a%20b/%C3%BC.xml", "/a b/ü.xml"},
-      {"FILE:/x.xml", "/x.xml"},
-      {"/plain%20path.xml", "/plain%20path.xml"},
-      {"/local.xml", "/local.xml"},
-      {"http://host/a%20b.xml", "http://host/a%20b.xml"},
-      {"dctm://store/a.xml", "/cache/a.xml"},
-      {"dctm://store/new.xml", "dctm://store/new.xml"},
-      {"dctm://store/blank.xml", "dctm://store/blank.xml"},
-      {"", ""},
-      {nullptr, ""},
-  };
-  XSLTErrorHandler &handler = XSLTErrorHandler::GetInst();
-  for (const auto &[systemId, shown] : files) {
-    handler.ReportWarn("odd", "-//P//EN", systemId, 3, 7);
-    EXPECT_EQ(TakeLog(), "Warning at file " + shown + ", line 3, char 7, Message: odd\n");
-  }
-  handler.ReportError("100%0 %3", nullptr, "/%1.xml", -1, 0);
-  EXPECT_EQ(TakeLog(), "Error at file /%1.xml, line -1, char 0, Message: 100%0 %3\n");
-  handler.ReportFatalError(nullptr, nullptr, "/a", 2147483647, -2147483647);
-  EXPECT_EQ(TakeLog(), "Fatal Error at file /a, line 2147483647, char -2147483647, Message: \n");
-  handler.ReportMessage("just text");
-  handler.ReportMessage("");
-  handler.ReportMessage(nullptr);
-  EXPECT_EQ(TakeLog(), "just text\n");
-}
 
 TEST_F(BridgeParts, EntitiesAreAskedForInTheseWords) {
   VLXSLTEntityResolverC &resolver = VLXSLTEntityResolverC::GetInstance();

@@ -15,8 +15,8 @@ namespace {
 
 using catalogue::OutputLocationKind;
 using catalogue::TransformationOutput;
-using client::OutputCheck;
-using client::OutputPlan;
+using client::ChosenOutput;
+using client::PlannedJob;
 using Strings = std::vector<std::string>;
 
 class Placement : public ClientParts {
@@ -37,6 +37,14 @@ TransformationOutput Policy(OutputLocationKind kind, const std::string &folder =
   return policy;
 }
 
+// Where the policy puts the result of an input, and the files that are written for it.
+ChosenOutput Place(const TransformationOutput &policy, const std::string &input) {
+  PlannedJob job;
+  job.input = input;
+  client::PlaceByPolicy(policy, job);
+  return client::ChooseOutput(job);
+}
+
 TEST_F(Placement, ASuffixGoesBetweenNameAndExtension) {
   struct Row {
     const char *input, *suffix, *output;
@@ -45,13 +53,12 @@ TEST_F(Placement, ASuffixGoesBetweenNameAndExtension) {
                          Row{"/d/plain", "_new", "/d/plain_new"}, Row{"/d.x/plain", "_new", "/d.x/plain_new"},
                          Row{"/d/.hidden", "_new", "/d/.hidden_new"}, Row{"/a.xml", " (ü)", "/a (ü).xml"},
                          Row{"/d/report.xml", "", "/d/report.xml"}}) {
-    const OutputPlan plan =
-        client::PlanOutput(Policy(OutputLocationKind::SameLocationAsSource, "", row.suffix), row.input);
+    const ChosenOutput plan = Place(Policy(OutputLocationKind::SameLocationAsSource, "", row.suffix), row.input);
     EXPECT_EQ(plan.output, row.output);
     EXPECT_EQ(kit::FolderOf(plan.temporary), Path("temp")) << "it replaces the output only when it is whole";
     EXPECT_EQ(plan.Written(), plan.temporary);
   }
-  EXPECT_EQ(client::PlanOutput(Policy(OutputLocationKind::SameLocationAsSource), "").output, "");
+  EXPECT_EQ(Place(Policy(OutputLocationKind::SameLocationAsSource), "").output, "");
 }
 
 TEST_F(Placement, AFolderIsTakenFromTheInputOrAVariable) {
@@ -62,34 +69,33 @@ TEST_F(Placement, AFolderIsTakenFromTheInputOrAVariable) {
                          Row{"../x", "/docs/../x/in.xml"}, Row{"$StructDir/o", Path("structure/o/in.xml")},
                          Row{"$VLHOMEo", Path("install/o/in.xml")}, Row{"sub\\deep", "/docs/sub/deep/in.xml"},
                          Row{"file:///a%20b", "/a b/in.xml"}, Row{"", ""}}) {
-    const OutputPlan plan = client::PlanOutput(Policy(OutputLocationKind::DirPath, row.folder), "/docs/in.xml");
+    const ChosenOutput plan = Place(Policy(OutputLocationKind::DirPath, row.folder), "/docs/in.xml");
     EXPECT_EQ(plan.output, row.output) << row.folder;
     EXPECT_EQ(plan.temporary.empty(), row.output.empty()) << row.folder;
   }
-  EXPECT_EQ(client::PlanOutput(Policy(OutputLocationKind::DirPath, "/out"), "").output, "");
+  EXPECT_EQ(Place(Policy(OutputLocationKind::DirPath, "/out"), "").output, "");
 }
 
 TEST_F(Placement, NetworkOutputsAreWrittenWhereTheyAre) {
   host.netFiles = {"dctm://store/in.xml", "dctm://store/in_x.xml"};
-  const OutputPlan plan =
-      client::PlanOutput(Policy(OutputLocationKind::SameLocationAsSource, "", "_x"), "dctm://store/in.xml");
+  const ChosenOutput plan = Place(Policy(OutputLocationKind::SameLocationAsSource, "", "_x"), "dctm://store/in.xml");
   EXPECT_EQ(plan.output, "dctm://store/in_x.xml");
   EXPECT_EQ(plan.temporary, "");
   EXPECT_EQ(plan.Written(), plan.output);
-  EXPECT_EQ(client::CheckOutput(plan.output), OutputCheck::Accepted);
+  EXPECT_TRUE(client::CheckOutput(plan.output).isAccepted);
   EXPECT_TRUE(host.asked.empty());
 }
 
 TEST_F(Placement, APersonIsAskedBesideTheInput) {
   host.choices = {"/chosen/x.xml"};
-  const OutputPlan plan = client::PlanOutput(Policy(OutputLocationKind::Prompt), "/docs/in.xml");
+  const ChosenOutput plan = Place(Policy(OutputLocationKind::Prompt), "/docs/in.xml");
   EXPECT_EQ(plan.output, "/chosen/x.xml");
   EXPECT_EQ(plan.temporary, "");
-  EXPECT_EQ(client::PlanOutput(Policy(OutputLocationKind::Prompt), "/docs/in.xml").output, "");
+  EXPECT_EQ(Place(Policy(OutputLocationKind::Prompt), "/docs/in.xml").output, "");
   ASSERT_EQ(host.asked.size(), 2U);
   EXPECT_EQ(host.asked[0],
             (FakeHost::Asked{V_CHOOSE_SAVE, "Save Output File\nXML (*.xml)|*.xml|All Files (*.*)|*.*|"}));
-  EXPECT_EQ(client::PlanOutput(Policy(OutputLocationKind::Prompt), "").output, "");
+  EXPECT_EQ(Place(Policy(OutputLocationKind::Prompt), "").output, "");
   EXPECT_EQ(host.asked.size(), 2U) << "without an input there is nothing to ask for";
 }
 
@@ -108,7 +114,7 @@ TEST_F(Placement, TemporaryNamesAreUnusedOnes) {
   }
   // Nothing is saved, or the value means nothing here: both are a temporary file, not one that replaces another.
   for (const auto kind : {OutputLocationKind::DoNotSave, static_cast<OutputLocationKind>(99)}) {
-    const OutputPlan plan = client::PlanOutput(Policy(kind), "/docs/in.dita");
+    const ChosenOutput plan = Place(Policy(kind), "/docs/in.dita");
     EXPECT_EQ(plan.output, Path("temp/in-out.dita"));
     EXPECT_EQ(plan.temporary, "");
   }
@@ -119,35 +125,37 @@ TEST_F(Placement, ChecksComeInTheirOrderAndSayWhy) {
   fs::create_directories(Path("out/folder.xml"));
   ASSERT_EQ(mkfifo(Path("out/pipe").c_str(), 0600), 0);
   fs::create_symlink("nowhere/x", Path("out/dangling"));
-  const std::string readOnly = "Cannot overwrite existing file: @. Make sure the file is not read-only. \n";
+  const std::string readOnly = "Cannot overwrite existing file: @. Make sure the file is not read-only. ";
   struct Row {
     std::string output;
     bool isAsked;
-    OutputCheck result;
-    std::string log; // @ is the output
+    bool result;
+    std::string problem; // @ is the output
   };
   for (const Row &row : {
-           Row{"", false, OutputCheck::Refused, ""},
-           Row{Path("none/a.xml"), false, OutputCheck::Refused,
-               "Cannot save the file at following location: " + Path("none") + ". Make sure folder exist.\n"},
-           Row{file + "/below", false, OutputCheck::Refused,
-               "Cannot save the file at following location: " + file + ". Make sure folder exist.\n"},
-           Row{Path("out/new.xml"), false, OutputCheck::Accepted, ""},
-           Row{file, true, OutputCheck::Accepted, ""},
-           Row{Path("out/folder.xml"), true, OutputCheck::Refused, readOnly},
-           Row{Path("out/pipe"), true, OutputCheck::Refused, readOnly},
+           Row{"", false, false, ""},
+           Row{Path("none/a.xml"), false, false,
+               "Cannot save the file at following location: " + Path("none") + ". Make sure folder exist."},
+           Row{file + "/below", false, false,
+               "Cannot save the file at following location: " + file + ". Make sure folder exist."},
+           Row{Path("out/new.xml"), false, true, ""},
+           Row{file, true, true, ""},
+           Row{Path("out/folder.xml"), true, false, readOnly},
+           Row{Path("out/pipe"), true, false, readOnly},
        }) {
     host.asked.clear();
-    EXPECT_EQ(client::CheckOutput(row.output), row.result) << row.output;
-    std::string log = row.log;
+    const client::OutputCheck check = client::CheckOutput(row.output);
+    EXPECT_EQ(check.isAccepted, row.result) << row.output;
+    std::string log = row.problem;
     if (const size_t at = log.find('@'); at != std::string::npos)
       log.replace(at, 1, row.output);
-    EXPECT_EQ(TakeLog(), log);
+    EXPECT_EQ(check.problem ? check.problem->text : "", log);
     EXPECT_EQ(host.asked.size(), row.isAsked ? 1U : 0U) << row.output;
   }
   host.answers = {V_ANSWER_DECLINE};
-  EXPECT_EQ(client::CheckOutput(file), OutputCheck::Refused);
-  EXPECT_EQ(TakeLog(), "") << "a Cancel says enough";
+  const client::OutputCheck declined = client::CheckOutput(file);
+  EXPECT_FALSE(declined.isAccepted);
+  EXPECT_FALSE(declined.problem) << "a Cancel says enough";
   EXPECT_EQ(Read(file), "old");
   EXPECT_EQ(Names("out").size(), 4U) << "looking leaves nothing behind";
 }
@@ -156,19 +164,17 @@ TEST_F(Placement, ReplacingIsWholeOrNotAtAll) {
   const std::string target = Write("out/target.xml", "old");
   fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
   fs::create_symlink("target.xml", Path("out/link.xml"));
-  EXPECT_TRUE(client::ReplaceOutput(Write("temp/t", "new"), Path("out/link.xml")));
+  EXPECT_EQ(client::ReplaceOutput(Write("temp/t", "new"), Path("out/link.xml")), "");
   EXPECT_TRUE(fs::is_symlink(Path("out/link.xml")));
   EXPECT_EQ(Read(target), "new");
   EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
   EXPECT_FALSE(fs::exists(Path("temp/t"))) << "it has taken its place";
 
-  EXPECT_FALSE(client::ReplaceOutput(Path("temp/gone"), target));
-  EXPECT_NE(TakeLog().find(Path("temp/gone")), std::string::npos);
+  EXPECT_NE(client::ReplaceOutput(Path("temp/gone"), target).find(Path("temp/gone")), std::string::npos);
   EXPECT_EQ(Read(target), "new");
   fs::permissions(target, fs::perms::owner_read);
   const std::string result = Write("temp/t", "newer");
-  EXPECT_FALSE(client::ReplaceOutput(result, target));
-  EXPECT_NE(TakeLog().find(target), std::string::npos);
+  EXPECT_NE(client::ReplaceOutput(result, target).find(target), std::string::npos);
   EXPECT_EQ(Read(target), "new");
   EXPECT_EQ(Read(result), "newer") << "the caller may still want it";
   EXPECT_EQ(Names("out").size(), 2U);

@@ -82,6 +82,37 @@ struct FakeHostCalls {
     return chosen.empty() ? nullptr : Give(chosen);
   }
   static void WriteConsole(void *host, const char *text) { Of(host).console.emplace_back(text); }
+  static void TakeRunEvent(void *host, const V_RunEventT *event) {
+    Of(host).consoleAtEvent.push_back(Of(host).console.size());
+    Of(host).runEvents.push_back(Describe(*event));
+  }
+  static std::string Describe(const V_RunEventT &event) {
+    const auto text = [](const char *given) { return std::string(given ? given : "-"); };
+    const std::string job = std::to_string(event.job);
+    switch (event.kind) {
+    case V_RUN_BEGINS:
+      return "run of " + std::to_string(event.count);
+    case V_JOB_BEGINS:
+      return "job " + job + ": " + text(event.path) + " with " + text(event.stylesheet) + " by " +
+             text(event.processor) + " to " + text(event.output);
+    case V_RUN_DIAGNOSTIC:
+      return "diagnostic of " + job + ": severity " + std::to_string(event.severity) + " at " + text(event.path) + " " +
+             std::to_string(event.line) + ":" + std::to_string(event.column) + " [" + text(event.code) + "] " +
+             text(event.text);
+    case V_RUN_MESSAGE:
+      return "message of " + job + ": " + text(event.text);
+    case V_RUN_FILE_READ:
+      return "read for " + job + ": " + text(event.path);
+    case V_RUN_OUTPUT:
+      return "output of " + job + ": " + text(event.path) + " kind " + std::to_string(event.outputKind);
+    case V_JOB_ENDS:
+      return "job " + job + " ends: " + std::to_string(event.status);
+    case V_RUN_ENDS:
+      return "run ends";
+    default:
+      return "unknown";
+    }
+  }
   static int32_t IsCancelled(void *host) { return Of(host).isCancelled && Of(host).isCancelled() ? 1 : 0; }
   static void ReportUsage(void *host, const char *, const char *, const char *what) {
     Of(host).usage.emplace_back(what);
@@ -142,6 +173,7 @@ FakeHost::FakeHost() {
   table.writeConsole = Calls::WriteConsole;
   table.isCancelled = Calls::IsCancelled;
   table.reportUsage = Calls::ReportUsage;
+  table.reportRunEvent = Calls::TakeRunEvent;
   table.openDocument = Calls::OpenDocument;
   table.launch = Calls::Launch;
   table.startWalk = Calls::StartWalk;

@@ -51,6 +51,8 @@ public:
   // What it saw.
   std::vector<Asked> asked;
   std::vector<std::string> console;
+  std::vector<std::string> runEvents;                        // in words
+  std::vector<size_t> consoleAtEvent;                        // how many lines the console had when each came
   std::vector<std::pair<std::string, std::string>> requests; // client, request
   std::vector<std::string> opened;
   std::vector<std::string> launched;

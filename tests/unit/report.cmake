@@ -1,0 +1,1 @@
+vlxslt_add_unit_test(report_test SOURCES report_test.cpp LIBRARIES vlxslt_report)
