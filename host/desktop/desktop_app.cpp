@@ -108,7 +108,7 @@ int VlxsltServeWithWindows(const host::WindowedWork *work, int *result) {
           *result = static_cast<int>(host::ExitCode::Cancelled);
         desktop::ChangeShared([&] { isDone = true; });
         desktop::PostToWindows([&] {
-          front->FlushConsole();
+          front->ShowWaiting();
           if (!view.StayAfterwards() || !front->HasServedPerson())
             wxTheApp->ExitMainLoop();
         });

@@ -63,9 +63,10 @@ std::optional<std::string> ShowChooser(const host::FileChooser &chooser) {
 
 } // namespace
 
-void PrintLines(const std::vector<std::string> &lines) {
-  for (const std::string &line : lines)
-    std::fputs((line + "\n").c_str(), stderr);
+void PrintLines(const std::vector<RunItem> &items) {
+  for (const RunItem &item : items)
+    if (const auto *line = std::get_if<std::string>(&item))
+      std::fputs((*line + "\n").c_str(), stderr);
 }
 
 host::Answer DesktopFront::Alert(host::AlertKind kind, const std::string &text) {
@@ -73,7 +74,7 @@ host::Answer DesktopFront::Alert(host::AlertKind kind, const std::string &text) 
   if (AreWindowsGone())
     PrintLines({text});
   return AskWindows([&] {
-    FlushConsole();
+    ShowWaiting();
     return ShowAlert(kind, text);
   });
 }
@@ -97,32 +98,36 @@ void DesktopFront::PlayDialog(host::DialogModel &dialog,
   player(*driver);
 }
 
-void DesktopFront::WriteConsole(std::string_view text) {
+void DesktopFront::WriteConsole(std::string_view text) { Queue(std::string(host::WithoutLineEnd(text))); }
+
+void DesktopFront::ReportRunEvent(const host::RunEvent &event) { Queue(event); }
+
+void DesktopFront::Queue(RunItem item) {
   bool isFirst = false;
   ChangeShared([&] {
-    waiting.emplace_back(host::WithoutLineEnd(text));
+    waiting.push_back(std::move(item));
     isFirst = waiting.size() == 1;
   });
   if (AreWindowsGone())
-    PrintLines(TakeLines());
+    PrintLines(TakeWaiting());
   else if (isFirst)
-    windows.Post([this] { FlushConsole(); });
+    windows.Post([this] { ShowWaiting(); });
 }
 
-std::vector<std::string> DesktopFront::TakeLines() {
-  std::vector<std::string> lines;
-  ChangeShared([&] { lines.swap(waiting); });
-  return lines;
+std::vector<RunItem> DesktopFront::TakeWaiting() {
+  std::vector<RunItem> items;
+  ChangeShared([&] { items.swap(waiting); });
+  return items;
 }
 
-void DesktopFront::FlushConsole() {
-  if (const std::vector<std::string> lines = TakeLines(); !lines.empty())
-    view.ShowConsole(lines);
+void DesktopFront::ShowWaiting() {
+  if (const std::vector<RunItem> items = TakeWaiting(); !items.empty())
+    view.ShowRun(items);
 }
 
 void DesktopFront::ReportProgress(const host::Progress &progress) {
   windows.Post([this, progress] {
-    FlushConsole();
+    ShowWaiting();
     view.ShowProgress(progress);
   });
 }

@@ -8,14 +8,20 @@
 #include "host/desktop/log_panel.h"
 #include "host/desktop/outputs_panel.h"
 #include "host/desktop/progress_panel.h"
+#include "host/desktop/result_panel.h"
+#include "host/desktop/run_summary.h"
 #include "host/desktop/window_memory.h"
 #include "host/desktop/workbench_host.h"
 
 #include <wx/frame.h>
 #include <wx/infobar.h>
+#include <wx/notebook.h>
 #include <wx/splitter.h>
 
 #include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,7 +33,7 @@ public:
   explicit Workbench(const host::WorkbenchRequest &request);
   ~Workbench() override;
 
-  void ShowConsole(const std::vector<std::string> &lines) override;
+  void ShowRun(const std::vector<RunItem> &items) override;
   void ShowProgress(const host::Progress &progress) override;
   void LaunchOutput(const std::string &path) override;
 
@@ -70,8 +76,13 @@ private:
   void Send(const std::string &request, std::function<void(const RequestOutcome &)> then);
   void FinishRequest(const RequestOutcome &outcome);
   void RunChosen(const RequestOutcome &chosen);
-  void NoteOutputs(const std::string &line);
-  void Edit(const host::LogPlace &place);
+  void TakeEvent(const host::RunEvent &event);
+  void TellOutcome(const RequestOutcome &outcome);
+  void Edit(const host::FilePlace &place);
+  [[nodiscard]] bool FindOutput(const std::string &path);
+  void ViewOutput(const std::string &path);
+  void BrowseOutput(const std::string &path);
+  void SaveOutput(const std::string &path);
   void OpenOutput(const std::string &path);
   void ShowInFolder(const std::string &path);
   void Tell(const wxString &text, int icon);
@@ -80,7 +91,9 @@ private:
   host::WorkbenchRequest settings;
   WindowMemory memory;
   DocumentsPanel *documents = nullptr;
+  wxNotebook *pages = nullptr; // log and result
   LogPanel *log = nullptr;
+  ResultPanel *result = nullptr;
   OutputsPanel *outputs = nullptr;
   ProgressPanel *progress = nullptr;
   wxInfoBar *info = nullptr;
@@ -92,7 +105,9 @@ private:
   bool isBusy = false;
   bool isClosing = false; // closes when the request is served
   std::string lastRun;
-  std::string announcedOutput; // named in the log, not written yet
+  RunSummary summary;                    // of the last run
+  std::map<int32_t, std::string> inputs; // of the last run, by job
+  std::string openedOutput;              // the newest one of the request
   std::unique_ptr<WorkbenchHost> host;
 };
 

@@ -106,7 +106,7 @@ void WorkbenchHost::Send(std::string request, std::function<void(RequestOutcome)
     RequestOutcome outcome{reply.status, reply.error, ReadTexts(reply.values), session->TakeRecord()};
     TellDocuments();
     windows.Post([this, done, outcome = std::move(outcome)] {
-      front.FlushConsole();
+      front.ShowWaiting();
       done(outcome);
     });
   });

@@ -143,11 +143,15 @@ class Windows:
 
     def wait(self, beginning, seconds=30):
         """The next event with that beginning; earlier ones are skipped."""
+        return self.wait_for_all(beginning, seconds)[-1]
+
+    def wait_for_all(self, beginning, seconds=30):
+        """All events up to the next one with that beginning."""
         seen = []
         while (event := self.next(seconds)) is not None:
             seen.append(event)
             if event.startswith(beginning):
-                return event
+                return seen
         raise AssertionError(f"no event '{beginning}'; there were {seen}")
 
     def wait_until_shown(self, title, part):
