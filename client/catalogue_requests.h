@@ -10,7 +10,7 @@
 
 namespace client {
 
-// "-appname": VlDispatcher's reply, handed on unchanged.
+// "-appname": VlDispatcher's reply, unchanged.
 [[nodiscard]] kit::TypedValues AnswerTransformationFile(std::string_view text, processors::Processor &);
 // "-trfile", "-trname": that transformation; without a name all of the file.
 [[nodiscard]] kit::TypedValues AnswerTransformations(std::string_view text, processors::Processor &);

@@ -12,7 +12,7 @@
 
 namespace {
 
-// A fault of ours must not take the host down; it is told and the request counts as failed.
+// An internal error must not end the host: it is reported, and the request counts as failed.
 template <class Body> void Guard(Body body) noexcept {
   try {
     body();

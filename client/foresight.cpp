@@ -1,4 +1,4 @@
-// What can be told of the jobs of a plan before it is run, and what speaks against running it.
+// What is known of the jobs of a plan before it is run, and conflicts between their outputs.
 #include "client/output_placement.h"
 #include "client/run_plan.h"
 #include "kit/paths.h"

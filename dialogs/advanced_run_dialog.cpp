@@ -49,7 +49,7 @@ struct AdvancedRunDialog {
   std::string request;
   V_ObjectT dialog = 0;
 
-  std::string nameText; // what the transformation box shows; somebody may have typed it
+  std::string nameText; // what the transformation box shows; it may have been typed
   bool hasCurrentFile = false;
   bool hasOpenFiles = false;
   bool hasChildren = false;
@@ -126,7 +126,7 @@ bool Offers(const std::optional<std::vector<std::string>> &names, const std::str
 }
 
 // A name that was typed is looked for where the last one was chosen, then with the active document's applications. It
-// is kept when nobody has it: the run says so, and where it looked.
+// is kept when no catalogue has it: the run says so, and where it looked.
 void MatchTypedName(State &state) {
   if (state.nameText == state.trName)
     return;

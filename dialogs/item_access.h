@@ -1,4 +1,4 @@
-// Items of an open dialog by number. Setting what an item already holds does nothing, so that a box in which somebody
+// Items of an open dialog by number. Setting what an item already holds does nothing, so that a box in which a person
 // is writing is not disturbed. Host's thread only.
 #ifndef DIALOGS_ITEM_ACCESS_H
 #define DIALOGS_ITEM_ACCESS_H
@@ -22,7 +22,7 @@ void SetItemChoices(V_ObjectT dialog, int32_t item, const std::vector<std::strin
 void SetItemSensitive(V_ObjectT dialog, int32_t item, bool on);
 void SetItemVisible(V_ObjectT dialog, int32_t item, bool on);
 
-// Opens a dialog's resource; 0, and tells the person, when the host cannot.
+// Opens a dialog's resource; 0, after an alert, when the host cannot.
 [[nodiscard]] V_ObjectT OpenDialog(const char *name);
 
 // Asks for a path (V_CHOOSE_...); empty when the person dismissed the question.

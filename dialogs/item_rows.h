@@ -113,7 +113,7 @@ template <class State> void ShowItems(const State &state, std::span<const ItemRo
   }
 }
 
-// Events of other items are nobody's and change nothing. A state that wants to know which event changed what it holds
+// Events of other items change nothing. A state that wants to know which event changed what it holds
 // has a member NoteChange.
 template <class State> void ServeEvent(State &state, std::span<const ItemRow<State>> rows, int32_t item) {
   const auto row = std::ranges::find(rows, item, &ItemRow<State>::item);

@@ -1,5 +1,5 @@
 // What happens during a request, as values: the start and end of a run and of its jobs, diagnostics, messages, files.
-// Report tells the host of an event and then lets the transformation log show it. Host's thread only.
+// Report passes an event to the host and then to the transformation log. Host's thread only.
 #ifndef REPORT_RUN_EVENT_H
 #define REPORT_RUN_EVENT_H
 

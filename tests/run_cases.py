@@ -23,7 +23,7 @@ SKIPPED = 77
 STEP_SECONDS = 240
 KEPT_VARIABLES = ("USER", "LOGNAME", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
 
-# Every case works in a folder that careless programs stumble over.
+# Blanks and non-ASCII letters in the path of every case.
 WORK_NAME = "Übung mit Leerzeichen"
 
 DEFAULT_CONFIGURATION = """\
@@ -51,7 +51,7 @@ class_name = "com.sun.org.apache.xalan.internal.xsltc.trax.TransformerFactoryImp
 
 
 class Malformed(Exception):
-    """A case that nobody can play."""
+    """A case that cannot be played."""
 
 
 class Missing(Exception):

@@ -8,6 +8,7 @@ import tempfile
 import unittest
 
 import check_includes
+import check_texts
 import run_cases
 
 
@@ -17,6 +18,23 @@ def write(root, files):
         os.makedirs(os.path.dirname(full), exist_ok=True)
         with open(full, "w", encoding="utf-8") as file:
             file.write(text)
+
+
+class MessageTexts(unittest.TestCase):
+    TABLE = "STRINGTABLE\nBEGIN\n  18018 \"There is no \"\"active\"\" document.\"\n  18020 \"Cannot find %0 in file %1.\"\nEND\n"
+
+    def test_a_text_of_the_client_in_the_host_is_found(self):
+        with tempfile.TemporaryDirectory() as root:
+            write(root, {"resources/XSLT.rc": self.TABLE, "host/a.cpp": 'auto a = "no such document";\n'})
+            self.assertEqual(check_texts.check_tree(root), [])
+            write(root, {"host/cli/b.cpp": '\nif (line == "There is no \\"active\\" document.")\n',
+                         "host/c.h": '// "Cannot find" begins it\n'})
+            self.assertEqual(check_texts.check_tree(root), ['host/cli/b.cpp:2: There is no "active" document.'])
+
+    def test_a_table_without_texts_is_a_fault(self):
+        with tempfile.TemporaryDirectory() as root:
+            write(root, {"resources/XSLT.rc": "STRINGTABLE\nBEGIN\nEND\n"})
+            self.assertNotEqual(check_texts.check_tree(root), [])
 
 
 class IncludeRules(unittest.TestCase):

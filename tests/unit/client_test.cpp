@@ -240,7 +240,7 @@ TEST_F(ClientTest, FollowsEveryOutputPolicy) {
   EXPECT_EQ(processor.jobs.back().parameters, (std::vector<std::string>{"p", "1"}));
 }
 
-TEST_F(ClientTest, TemporaryOutputsGoUnlessSomebodyStillNeedsThem) {
+TEST_F(ClientTest, TemporaryOutputsAreDeletedUnlessStillNeeded) {
   const std::string run = FileTo(first, "ignored") + " -trname T -trfile " + Quote(root + "/catalogue.xml");
   Write("temp/a-out.xml", "taken");
   WriteCatalogue("<DoNotSave/>", "Vellis");

@@ -91,7 +91,7 @@ TEST(DialogModel, RefusesWhatAPersonCouldNotDo) {
   dialog.Play([&](DialogModel &model) {
     for (const auto &each : cases)
       EXPECT_EQ(each.act(model), each.result) << &each - cases;
-    EXPECT_EQ(dialog.events, std::vector<int>{V_ITEM_INITIALISE}) << "the client heard of it";
+    EXPECT_EQ(dialog.events, std::vector<int>{V_ITEM_INITIALISE}) << "the client got the event";
     EXPECT_EQ(model.CloseFrame(), ActionResult::Done);
     EXPECT_EQ(model.Click(27), ActionResult::NotOpen);
   });
@@ -122,7 +122,7 @@ TEST(DialogModel, OnlyPushButtonsAndTheFrameClose) {
     EXPECT_EQ(model.Find(4)->state, 1);
     EXPECT_EQ(model.Click(6), ActionResult::Done);
     EXPECT_TRUE(model.IsOpen());
-    EXPECT_EQ(model.Click(5), ActionResult::Done) << "kept up once is not for ever";
+    EXPECT_EQ(model.Click(5), ActionResult::Done) << "kept up for one event only";
     EXPECT_FALSE(model.IsOpen());
   });
 }

@@ -1,0 +1,65 @@
+#!/usr/bin/env python3
+"""Checks that the host contains none of the client's message texts: what it must know arrives as events and replies.
+
+usage: check_texts.py ROOT
+
+Prints each place under host/ where a text of the client's string table stands, or a part of it between placeholders,
+as FILE:LINE: TEXT. Exit status 0 when there is none, 1 otherwise.
+"""
+
+import os
+import re
+import sys
+
+# Titles and labels of dialogs, which a window may share.
+LABELS = set(range(18000, 18017)) | {18053, 18054, 18058, 18061}
+LITERAL = re.compile(r'"((?:\\.|[^"\\])*)"')
+STRING = re.compile(r'^\s+(18\d{3})\s+"((?:[^"]|"")*)"', re.MULTILINE)
+
+
+def read_texts(root):
+    """The texts of the string table and their parts, the longest first."""
+    with open(os.path.join(root, "resources", "XSLT.rc"), encoding="utf-8") as file:
+        table = file.read()
+    parts = set()
+    for number, text in STRING.findall(table):
+        if int(number) in LABELS:
+            continue
+        for part in re.split(r"%\d|\\r|\\n", text.replace('""', '"')):
+            part = part.strip(' "')
+            # Fewer words say nothing of their own.
+            if len(part.split()) >= 3 or len(part) >= 20:
+                parts.add(part)
+    return sorted(parts, key=len, reverse=True)
+
+
+def check_tree(root):
+    texts = read_texts(root)
+    if not texts:
+        return ["resources/XSLT.rc: no texts were found"]
+    problems = []
+    for folder, _, names in os.walk(os.path.join(root, "host")):
+        for name in sorted(names):
+            if not name.endswith((".cpp", ".h")):
+                continue
+            path = os.path.join(folder, name)
+            with open(path, encoding="utf-8") as file:
+                for number, line in enumerate(file, 1):
+                    literals = " ".join(LITERAL.findall(line)).replace('\\"', '"')
+                    found = next((text for text in texts if text in literals), None)
+                    if found:
+                        problems.append(f"{os.path.relpath(path, root)}:{number}: {found}")
+    return problems
+
+
+def main(arguments):
+    if len(arguments) != 1:
+        print(__doc__, file=sys.stderr)
+        return 2
+    problems = check_tree(arguments[0])
+    print("\n".join(problems) if problems else "the host contains none of the client's texts")
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
