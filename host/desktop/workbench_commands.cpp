@@ -71,7 +71,7 @@ const std::array commands = {
     Command{firstCommand + 5,
             RunMenu,
             "Next &Problem\tF4",
-            "Open the next file and line that the log names in the editor",
+            "Open the place of the next problem in the editor",
             When::Always,
             &Workbench::FollowNextProblem,
             {},

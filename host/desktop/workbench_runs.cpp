@@ -62,6 +62,8 @@ void Workbench::TellOutcome(const RequestOutcome &outcome) {
   const bool hasFailed = outcome.status == V_ERROR_FAILED || summary.NotDone() > 0;
   if (summary.CountOf(V_JOB_CANCELLED) > 0 && summary.NotDone() == 0)
     Tell("The run was cancelled: " + ToWx(counts), wxICON_INFORMATION);
+  else if (summary.Inputs() == 0 && !summary.FirstError().empty())
+    Tell("Nothing was run: " + ToWx(summary.FirstError()), wxICON_WARNING);
   else if (hasFailed && outcome.record.console.empty() && !summary.FirstError().empty())
     Tell("The run failed: " + ToWx(summary.FirstError()), wxICON_WARNING); // the log is quiet
   else if (hasFailed)
