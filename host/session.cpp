@@ -1,6 +1,7 @@
 #include "host/session.h"
 
 #include "host/host_table.h"
+#include "kit/paths.h"
 
 #include <algorithm>
 
@@ -163,19 +164,44 @@ void Session::WriteConsole(const std::string &text) {
   record.console.push_back(text == "\n" ? "" : text);
 }
 
-void Session::ReportRunEvent(const RunEvent &event) {
+void Session::ReportRunEvent(RunEvent event) {
+  if (event.kind == V_RUN_BEGINS)
+    keptOutputs.BeginRun();
+  if (event.kind == V_RUN_OUTPUT && (event.outputKind == V_OUTPUT_OPENED || event.outputKind == V_OUTPUT_LAUNCHED)) {
+    std::string problem;
+    event.path = keptOutputs.Keep(event.path, problem);
+    if (!problem.empty())
+      WriteConsole(problem);
+  }
   front.ReportRunEvent(event);
   if (listener)
     listener->OnRunEvent(event);
 }
 
-V_ObjectT Session::OpenOutput(const std::string &path, const std::string &asName) {
+bool Session::IsTemporary(const std::string &path) {
+  const std::string &folder = tempFolder.Path();
+  return !folder.empty() && kit::AbsolutePath(path).starts_with(kit::JoinPath(folder, ""));
+}
+
+std::string Session::TakeCopy(const std::string &path) {
   std::string problem;
-  const Document *document = documents.Open(path, asName, problem);
+  std::string copy = keptOutputs.Take(path, problem);
+  if (!problem.empty())
+    WriteConsole(problem);
+  return copy;
+}
+
+// A client that gives an output another name deletes its file afterwards.
+V_ObjectT Session::OpenOutput(const std::string &path, const std::string &asName) {
+  const std::string kept = asName.empty() ? path : TakeCopy(path);
+  std::string problem;
+  const Document *document = documents.Open(kept, asName, problem);
   if (!document) {
     WriteConsole("Cannot open: " + problem);
     return 0;
   }
+  if (kept != path)
+    WriteConsole("Opened: " + kept);
   record.opened.push_back(document->path);
   return document->object;
 }
@@ -199,13 +225,12 @@ void Session::RunDialog(int32_t number, V_ObjectT dialog) {
               [this](int32_t dialogNumber, int32_t item) { module->SendDialogEvent(dialogNumber, item, 0); });
 }
 
-// The one place that decides what becomes of a finished output: a command line names it and starts no other program,
-// since nobody may sit in front of it.
 int32_t Session::Launch(const std::string &path) {
   if (path.empty())
     return 0;
-  record.launched.push_back(path);
-  front.LaunchOutput(path);
+  const std::string kept = IsTemporary(path) ? TakeCopy(path) : path;
+  record.launched.push_back(kept);
+  front.LaunchOutput(kept);
   return 1;
 }
 

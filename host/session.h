@@ -10,6 +10,7 @@
 #include "host/dialog_host.h"
 #include "host/documents/documents.h"
 #include "host/fronts/front.h"
+#include "host/record/kept_outputs.h"
 #include "host/record/run_event.h"
 #include "host/temp_folder.h"
 #include "kit/values.h"
@@ -71,6 +72,8 @@ public:
   [[nodiscard]] const SessionRecord &Record() const { return record; }
   // Hears the events of runs from now on, after the front; null for nobody. Must outlive its use.
   void Listen(RunListener *next) { listener = next; }
+  // Where copies of opened and launched temporary outputs go, a folder for each run.
+  void KeepOutputsIn(std::string folder) { keptOutputs.UseFolder(std::move(folder)); }
   // The record begins anew.
   [[nodiscard]] SessionRecord TakeRecord() { return std::exchange(record, {}); }
   [[nodiscard]] std::vector<DocumentSummary> ListDocuments() const;
@@ -96,7 +99,7 @@ public:
   [[nodiscard]] int32_t Ask(AlertKind kind, const std::string &text);
   [[nodiscard]] std::optional<std::string> Choose(const FileChooser &chooser);
   void WriteConsole(const std::string &text);
-  void ReportRunEvent(const RunEvent &event);
+  void ReportRunEvent(RunEvent event);
   [[nodiscard]] V_ObjectT OpenOutput(const std::string &path, const std::string &asName);
   [[nodiscard]] int32_t Launch(const std::string &path);
   // Nothing when the object is neither a book nor a map.
@@ -112,6 +115,10 @@ private:
   [[nodiscard]] BuiltInClient *FindBuiltIn(std::string_view client);
   [[nodiscard]] const ClientModule *LoadClient(const std::string &client, std::string &problem);
   [[nodiscard]] std::string ApplicationOf(const Document &document) const;
+  // Whether an output that is launched goes with the session.
+  [[nodiscard]] bool IsTemporary(const std::string &path);
+  // The copy of a temporary output that stays, or the path when there is none.
+  [[nodiscard]] std::string TakeCopy(const std::string &path);
 
   const Configuration &configuration;
   Installation installation;
@@ -122,6 +129,7 @@ private:
   V_ObjectT activeBook = 0;
   std::map<int32_t, int32_t> settings; // session numbers
   TempFolder tempFolder;
+  KeptOutputs keptOutputs;
   SessionRecord record;
   std::optional<kit::Resources> clientResources; // read when the client opens its first dialog
   DialogHost dialogs;

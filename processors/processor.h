@@ -23,7 +23,7 @@ struct Job {
 using report::JobStatus;
 
 struct JobResult {
-  JobStatus status = JobStatus::Failed; // or Done
+  JobStatus status = JobStatus::Failed;           // or Done
   std::vector<std::string> secondaryOutputs = {}; // paths, in the order of writing; empty unless done
   std::vector<std::string> filesRead = {};        // paths, or addresses of what is no file; each once
 };

@@ -17,11 +17,13 @@ constexpr const char *examples = R"(Examples:
   vlxslt run topics --recursive --match '*.dita' --xsl topic.xsl -o out/ --extension html
   vlxslt run guide.ditamap --components --xsl topic.xsl -o out/ --extension html
   vlxslt run report.xml --transformation HTML --application DocBook
+  vlxslt run topics -r --xsl topic.xsl -o out/ --record run.jsonl --yes
+  vlxslt run --retry run.jsonl --record run.jsonl --yes
   vlxslt list --application DocBook
   vlxslt dialog manage --script answers.txt
   vlxslt call 'XSLTGetTrScenario -trfile "/data/Transformations.xml"' --json
 
-Exit codes: 0 done; 1 the run failed; 2 bad command line, configuration or request;
+Exit codes: 0 done; 1 at least one input was not transformed; 2 bad command line, configuration or request;
 3 a script did not fit what was asked; 130 cancelled.)";
 
 // Everything that the options are stored in while the line is read; commands keep it alive.
@@ -70,6 +72,8 @@ void AddDocumentOptions(CLI::App &command, SessionOptions &session) {
   AddRepeatable(command, "--book", session.book, "open it and make it the active book", "FILE");
   AddRepeatable(command, "--modified", session.modified, "open it with unsaved changes", "FILE");
   AddText(command, "--script", session.script, "a script that answers questions and works dialogs", "FILE");
+  AddText(command, "--opened", session.opened, "keep temporary outputs that are opened or launched below this folder",
+          "FOLDER");
 }
 
 void AddCatalogueOptions(CLI::App &command, CatalogueOptions &catalogue) {
@@ -107,7 +111,12 @@ void AddRun(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
   command.add_flag("--recursive,-r", run.isRecursive, "take the files in folders of folders too");
   command.add_flag("--components", run.takesComponents, "take the components of books and DITA maps behind them");
   AddRepeatable(command, "--match", run.patterns, "take only files of such names from folders", "PATTERN");
-  command.add_flag("--dry-run", run.isDryRun, "print what would be read, applied and written; start nothing");
+  command.add_flag("--dry-run", run.isDryRun,
+                   "print what would be read, applied and written; start nothing. With --json, an object a line");
+  AddText(command, "--record", run.record, "write what happens to each input, as JSON Lines", "FILE");
+  AddText(command, "--sarif", run.sarif, "write warnings and errors as SARIF", "FILE");
+  AddText(command, "--retry", run.retry, "run again what a record does not list as done; all else is as recorded",
+          "RECORD");
   AddDocumentOptions(command, parsed->session);
 }
 

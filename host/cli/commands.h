@@ -5,6 +5,8 @@
 
 #include "host/cli/options.h"
 #include "host/cli/transformation_record.h"
+#include "host/fronts/script_front.h"
+#include "host/record/run_recorder.h"
 #include "host/session.h"
 
 #include <string>
@@ -14,6 +16,7 @@ namespace cli {
 struct Environment {
   host::Session &session;
   const SessionOptions &options;
+  host::ScriptFront *script = nullptr; // stands in for the person
 };
 
 [[nodiscard]] ExitCode Call(Environment environment, const CallOptions &options);
@@ -36,8 +39,13 @@ struct Environment {
 void PrintError(const std::string &text);
 // Prints the error and says that the command line is at fault.
 [[nodiscard]] ExitCode Refuse(const std::string &text);
-// How a served request ends the program; prints the reply first when JSON is wanted.
-[[nodiscard]] ExitCode Finish(Environment environment, const host::ClientReply &reply);
+// How a served request ends the program; prints the reply first when JSON is wanted. With `tally` the jobs decide, if
+// there were any.
+[[nodiscard]] ExitCode Finish(Environment environment, const host::ClientReply &reply,
+                              const host::RunTally *tally = nullptr);
+// How the process ends when a command that would end with `code` asks nothing more: a script that did not fit outweighs
+// it, since the result says nothing then. Ctrl-C outweighs both.
+[[nodiscard]] ExitCode Settle(Environment environment, ExitCode code);
 // An absolute path for one on the command line; a path variable or a file URL is understood too.
 [[nodiscard]] std::string ReadPath(Environment environment, const std::string &text);
 // The absolute path of the catalogue; empty and an error text when there is none.

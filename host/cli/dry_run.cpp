@@ -1,9 +1,8 @@
 #include "host/cli/dry_run.h"
 
-#include "host/applications.h"
 #include "host/cli/printing.h"
-#include "kit/paths.h"
-#include "kit/text.h"
+
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -11,123 +10,116 @@ namespace cli {
 
 namespace {
 
-using host::Configuration;
+using Json = nlohmann::ordered_json;
+using Strings = std::vector<std::string>;
 
-struct Plan {
-  std::string stylesheet;
-  std::string processor;
-  std::string output; // what is shown for it
-  std::vector<std::string> marks;
-  bool isRunnable = true;
-};
+// Fields of a job in the reply, in their order.
+enum Field : uint32_t { Number, Input, Stylesheet, Processor, Parameters, Output, Asks, Status, Problems };
 
-class Planner {
+// A nested list as what kit::TypedValues reads, without taking it over.
+class Borrowed {
 public:
-  Planner(Environment given, const RunOptions &chosen, const TransformationRecord *found)
-      : environment(given), configuration(given.session.Settings()), options(chosen), record(found) {}
-
-  [[nodiscard]] Plan Make(const RunInput &input, const std::string &conflict) const {
-    Plan plan;
-    if (!kit::Exists(input.path))
-      Stop(plan, "input missing");
-    ChooseStylesheet(input, plan);
-    ChooseProcessor(plan);
-    ChooseOutput(input, plan);
-    if (record && !IsTakenBy(configuration, options.catalogue.application, input.path))
-      Stop(plan, "not of the application " + options.catalogue.application);
-    if (!conflict.empty())
-      plan.marks.push_back(conflict);
-    return plan;
-  }
+  explicit Borrowed(const V_TypedValsT &list) : values(kit::TypedValues::Adopt(list)) {}
+  ~Borrowed() { (void)values.Release(); }
+  Borrowed(const Borrowed &) = delete;
+  Borrowed &operator=(const Borrowed &) = delete;
+  const kit::TypedValues *operator->() const { return &values; }
 
 private:
-  static void Stop(Plan &plan, const std::string &why) {
-    plan.marks.push_back(why);
-    plan.isRunnable = false;
-  }
-
-  void ChooseStylesheet(const RunInput &input, Plan &plan) const {
-    if (record ? record->usesInstruction : options.usesInstruction) {
-      plan.stylesheet = "(processing instruction)";
-      return;
-    }
-    plan.stylesheet = record ? host::ExpandStoredPath(configuration, record->stylesheet, input.path)
-                             : ReadPath(environment, options.stylesheet);
-    if (!kit::IsFile(plan.stylesheet))
-      Stop(plan, "stylesheet missing");
-  }
-
-  void ChooseProcessor(Plan &plan) const {
-    const auto &processors = configuration.processors;
-    plan.processor = record ? record->processor : options.processor;
-    if (!record && plan.processor.empty() && !processors.empty())
-      plan.processor = processors.front().name;
-    if (std::ranges::find(processors, plan.processor, &host::ProcessorSetting::name) == processors.end())
-      Stop(plan, "processor not configured");
-  }
-
-  void ChooseOutput(const RunInput &input, Plan &plan) const {
-    plan.output = input.output;
-    if (plan.output.empty()) {
-      plan.output = record && record->output == OutputPolicy::Prompt ? "(asked for)" : "(temporary)";
-      return;
-    }
-    // Folders of a command line are made; those of a transformation must be there.
-    if (record && !kit::IsFolder(kit::FolderOf(plan.output)))
-      Stop(plan, "output folder missing");
-    if (kit::Exists(plan.output))
-      plan.marks.emplace_back("exists");
-  }
-
-  Environment environment;
-  const Configuration &configuration;
-  const RunOptions &options;
-  const TransformationRecord *record;
+  kit::TypedValues values;
 };
 
-std::string JoinMarks(const std::vector<std::string> &marks) {
-  std::string joined;
-  for (const std::string &mark : marks)
-    joined.append(joined.empty() ? "" : ", ").append(mark);
-  return joined;
+PlannedJob ReadJob(const V_TypedValsT &list) {
+  const Borrowed fields(list);
+  return {fields->Integer(Number).value_or(-1),
+          fields->String(Input).value_or(""),
+          fields->String(Stylesheet).value_or(""),
+          fields->String(Processor).value_or(""),
+          fields->Strings(Parameters).value_or(Strings()),
+          fields->String(Output).value_or(""),
+          fields->Strings(Asks).value_or(Strings()),
+          fields->Integer(Status).value_or(V_JOB_FAILED),
+          fields->Strings(Problems).value_or(Strings())};
 }
+
+bool AsksFor(const PlannedJob &job, std::string_view what) {
+  return std::ranges::find(job.asks, what) != job.asks.end();
+}
+
+std::string DescribeOutput(const PlannedJob &job) {
+  if (!job.output.empty())
+    return job.output;
+  return AsksFor(job, "place") ? "(asked for)" : "(temporary)";
+}
+
+std::string ListMarks(const PlannedJob &job) {
+  std::string marks = AsksFor(job, "overwrite") ? "exists" : "";
+  for (const std::string &problem : job.problems)
+    marks.append(marks.empty() ? "" : ", ").append(problem);
+  return marks;
+}
+
+// As the run itself would be judged.
+bool WillBeDone(const std::vector<PlannedJob> &jobs) {
+  const auto isNoFault = [](int32_t status) { return status == V_JOB_DONE || status == V_JOB_LEFT_OUT; };
+  return std::ranges::all_of(jobs, isNoFault, &PlannedJob::status) &&
+         std::ranges::find(jobs, V_JOB_DONE, &PlannedJob::status) != jobs.end();
+}
+
+bool CannotBegin(const PlannedJob &job) { return job.status == V_JOB_MISSING || job.status == V_JOB_REFUSED; }
+
+Json TextOrNull(const std::string &text) { return text.empty() ? Json() : Json(text); }
 
 } // namespace
 
-std::string PlaceByPolicy(const Configuration &configuration, const TransformationRecord &record,
-                          const std::string &input) {
-  if (record.output == OutputPolicy::Folder)
-    return kit::JoinPath(host::ExpandStoredPath(configuration, record.folder, input), kit::FileNameOf(input));
-  if (record.output != OutputPolicy::SameLocation)
-    return {};
-  const std::string extension = kit::ExtensionOf(input);
-  const std::string name = kit::BaseNameOf(input) + record.suffix + (extension.empty() ? "" : "." + extension);
-  return kit::JoinPath(kit::FolderOf(input), name);
+std::vector<PlannedJob> ReadPlan(const kit::TypedValues &reply) {
+  std::vector<PlannedJob> jobs;
+  for (uint32_t index = 0; index < reply.Size(); ++index)
+    if (const V_TypedValsT *list = reply.Values(index))
+      jobs.push_back(ReadJob(*list));
+  return jobs;
 }
 
-bool IsTakenBy(const Configuration &configuration, const std::string &application, const std::string &input) {
-  if (application.empty() || kit::EqualsIgnoreCase(application, host::defaultsName))
-    return true;
-  const std::vector<std::string> names = host::FindApplications(configuration, input);
-  return std::ranges::find(names, application) != names.end();
+std::string FormatPlannedJob(const PlannedJob &job) {
+  const std::string stylesheet = job.stylesheet.empty() ? "(processing instruction)" : job.stylesheet;
+  return FormatFields({job.input, stylesheet, job.processor, DescribeOutput(job), ListMarks(job)});
 }
 
-ExitCode PrintDryRun(Environment environment, const RunOptions &options, std::vector<RunInput> inputs,
-                     const TransformationRecord *record) {
-  if (record)
-    for (RunInput &input : inputs)
-      input.output = PlaceByPolicy(environment.session.Settings(), *record, input.path);
-  const std::vector<std::string> conflicts = FindConflicts(inputs);
-  const Planner planner(environment, options, record);
-  bool isRunnable = true;
+std::string FormatPlannedJobAsJson(const PlannedJob &job) {
+  Json parameters = Json::array();
+  for (size_t index = 0; index + 1 < job.parameters.size(); index += 2)
+    parameters.push_back(Json::array({job.parameters[index], job.parameters[index + 1]}));
+  Json object{{"job", job.job},
+              {"input", job.input},
+              {"stylesheet", TextOrNull(job.stylesheet)},
+              {"processor", job.processor},
+              {"parameters", std::move(parameters)},
+              {"output", TextOrNull(job.output)},
+              {"asks", job.asks}};
+  if (!job.problems.empty())
+    object["problems"] = job.problems;
+  // A path need not be UTF-8; the line must be.
+  return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+ExitCode PrintPlan(Environment environment, const RunRequest &request) {
+  const host::ClientReply reply = environment.session.Send("XSLT", request.PlanText());
+  if (!reply.error.empty())
+    return Refuse(reply.error);
+  const std::optional<int32_t> status = reply.values.Integer(0);
+  if (!status)
+    return Refuse("the client does not make plans");
+  const std::vector<PlannedJob> jobs = ReadPlan(reply.values);
+  // The reason has been told; what is known of the jobs then is no plan. As in a run, inputs that are all missing are
+  // no fault of the request.
+  if (*status == V_ERROR_BAD_REQUEST)
+    return !jobs.empty() && std::ranges::all_of(jobs, CannotBegin) ? ExitCode::Failed : ExitCode::BadCommand;
+  const auto format = environment.options.printsJson ? FormatPlannedJobAsJson : FormatPlannedJob;
   std::string text;
-  for (size_t index = 0; index < inputs.size(); ++index) {
-    const Plan plan = planner.Make(inputs[index], conflicts[index]);
-    // On the command line such outputs are refused; a transformation may be meant to replace its input.
-    isRunnable = isRunnable && plan.isRunnable && (record || conflicts[index].empty());
-    text += FormatFields({inputs[index].path, plan.stylesheet, plan.processor, plan.output, JoinMarks(plan.marks)});
-  }
-  return Print(text) && isRunnable ? ExitCode::Done : ExitCode::Failed;
+  for (const PlannedJob &job : jobs)
+    text += format(job);
+  const bool isPrinted = Print(text);
+  return isPrinted && WillBeDone(jobs) ? ExitCode::Done : ExitCode::Failed;
 }
 
 } // namespace cli

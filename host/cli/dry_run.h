@@ -1,27 +1,38 @@
-// What a run would read, apply and write, without starting it.
+// What a run would read, apply and write, without starting it: the client's plan, as a table or as JSON.
 #ifndef HOST_CLI_DRY_RUN_H
 #define HOST_CLI_DRY_RUN_H
 
 #include "host/cli/commands.h"
-#include "host/cli/run_inputs.h"
-#include "host/cli/transformation_record.h"
+#include "host/cli/run_request.h"
+#include "kit/values.h"
 
+#include <cstdint>
+#include <string>
 #include <vector>
 
 namespace cli {
 
-// Whether a run for that application takes the input; every one does without an application, or for the defaults.
-[[nodiscard]] bool IsTakenBy(const host::Configuration &configuration, const std::string &application,
-                             const std::string &input);
+struct PlannedJob {
+  int32_t job = -1;
+  std::string input;
+  std::string stylesheet; // empty: the input's own
+  std::string processor;
+  std::vector<std::string> parameters; // name and expression alternately
+  std::string output;                  // empty: a temporary one, or asked for
+  std::vector<std::string> asks;       // "overwrite", "place"
+  int32_t status = 0;                  // how it will end, as far as can be told: V_JOB_...
+  std::vector<std::string> problems;
+};
 
-// Where the transformation's policy puts the result of an input; empty when that is known only during the run.
-[[nodiscard]] std::string PlaceByPolicy(const host::Configuration &configuration, const TransformationRecord &record,
-                                        const std::string &input);
+// The jobs of a reply; what is no job is passed over, and what is not there is empty.
+[[nodiscard]] std::vector<PlannedJob> ReadPlan(const kit::TypedValues &reply);
 
-// Prints one line per input. `record` is the transformation, or null for a bare stylesheet; then the inputs hold their
-// outputs.
-[[nodiscard]] ExitCode PrintDryRun(Environment environment, const RunOptions &options, std::vector<RunInput> inputs,
-                                   const TransformationRecord *record);
+// One line: fields with a tab between them, or an object.
+[[nodiscard]] std::string FormatPlannedJob(const PlannedJob &job);
+[[nodiscard]] std::string FormatPlannedJobAsJson(const PlannedJob &job);
+
+// Asks for the plan and prints a line per job.
+[[nodiscard]] ExitCode PrintPlan(Environment environment, const RunRequest &request);
 
 } // namespace cli
 

@@ -4,12 +4,15 @@
 #include "host/configuration/configuration.h"
 #include "host/configuration/installation.h"
 #include "host/desktop_module.h"
+#include "host/editor_command.h"
 #include "host/fronts/cancellation.h"
 #include "host/fronts/script_front.h"
 #include "host/fronts/terminal_front.h"
 #include "host/session.h"
+#include "kit/paths.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -19,17 +22,6 @@
 namespace cli {
 
 namespace {
-
-// A script that did not fit outweighs how the command ended: its result says nothing. Ctrl-C outweighs both.
-ExitCode EndScript(host::ScriptFront &script, ExitCode code) {
-  if (code == ExitCode::Cancelled)
-    return code;
-  script.Finish();
-  if (!script.HasFailed())
-    return code;
-  PrintError(script.Failure());
-  return ExitCode::ScriptMisfit;
-}
 
 std::vector<std::pair<std::string, host::OpenAs>> ListFiles(const SessionOptions &options) {
   const std::pair<const std::vector<std::string> &, host::OpenAs> groups[] = {
@@ -54,9 +46,12 @@ bool OpenFiles(host::Session &session, const SessionOptions &options) {
 }
 
 ExitCode RunCommand(const CommandLine &line, const host::Configuration &configuration,
-                    const host::Installation &installation, host::Front &front) {
+                    const host::Installation &installation, host::Front &front, host::ScriptFront *script = nullptr) {
   host::Session session(configuration, installation, front);
-  return OpenFiles(session, line.session) ? line.command({session, line.session}) : ExitCode::BadCommand;
+  if (!line.session.opened.empty())
+    session.KeepOutputsIn(kit::AbsolutePath(line.session.opened));
+  const Environment environment{session, line.session, script};
+  return Settle(environment, OpenFiles(session, line.session) ? line.command(environment) : ExitCode::BadCommand);
 }
 
 // The answers of a person, or of a script that stands in for one.
@@ -66,7 +61,23 @@ ExitCode RunWithFront(const CommandLine &line, const host::Configuration &config
     return RunCommand(line, configuration, installation, front);
   std::string problem;
   const std::unique_ptr<host::ScriptFront> script = host::MakeScriptFront(line.session.script, front, problem);
-  return script ? EndScript(*script, RunCommand(line, configuration, installation, *script)) : Refuse(problem);
+  if (!script)
+    return Refuse(problem);
+  const ExitCode code = RunCommand(line, configuration, installation, *script, script.get());
+  if (code == ExitCode::ScriptMisfit)
+    PrintError(script->Failure());
+  return code;
+}
+
+// Only where there is a display could anybody see the program.
+bool ShowToPerson(const std::string &path) { return host::StartProgram(host::ComposeOpenCommand(path)); }
+
+host::ProgramStarter FindStarter() {
+  const auto isSet = [](const char *variable) {
+    const char *value = std::getenv(variable);
+    return value && *value;
+  };
+  return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") ? host::ProgramStarter(ShowToPerson) : host::ProgramStarter();
 }
 
 // Nothing and an error text without windows.
@@ -111,7 +122,7 @@ ExitCode RunProgram(int count, char **arguments) {
       return Refuse(problem);
   }
   host::CatchInterrupts();
-  host::TerminalFront terminal(line->session.Answers());
+  host::TerminalFront terminal(line->session.Answers(), FindStarter());
   return RunWithFront(*line, read.configuration, installation, terminal);
 }
 

@@ -23,6 +23,7 @@ struct SessionOptions {
   bool agreesToAll = false;
   bool declinesAll = false;
   std::string script; // plays the person
+  std::string opened; // the folder for copies of temporary outputs; empty for the common one
   bool printsJson = false;
   bool isWorkbench = false;  // the command is the main window
   bool isDialog = false;     // the command is a dialog, which a terminal cannot show
@@ -64,6 +65,9 @@ struct RunOptions {
   bool isDryRun = false;
   std::string output = {};
   std::string extension = {};
+  std::string record = {}; // the files to write about the run
+  std::string sarif = {};
+  std::string retry = {}; // the record of a run to go on with
 };
 
 // The fields of `add` and `edit`; for `edit` an empty one means "as it is".

@@ -48,12 +48,26 @@ RequestText ReadRequest(const std::string &argument) {
   return request;
 }
 
+constexpr std::string_view runRequest = "XSLTRunTrScenario ";
+
 ExitCode SendAndPrint(Environment environment, const std::string &client, const std::string &request) {
+  host::RunRecorder recorder;
+  environment.session.Listen(&recorder);
   const host::ClientReply reply = environment.session.Send(client, request);
-  const ExitCode code = Finish(environment, reply);
+  environment.session.Listen(nullptr);
+  const bool isRun = kit::StartsWithIgnoreCase(request, runRequest);
+  const ExitCode code = Finish(environment, reply, isRun ? &recorder.Tally() : nullptr);
   if (!reply.error.empty() || environment.options.printsJson)
     return code;
   return Print(FormatReply(reply.values.Get())) ? code : ExitCode::Failed;
+}
+
+// An input that another application takes is none of the run's, unless that leaves nothing.
+ExitCode JudgeRun(const host::RunTally &tally) {
+  if (tally.Of(V_JOB_CANCELLED) > 0)
+    return ExitCode::Cancelled;
+  const int32_t done = tally.Of(V_JOB_DONE);
+  return done > 0 && done + tally.Of(V_JOB_LEFT_OUT) == tally.count ? ExitCode::Done : ExitCode::Failed;
 }
 
 struct DialogName {
@@ -88,16 +102,25 @@ ExitCode Refuse(const std::string &text) {
   return ExitCode::BadCommand;
 }
 
-ExitCode Finish(Environment environment, const host::ClientReply &reply) {
+ExitCode Finish(Environment environment, const host::ClientReply &reply, const host::RunTally *tally) {
   if (!reply.error.empty())
     return Refuse(reply.error);
   if (environment.options.printsJson && !Print(FormatJson(reply.values.Get(), environment.session.Record())))
     return ExitCode::Failed;
   if (host::IsInterrupted())
     return ExitCode::Cancelled;
+  if (tally && tally->count > 0)
+    return JudgeRun(*tally);
   if (reply.status == V_ERROR_BAD_REQUEST)
     return ExitCode::BadCommand;
   return reply.status == V_ERROR_NONE ? ExitCode::Done : ExitCode::Failed;
+}
+
+ExitCode Settle(Environment environment, ExitCode code) {
+  if (!environment.script || (code == ExitCode::Cancelled && host::IsInterrupted()))
+    return code;
+  environment.script->Finish();
+  return environment.script->HasFailed() ? ExitCode::ScriptMisfit : code;
 }
 
 std::string ReadPath(Environment environment, const std::string &text) {

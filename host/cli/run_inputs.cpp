@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
 #include <set>
 #include <system_error>
 
@@ -22,8 +21,6 @@ std::string RealPath(const std::string &path) {
   const fs::path real = fs::weakly_canonical(path, error);
   return error ? path : real.string();
 }
-
-bool NamesFolder(const std::string &output) { return output.ends_with('/') || kit::IsFolder(output); }
 
 bool IsWanted(const RunOptions &options, const std::string &name) {
   return options.patterns.empty() || std::ranges::any_of(options.patterns, [&](const std::string &pattern) {
@@ -111,6 +108,8 @@ std::string ReplaceExtension(const std::string &relative, std::string extension)
 
 } // namespace
 
+bool NamesFolder(const std::string &output) { return output.ends_with('/') || kit::IsFolder(output); }
+
 bool FindInputs(const RunOptions &options, std::vector<RunInput> &inputs, std::vector<std::string> &warnings,
                 std::string &error) {
   for (const std::string &named : options.inputs) {
@@ -158,40 +157,6 @@ bool PlaceOutputs(const RunOptions &options, std::vector<RunInput> &inputs, std:
     inputs.front().output = kit::AbsolutePath(options.output);
   }
   return error.empty();
-}
-
-std::vector<std::string> FindConflicts(const std::vector<RunInput> &inputs) {
-  std::map<std::string, const RunInput *> byOutput;
-  std::vector<std::string> conflicts;
-  for (const RunInput &input : inputs) {
-    std::string conflict;
-    if (!input.output.empty()) {
-      const std::string output = RealPath(input.output);
-      const auto [first, isNew] = byOutput.try_emplace(output, &input);
-      if (output == RealPath(input.path))
-        conflict = "is its own input";
-      else if (!isNew)
-        conflict = "same output as " + first->second->path;
-    }
-    conflicts.push_back(std::move(conflict));
-  }
-  return conflicts;
-}
-
-bool MakeOutputFolders(const RunOptions &options, const std::vector<RunInput> &inputs, std::string &error) {
-  if (!NamesFolder(options.output))
-    return true;
-  for (const RunInput &input : inputs) {
-    const std::string folder = kit::FolderOf(input.output);
-    std::error_code failure;
-    if (!kit::IsFolder(folder))
-      fs::create_directories(folder, failure);
-    if (failure) {
-      error = "cannot make the folder " + folder + ": " + failure.message();
-      return false;
-    }
-  }
-  return true;
 }
 
 } // namespace cli

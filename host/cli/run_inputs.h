@@ -24,12 +24,8 @@ struct RunInput {
 // folder is needed and none was named.
 [[nodiscard]] bool PlaceOutputs(const RunOptions &options, std::vector<RunInput> &inputs, std::string &error);
 
-// "is its own input", "same output as ..."; empty for an output that is the input's alone.
-[[nodiscard]] std::vector<std::string> FindConflicts(const std::vector<RunInput> &inputs);
-
-// Makes the folders of the outputs when -o names a folder. False and an error text when one cannot be made.
-[[nodiscard]] bool MakeOutputFolders(const RunOptions &options, const std::vector<RunInput> &inputs,
-                                     std::string &error);
+// Whether -o means a folder: one that is there, or is to be made.
+[[nodiscard]] bool NamesFolder(const std::string &output);
 
 } // namespace cli
 

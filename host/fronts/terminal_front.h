@@ -6,6 +6,7 @@
 #include "host/fronts/front.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace host {
@@ -16,9 +17,13 @@ enum class Answers {
   ConfirmAll, // Yes and OK; a file chooser is still asked on a terminal
 };
 
+// Starts the program that shows a file to a person; false when there is none.
+using ProgramStarter = std::function<bool(const std::string &path)>;
+
 class TerminalFront final : public Front {
 public:
-  explicit TerminalFront(Answers wanted);
+  // `show` starts the default programs of launched outputs; without it, and when nothing may be asked, they are named.
+  explicit TerminalFront(Answers wanted, ProgramStarter show = {});
   ~TerminalFront() override;
   TerminalFront(const TerminalFront &) = delete;
   TerminalFront &operator=(const TerminalFront &) = delete;
@@ -28,6 +33,7 @@ public:
   void RunDialog(DialogModel &dialog) override;
   void WriteConsole(std::string_view text) override;
   void ReportProgress(const Progress &progress) override;
+  void LaunchOutput(const std::string &path) override;
   [[nodiscard]] bool IsCancelled() override;
 
 private:
@@ -38,6 +44,7 @@ private:
   void ShowProgress();
 
   Answers answers;
+  ProgramStarter starter;
   bool isTerminal = false;    // a person can answer
   bool showsProgress = false; // standard error can be written over
   std::string progress;       // the line that is kept below the console; empty when there is none

@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace host {
 
@@ -73,7 +74,7 @@ std::string DescribeTimeLeft(std::chrono::steady_clock::duration spent, int32_t 
 
 } // namespace
 
-TerminalFront::TerminalFront(Answers wanted) : answers(wanted) {
+TerminalFront::TerminalFront(Answers wanted, ProgramStarter show) : answers(wanted), starter(std::move(show)) {
   const bool writesToTerminal = isatty(STDERR_FILENO) == 1;
   isTerminal = writesToTerminal && isatty(STDIN_FILENO) == 1;
   const char *terminal = std::getenv("TERM");
@@ -138,6 +139,13 @@ void TerminalFront::ReportProgress(const Progress &next) {
   progress =
       std::to_string(next.index + 1) + "/" + std::to_string(next.count) + left + "  " + kit::FileNameOf(next.path);
   ShowProgress();
+}
+
+// The file is named in any case: a program that is started may still fail to show it.
+void TerminalFront::LaunchOutput(const std::string &path) {
+  Front::LaunchOutput(path);
+  if (answers != Answers::Decline && starter && !starter(path))
+    WriteLine("No program could be started for " + path);
 }
 
 bool TerminalFront::IsCancelled() { return IsInterrupted(); }

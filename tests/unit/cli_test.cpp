@@ -1,5 +1,9 @@
-// What the command line makes of its words before a request is sent: inputs, places for results, records, requests.
+// What the command line makes of its words before a request is sent: inputs, places for results, records, requests,
+// and how it shows plans and counts.
+#include "host/cli/dry_run.h"
+#include "host/cli/retry.h"
 #include "host/cli/run_inputs.h"
+#include "host/cli/run_report.h"
 #include "host/cli/transformation_record.h"
 #include "kit/text.h"
 #include "kit/values.h"
@@ -7,6 +11,7 @@
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 #include <random>
@@ -105,19 +110,6 @@ TEST_F(Inputs, GoWhereTheOutputSays) {
   }
 }
 
-TEST_F(Inputs, ConflictsSeeThroughLinks) {
-  fs::create_directory_symlink("in", folder.Path("same"));
-  std::vector<RunInput> pairs;
-  for (const auto &[path, output] : {std::pair{"in/a.xml", "o/1"},
-                                     {"in/b.xml", "o/../o/1"},
-                                     {"in/note.txt", ""},
-                                     {"in/sub/c.xml", "same/sub/c.xml"},
-                                     {"in/sub/deep/d.xml", "same/a.xml"}})
-    pairs.push_back({folder.Path(path), "", *output ? folder.Path(output) : ""});
-  const Strings conflicts = cli::FindConflicts(pairs);
-  EXPECT_EQ(conflicts, (Strings{"", "same output as " + folder.Path("in/a.xml"), "", "is its own input", ""}));
-}
-
 TEST_F(Inputs, OfAMapBringTheirComponents) {
   const std::string map = folder.Write("m/main.ditamap", "<map><topicref href='t.dita'/><topicref href='../x.dita'/>"
                                                          "<topicref href='gone.dita'/></map>");
@@ -205,6 +197,123 @@ TEST(Records, AreReadFromRepliesHoweverShort) {
   EXPECT_EQ(records[1].name, "short");
   EXPECT_EQ(records[1].processor, "");
   EXPECT_EQ(records[2].name, "");
+}
+
+// ---- Retries
+
+class Retries : public testing::Test {
+protected:
+  // The request that is left of a record with that request; or the error.
+  std::string Compose(const std::string &request, const std::string &jobs) {
+    const std::string path = folder.Write(
+        "r.jsonl",
+        nlohmann::json{{"type", "run"}, {"version", 1}, {"count", 3}, {"request", request}}.dump() + "\n" + jobs);
+    cli::RunRequest composed;
+    std::string error;
+    const bool isComposed = cli::ComposeRetry(path, composed, error);
+    EXPECT_EQ(isComposed, error.empty());
+    count = composed.inputCount;
+    return isComposed ? composed.Text() : error;
+  }
+
+  static std::string Job(const std::string &input, const std::string &status) {
+    return nlohmann::json{{"type", "job"}, {"job", 0}, {"input", input}, {"status", status}}.dump() + "\n";
+  }
+
+  test::Folder folder;
+  int32_t count = -1;
+};
+
+TEST_F(Retries, LeaveOutWhatIsDone) {
+  const std::string head = R"(XSLTRunTrScenario -xslfilepath '/s "1".xsl' -sparam "-file" "x" -distinctoutputs)";
+  const std::string a = R"( -file "/a" -outputfilepath "/o/a")";
+  const std::string b = R"( -file "/b c" -outputfilepath "/a")";
+  const std::string c = R"( -file "/c" -outputfilepath "/o/c")";
+  EXPECT_EQ(Compose(head + a + b + c, ""), head + a + b + c) << "killed before the first";
+  EXPECT_EQ(Compose(head + a + b + c, Job("/a", "done") + Job("/b c", "failed")), head + b + c);
+  EXPECT_EQ(count, 2);
+  for (const char *status : {"failed", "refused", "missing", "cancelled"})
+    EXPECT_EQ(Compose(head + a + c, Job("/c", "done") + Job("/a", status)), head + a) << status;
+  EXPECT_EQ(Compose(head + a + c, Job("/a", "left-out") + Job("/c", "done")), head);
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(Compose(head + a + c, Job("/c", "done") + R"({"type":"job","job":1,"input":"/a","status":"done"})"),
+            head + a)
+      << "a torn line does not count";
+}
+
+TEST_F(Retries, RefuseRequestsThatMeanOtherFilesByNow) {
+  for (const char *request :
+       {"XSLTRunTrScenario -usepi -folder \"/a\"", "XSLTRunTrScenario -usepi -currentfile", "XSLTRunTrScenario -usepi",
+        "XSLTGetTrScenario -trfile \"/t\"", "XSLTRunTrScenario -usepi -file \"/a\"",
+        "XSLTRunTrScenario -usepi -file \"/a\" -outputfilepath \"/b\" -whatever", "VlxsltPlanRun -file \"/a\"",
+        "XSLTRunTrScenario -usepi -file \"/\uFFFD\" -outputfilepath \"/b\""})
+    EXPECT_TRUE(Compose(request, "").starts_with(folder.Path("r.jsonl:1: its request "))) << Compose(request, "");
+}
+
+// ---- Plans and counts
+
+TEST(Plans, AreShownAsTablesAndAsObjects) {
+  FakeHost host;
+  kit::TypedValues reply;
+  reply.AddInteger(0);
+  reply.AddString("log");
+  kit::TypedValues known;
+  known.AddInteger(0);
+  known.AddString("/p/a.xml");
+  known.AddString("/p/s.xsl");
+  known.AddString("Saxon");
+  known.AddStrings({"toc", "2", "title", "'\xff'"});
+  known.AddString("/p/a.html");
+  known.AddStrings({"overwrite"});
+  known.AddInteger(V_JOB_DONE);
+  known.AddStrings({});
+  reply.AddValues(std::move(known));
+  kit::TypedValues asked;
+  asked.AddInteger(1);
+  asked.AddString("/p/b.xml");
+  asked.AddString("");
+  asked.AddString("X");
+  asked.AddStrings({});
+  asked.AddString("");
+  asked.AddStrings({"place"});
+  asked.AddInteger(V_JOB_FAILED);
+  asked.AddStrings({"processor not configured", "more"});
+  reply.AddValues(std::move(asked));
+  kit::TypedValues cut;
+  cut.AddInteger(2);
+  cut.AddString("/p/c.xml");
+  reply.AddValues(std::move(cut));
+  const std::vector<cli::PlannedJob> jobs = cli::ReadPlan(reply);
+  ASSERT_EQ(jobs.size(), 3U);
+  EXPECT_EQ(cli::FormatPlannedJob(jobs[0]), "/p/a.xml\t/p/s.xsl\tSaxon\t/p/a.html\texists\n");
+  EXPECT_EQ(
+      cli::FormatPlannedJobAsJson(jobs[0]),
+      "{\"job\":0,\"input\":\"/p/a.xml\",\"stylesheet\":\"/p/s.xsl\",\"processor\":\"Saxon\",\"parameters\":[[\"toc\","
+      "\"2\"],[\"title\",\"'\uFFFD'\"]],\"output\":\"/p/a.html\",\"asks\":[\"overwrite\"]}\n");
+  EXPECT_EQ(cli::FormatPlannedJob(jobs[1]),
+            "/p/b.xml\t(processing instruction)\tX\t(asked for)\tprocessor not configured, more\n");
+  EXPECT_EQ(cli::FormatPlannedJobAsJson(jobs[1]),
+            R"({"job":1,"input":"/p/b.xml","stylesheet":null,"processor":"X","parameters":[],"output":null,)"
+            R"("asks":["place"],"problems":["processor not configured","more"]})"
+            "\n");
+  EXPECT_EQ(jobs[2].status, V_JOB_FAILED) << "what is not said to be fine is not";
+}
+
+TEST(Summaries, NameTheFirstOfEachStatus) {
+  host::RunRecorder recorder;
+  const auto end = [&](const std::string &input, int32_t status) {
+    recorder.OnRunEvent({.kind = V_JOB_ENDS, .job = 0, .status = status, .path = input});
+  };
+  recorder.OnRunEvent({.kind = V_RUN_BEGINS, .count = 25});
+  end("/good", V_JOB_DONE);
+  end("/cancelled", V_JOB_CANCELLED);
+  std::string names;
+  for (int index = 0; index < 22; ++index) {
+    end("/" + std::to_string(index), V_JOB_FAILED);
+    names += index < 20 ? "\n    /" + std::to_string(index) : "";
+  }
+  EXPECT_EQ(cli::FormatSummary(recorder.Tally()), "25 inputs: 1 transformed, 22 failed, 1 cancelled\n  failed:" +
+                                                      names + "\n    and 2 more\n  cancelled:\n    /cancelled");
 }
 
 // What a request carries comes out of it again; what it cannot carry is never sent.

@@ -1,3 +1,5 @@
+find_package(nlohmann_json 3 REQUIRED)
+
 # Two clients for the host to load: one that works, and one that lacks most of its entry points.
 foreach(kind IN ITEMS stub half)
   add_library(vlxslt_${kind}_client MODULE ${CMAKE_CURRENT_LIST_DIR}/host_${kind}_client.cpp)
@@ -24,6 +26,8 @@ target_compile_definitions(many_requests_test PRIVATE VLXSLT_CLIENTS="${VLXSLT_L
 add_dependencies(many_requests_test XSLT)
 
 # The program is no library: what works out a command line is compiled in.
-vlxslt_add_unit_test(cli_test SOURCES cli_test.cpp LIBRARIES vlxslt_host)
-target_sources(cli_test PRIVATE ${CMAKE_SOURCE_DIR}/host/cli/run_inputs.cpp
-                                ${CMAKE_SOURCE_DIR}/host/cli/transformation_record.cpp)
+vlxslt_add_unit_test(cli_test SOURCES cli_test.cpp LIBRARIES vlxslt_host nlohmann_json::nlohmann_json)
+set(cli_sources dry_run printing request_commands retry run_inputs run_report transformation_record)
+list(TRANSFORM cli_sources REPLACE "(.+)" "${CMAKE_SOURCE_DIR}/host/cli/\\1.cpp")
+target_sources(cli_test PRIVATE ${cli_sources})
+target_compile_definitions(cli_test PRIVATE VLXSLT_VERSION="${PROJECT_VERSION}")

@@ -143,13 +143,18 @@ TEST_F(Components, DocumentsTellWhatTheyAre) {
   }
   EXPECT_EQ(object, 0U);
 
-  // An output that is opened under another name stays open when its file goes.
+  // An output that is opened under another name goes; a copy of it stays.
   const std::string output = folder.Write("t-out.xml", "<html/>");
   const V_ObjectT opened = V_ApiOpenDocument(output.c_str(), "t.html");
   ASSERT_EQ(std::remove(output.c_str()), 0);
   EXPECT_EQ(kit::GetString(opened, V_OP_NAME), "t.html");
-  EXPECT_EQ(session->Record().opened, Names{output});
-  EXPECT_EQ(V_ApiOpenDocument(output.c_str(), nullptr), opened);
+  const std::string copy = kit::GetString(opened, V_OP_FULL_NAME);
+  EXPECT_TRUE(copy.starts_with(folder.Path("opened/"))) << copy;
+  EXPECT_EQ(test::ReadAll(copy), "<html/>");
+  EXPECT_EQ(session->Record().opened, Names{copy});
+  EXPECT_EQ(session->Record().console, Names{"Opened: " + copy});
+  EXPECT_EQ(V_ApiOpenDocument(copy.c_str(), nullptr), opened);
+  EXPECT_EQ(session->Record().console.size(), 1U) << "one that is no copy";
   EXPECT_EQ(V_ApiOpenDocument(folder.Path("none").c_str(), nullptr), 0U);
 }
 

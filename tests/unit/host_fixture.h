@@ -35,7 +35,9 @@ public:
 class HostTest : public testing::Test {
 protected:
   host::Session &Open(const std::string &clientFolder = "/none") {
-    return session.emplace(configuration, host::Installation{clientFolder, "/none/"}, front);
+    session.emplace(configuration, host::Installation{clientFolder, "/none/"}, front);
+    session->KeepOutputsIn(folder.Path("opened"));
+    return *session;
   }
 
   Folder folder;

@@ -1,0 +1,89 @@
+#include "host/cli/run_request.h"
+
+#include "host/cli/run_inputs.h"
+#include "kit/request_builder.h"
+
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+// Empty when the options fit together.
+std::string FindContradiction(const RunOptions &options) {
+  const int ways = (options.transformation.empty() ? 0 : 1) + (options.stylesheet.empty() ? 0 : 1) +
+                   (options.usesInstruction ? 1 : 0);
+  if (ways != 1)
+    return "say what to apply: one of --transformation NAME, --xsl FILE and --use-pi";
+  const bool namesCatalogue = !options.catalogue.file.empty() || !options.catalogue.application.empty();
+  if (options.transformation.empty())
+    return namesCatalogue ? "--catalogue and --application go with --transformation" : "";
+  if (!namesCatalogue)
+    return "--transformation needs --catalogue FILE or --application NAME to be looked up in";
+  if (!options.output.empty() || !options.extension.empty())
+    return "a transformation says itself where its output goes; -o and --extension go with --xsl and --use-pi";
+  if (!options.processor.empty() || !options.parameters.empty())
+    return "a transformation names its own processor and parameters; --processor and -p go with --xsl and --use-pi";
+  return {};
+}
+
+std::string FindParameterFault(const RunOptions &options) {
+  for (const std::string &parameter : options.parameters)
+    if (!SplitParameter(parameter))
+      return "-p wants NAME=EXPRESSION, not \"" + parameter + "\"";
+  return {};
+}
+
+void AddWhatToApply(Environment environment, const RunOptions &options, const std::string &catalogue,
+                    kit::RequestBuilder &request) {
+  if (options.usesInstruction)
+    request.Add("-usepi");
+  if (!options.stylesheet.empty())
+    request.Add("-xslfilepath", {ReadPath(environment, options.stylesheet)});
+  request.AddIfGiven("-trname", options.transformation);
+  request.AddIfGiven("-appname", options.catalogue.application);
+  if (!options.catalogue.file.empty())
+    request.Add("-trfile", {catalogue});
+  request.AddIfGiven("-processor", options.processor);
+  for (const std::string &text : options.parameters)
+    if (const auto parameter = SplitParameter(text))
+      request.Add("-sparam", {parameter->first, parameter->second});
+}
+
+void AddInputs(const RunOptions &options, const std::vector<RunInput> &inputs, kit::RequestBuilder &request) {
+  request.Add("-distinctoutputs");
+  if (!options.output.empty() && NamesFolder(options.output))
+    request.Add("-makefolders");
+  for (const RunInput &input : inputs) {
+    request.Add("-file", {input.path});
+    // A transformation decides for itself, but each input must have a partner.
+    request.Add("-outputfilepath", {input.output.empty() ? input.path : input.output});
+  }
+}
+
+} // namespace
+
+bool ComposeRun(Environment environment, const RunOptions &options, RunRequest &request, std::string &error) {
+  error = FindContradiction(options);
+  if (error.empty())
+    error = FindParameterFault(options);
+  std::vector<RunInput> inputs;
+  std::vector<std::string> warnings;
+  if (!error.empty() || !FindInputs(options, inputs, warnings, error))
+    return false;
+  for (const std::string &warning : warnings)
+    environment.session.WriteConsole(warning);
+
+  const bool isCatalogueRun = !options.transformation.empty();
+  const std::string catalogue = isCatalogueRun ? FindCatalogue(environment, options.catalogue, error) : std::string();
+  if (!error.empty() || (!isCatalogueRun && !PlaceOutputs(options, inputs, error)))
+    return false;
+  kit::RequestBuilder builder("");
+  AddWhatToApply(environment, options, catalogue, builder);
+  AddInputs(options, inputs, builder);
+  error = builder.Problem();
+  request = {builder.Text(), static_cast<int32_t>(inputs.size())};
+  return error.empty();
+}
+
+} // namespace cli

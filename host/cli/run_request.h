@@ -1,0 +1,27 @@
+// The request of a run, composed from the command line or from the record of an earlier run.
+#ifndef HOST_CLI_RUN_REQUEST_H
+#define HOST_CLI_RUN_REQUEST_H
+
+#include "host/cli/commands.h"
+
+#include <cstdint>
+#include <string>
+
+namespace cli {
+
+struct RunRequest {
+  std::string options; // with a blank in front of each
+  int32_t inputCount = 0;
+
+  [[nodiscard]] std::string Text() const { return "XSLTRunTrScenario" + options; }
+  // Asks for the plan of that run.
+  [[nodiscard]] std::string PlanText() const { return "VlxsltPlanRun" + options; }
+};
+
+// False and an error text when the options do not fit together or name what is not there.
+[[nodiscard]] bool ComposeRun(Environment environment, const RunOptions &options, RunRequest &request,
+                              std::string &error);
+
+} // namespace cli
+
+#endif
