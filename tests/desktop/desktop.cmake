@@ -16,6 +16,7 @@ vlxslt_add_window_tests(test_dialogs.py DialogTest a_run_asks_before_it_overwrit
 vlxslt_add_window_tests(test_workbench.py WorkbenchTest a_map_unfolds_and_runs_with_its_topics
                         documents_are_opened_with_the_chooser_and_again_from_the_recent_ones files_are_dragged_in
                         a_document_whose_file_is_gone_does_no_harm a_problem_opens_the_editor_at_its_line
+                        an_opened_result_is_viewed_and_saved
                         preferences_check_a_processor_and_keep_comments
                         a_processor_that_is_added_after_a_run_can_be_used)
 vlxslt_add_window_tests(test_shutdown.py ShutdownTest a_long_run_is_cancelled closing_during_a_run_asks_and_ends_whole

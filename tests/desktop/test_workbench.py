@@ -139,6 +139,45 @@ class WorkbenchTest(WindowTest):
         self.assertEqual(self.read("edited"), self.path("bad.xml") + " 3\n")
         self.leave(windows)
 
+    def test_an_opened_result_is_viewed_and_saved(self):
+        self.add_transformation("Open", "--xsl", self.path("text.xsl"), "--open-output", "vellis")
+        # The default browser writes down what it is to open.
+        self.write("browser", "#!/bin/sh\necho \"$@\" > \"$0.tmp\"; mv \"$0.tmp\" \"$0-opened\"\n")
+        os.chmod(self.path("browser"), 0o755)
+        self.write("home/.local/share/applications/browser.desktop",
+                   f"[Desktop Entry]\nType=Application\nName=Browser\nExec={self.path('browser')} %u\n"
+                   "MimeType=x-scheme-handler/http;\n")
+        self.write("home/.config/mimeapps.list", "[Default Applications]\nx-scheme-handler/http=browser.desktop\n")
+        windows = self.workbench("a.xml")
+        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
+        self.choose_first(windows)
+        opened = windows.wait("output opened ").removeprefix("output opened ")
+        windows.wait("result text topic 1")  # by itself
+        windows.wait("idle")
+        self.display.find("XSLT Workbench")
+        self.display.keys("alt+v")
+        windows.wait("result text topic 1")
+        self.display.keys("alt+b")
+        self.wait_for_file("browser-opened")
+        self.assertIn(opened, self.read("browser-opened"))  # as a URL or as a path
+        self.write("saved.txt", "old")
+        self.display.keys("alt+s")
+        windows.wait("chooser Save Result")
+        self.display.find("Save Result")
+        self.display.keys("ctrl+a")
+        self.display.type(self.path("saved.txt"))
+        self.insist(windows, "Return", "alert Replace the existing file")
+        self.display.find("^XSLT Workbench$")
+        self.display.keys("Escape")
+        self.display.find("Save Result")
+        self.assertEqual(self.read("saved.txt"), "old")
+        self.insist(windows, "Return", "alert Replace the existing file")
+        self.display.find("^XSLT Workbench$")
+        self.display.keys("alt+y")
+        windows.wait("told Saved as")
+        self.assertEqual(self.read("saved.txt"), "topic 1")
+        self.leave(windows)
+
     def test_preferences_check_a_processor_and_keep_comments(self):
         windows = self.workbench("a.xml")
         self.display.keys("alt+f", "p")
