@@ -31,7 +31,7 @@ ResultPanel::ResultPanel(wxWindow *parent)
   note->Hide();
 }
 
-bool ResultPanel::ShowFile(const std::string &path) {
+void ResultPanel::ShowFile(const std::string &path) {
   const ResultText result = ReadResultText(path);
   // By its byte order mark, else UTF-8, else Latin-1.
   const wxString content(result.text.data(), wxConvAuto(wxFONTENCODING_ISO8859_1), result.text.size());
@@ -47,7 +47,6 @@ bool ResultPanel::ShowFile(const std::string &path) {
   text->ShowPosition(0);
   NoteEvent("result", path + (remark.empty() ? "" : " " + remark));
   NoteEvent("result text", FromWx(text->GetLineText(0)));
-  return isText;
 }
 
 } // namespace desktop

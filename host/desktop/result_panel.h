@@ -14,8 +14,8 @@ class ResultPanel : public wxPanel {
 public:
   explicit ResultPanel(wxWindow *parent);
 
-  // Reads the file. False, with an explanation in place of the text, when it is not readable or not a text.
-  bool ShowFile(const std::string &path);
+  // Reads the file; a note says why there is no text, or only a part of it.
+  void ShowFile(const std::string &path);
   // The window that files may be dropped on.
   [[nodiscard]] wxWindow *Target() const { return text; }
   void FocusText() { text->SetFocus(); }

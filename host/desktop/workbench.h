@@ -79,7 +79,8 @@ private:
   void TakeEvent(const host::RunEvent &event);
   void TellOutcome(const RequestOutcome &outcome);
   void Edit(const host::FilePlace &place);
-  [[nodiscard]] bool FindOutput(const std::string &path);
+  // False, and a message, when the file is gone.
+  [[nodiscard]] bool CheckIsThere(const std::string &path);
   void ViewOutput(const std::string &path);
   void BrowseOutput(const std::string &path);
   void SaveOutput(const std::string &path);

@@ -26,7 +26,7 @@ void Workbench::Edit(const host::FilePlace &place) {
     Tell("The editor cannot be started. The preferences say which program it is.", wxICON_ERROR);
 }
 
-bool Workbench::FindOutput(const std::string &path) {
+bool Workbench::CheckIsThere(const std::string &path) {
   const bool isThere = kit::IsFile(path);
   if (!isThere)
     Tell(ToWx(path + " is gone."), wxICON_WARNING);
@@ -34,20 +34,20 @@ bool Workbench::FindOutput(const std::string &path) {
 }
 
 void Workbench::ViewOutput(const std::string &path) {
-  if (!FindOutput(path))
+  if (!CheckIsThere(path))
     return;
   pages->ChangeSelection(resultPage);
   result->ShowFile(path);
 }
 
 void Workbench::BrowseOutput(const std::string &path) {
-  if (FindOutput(path) && !OpenInBrowser(path))
+  if (CheckIsThere(path) && !OpenInBrowser(path))
     Tell("No browser can be started.", wxICON_ERROR);
 }
 
 // An existing file is replaced only after a question, and whole.
 void Workbench::SaveOutput(const std::string &path) {
-  if (!FindOutput(path))
+  if (!CheckIsThere(path))
     return;
   const OpenDocument *active = documents->Active();
   wxFileDialog chooser(this, "Save Result", active ? ToWx(kit::FolderOf(active->summary.path)) : wxString(),
@@ -67,7 +67,7 @@ void Workbench::SaveOutput(const std::string &path) {
 }
 
 void Workbench::OpenOutput(const std::string &path) {
-  if (FindOutput(path))
+  if (CheckIsThere(path))
     LaunchOutput(path);
 }
 

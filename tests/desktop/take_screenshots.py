@@ -9,6 +9,7 @@ import os
 import shutil
 import subprocess
 import tempfile
+import time
 
 from display import Display, Windows
 
@@ -26,6 +27,7 @@ class ScreenshotWalk:
 
     def shoot(self, name, title):
         """With the frame of the window manager."""
+        time.sleep(0.5)  # windows report what they show before they paint it
         path = os.path.join(self.options.into, f"{name}{self.look}.png")
         subprocess.run(["import", "-frame", "-window", self.display.find(title), path], env=self.display.environment(),
                        check=True)
