@@ -66,7 +66,7 @@ void ProgressPanel::Describe() {
   else if (!left.empty())
     what += ", " + left;
   text->SetLabel(what);
-  // A single input has no measure of its own.
+  // The progress within one input is unknown.
   if (progress.count < 2) {
     gauge->Pulse();
     return;

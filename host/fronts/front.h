@@ -14,7 +14,7 @@
 
 namespace host {
 
-class DialogHand;
+class DialogDriver;
 class DialogModel;
 
 enum class AlertKind : int32_t {
@@ -50,7 +50,7 @@ public:
   // Shows the dialog and drives it until it is closed. Dialogs nest.
   virtual void RunDialog(DialogModel &dialog) = 0;
   // Lets `player` drive the dialog in place of a person: on what the front shows when it shows any, else on the model.
-  virtual void PlayDialog(DialogModel &dialog, const std::function<void(DialogHand &hand)> &player);
+  virtual void PlayDialog(DialogModel &dialog, const std::function<void(DialogDriver &driver)> &player);
 
   // One line, or a lone line feed for a blank one.
   virtual void WriteConsole(std::string_view text) = 0;
