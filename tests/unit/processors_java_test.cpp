@@ -30,9 +30,9 @@ std::string Stylesheet(const std::string &body, const char *version = "1.0") {
          "</xsl:stylesheet>";
 }
 
-class BridgeTest : public testing::Test {
+class JavaProcessors : public testing::Test {
 protected:
-  BridgeTest() {
+  JavaProcessors() {
     if (!fs::exists(PROCESSORS_DIR "/saxon/Saxon-HE.jar"))
       return;
     hasProcessors = true;
@@ -98,7 +98,7 @@ size_t CountOf(const std::string &text, const std::string &part) {
   return count;
 }
 
-TEST_F(BridgeTest, PassesParametersAndMessagesWithEveryProcessor) {
+TEST_F(JavaProcessors, PassesParametersAndMessagesWithEveryProcessor) {
   const std::string xml = Write("in.xml", "<doc>\xC3\xA4\xF0\x9D\x84\x9E</doc>");
   const std::string xsl = Write("a.xsl", Stylesheet("<xsl:param name='a' select='7'/><xsl:param name='b' select='7'/>"
                                                     "<xsl:param name='c' select='7'/><xsl:param name='d' select='7'/>"
@@ -119,7 +119,7 @@ TEST_F(BridgeTest, PassesParametersAndMessagesWithEveryProcessor) {
   EXPECT_NE(Read("out").find("d=\"\xF0\x9D\x84\x9E\">\xC3\xA4\xF0\x9D\x84\x9E<"), std::string::npos) << Read("out");
 }
 
-TEST_F(BridgeTest, ReportsEachProblemOnceWithItsPlaceAndGoesOn) {
+TEST_F(JavaProcessors, ReportsEachProblemOnceWithItsPlaceAndGoesOn) {
   const std::string good = Write("good.xml", "<doc/>");
   const std::string plain = Write("plain.xsl", Stylesheet("<xsl:template match='/'><o/></xsl:template>"));
   struct Case {
@@ -160,7 +160,7 @@ TEST_F(BridgeTest, ReportsEachProblemOnceWithItsPlaceAndGoesOn) {
 }
 
 // Grammars are kept from input to input; each must still get every default, entity and internal subset of its own.
-TEST_F(BridgeTest, ReadsTheSameFromAKeptGrammar) {
+TEST_F(JavaProcessors, ReadsTheSameFromAKeptGrammar) {
   const std::string module = Write("real module.mod", "<!ENTITY word 'from the module'><!ATTLIST d a CDATA 'default'>");
   entities["-//T//Module"] = module;
   Write("d.dtd", "<!ELEMENT d ANY><!ENTITY % m PUBLIC '-//T//Module' 'nowhere.mod'>%m;"
@@ -190,7 +190,7 @@ TEST_F(BridgeTest, ReadsTheSameFromAKeptGrammar) {
   EXPECT_EQ(Read("out").rfind("<d a=\"newer\">from the newer module", 0), 0U) << Read("out");
 }
 
-TEST_F(BridgeTest, WritesAllOutputsOrNone) {
+TEST_F(JavaProcessors, WritesAllOutputsOrNone) {
   const std::string xml = Write("in.xml", "<?xml-stylesheet type='text/xsl' href='two%20results.xsl'?><doc/>");
   Write("two results.xsl",
         Stylesheet("<xsl:param name='fail' select='false()'/><xsl:template match='/'><main>"
@@ -216,7 +216,7 @@ TEST_F(BridgeTest, WritesAllOutputsOrNone) {
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
 }
 
-TEST_F(BridgeTest, FollowsTheInstructionThatCounts) {
+TEST_F(JavaProcessors, FollowsTheInstructionThatCounts) {
   for (const char *name : {"one.xsl", "two.xsl", "a b&c.xsl"})
     Write(name, Stylesheet("<xsl:template match='/'><o>" + std::string(name, 3) + "</o></xsl:template>"));
   const auto instruction = [](const std::string &href, const std::string &more = " type='text/xsl'") {
@@ -261,7 +261,7 @@ TEST_F(BridgeTest, FollowsTheInstructionThatCounts) {
 }
 
 // A second result that has nowhere to go ends the transformation with a reason, and takes no first one with it.
-TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
+TEST_F(JavaProcessors, SaysWhyASecondResultCannotBeWritten) {
   const std::string xml = Write("in.xml", "<doc/>");
   const auto write = [this](const std::string &main, const std::string &href) {
     return Write("two.xsl", Stylesheet("<xsl:template match='/'>" + main + "<xsl:result-document href='" + href +
@@ -293,7 +293,7 @@ TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
 }
 
-TEST_F(BridgeTest, CompilesAgainWhenAModuleChanges) {
+TEST_F(JavaProcessors, CompilesAgainWhenAModuleChanges) {
   const std::string xml = Write("in.xml", "<doc/>");
   const std::string xsl =
       Write("main.xsl", "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
@@ -308,7 +308,7 @@ TEST_F(BridgeTest, CompilesAgainWhenAModuleChanges) {
   }
 }
 
-TEST_F(BridgeTest, SaysWhyAProcessorDoesNotLoad) {
+TEST_F(JavaProcessors, SaysWhyAProcessorDoesNotLoad) {
   EXPECT_FALSE(processor.SetTransformer(""));
   EXPECT_EQ(report::LogText(), "");
   EXPECT_FALSE(processor.SetTransformer("no.such.Factory"));
@@ -318,7 +318,7 @@ TEST_F(BridgeTest, SaysWhyAProcessorDoesNotLoad) {
   EXPECT_EQ(processor.ProbeProcessor(xalan).location, PROCESSORS_DIR "/xalan/xalan.jar");
 }
 
-TEST_F(BridgeTest, ListsFoldersAndConvertsText) {
+TEST_F(JavaProcessors, ListsFoldersAndConvertsText) {
   fs::create_directories(Path("sub/deep"));
   Write("top", "");
   Write("sub/middle", "x");

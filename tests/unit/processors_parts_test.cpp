@@ -21,10 +21,10 @@ using Strings = std::vector<std::string>;
 using processors::VLXSLTEntityResolverC;
 using report::XSLTErrorHandler;
 
-class BridgeParts : public testing::Test {
+class ProcessorParts : public testing::Test {
 protected:
-  BridgeParts() { report::ResetLog(false); }
-  ~BridgeParts() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
+  ProcessorParts() { report::ResetLog(false); }
+  ~ProcessorParts() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
 
   void LoadProcessors(const std::vector<Strings> &rows) {
     host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = rows;
@@ -48,7 +48,7 @@ protected:
   FakeProcessor processor;
 };
 
-TEST_F(BridgeParts, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
+TEST_F(ProcessorParts, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
   struct Row {
     std::string input, xsl, output, processor, text;
   };
@@ -76,7 +76,7 @@ TEST_F(BridgeParts, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
 }
 
 // The heading of the processor's messages comes from a buffer of 1023 characters, and is cut between two of them.
-TEST_F(BridgeParts, AVeryLongProcessorNameIsCutBetweenCharacters) {
+TEST_F(ProcessorParts, AVeryLongProcessorNameIsCutBetweenCharacters) {
   std::string name;
   for (int index = 0; index < 600; ++index)
     name += "ü";
@@ -89,7 +89,7 @@ TEST_F(BridgeParts, AVeryLongProcessorNameIsCutBetweenCharacters) {
   EXPECT_TRUE(line.ends_with("ü"));
 }
 
-TEST_F(BridgeParts, TheConsoleShowsTheLinesOfTheLogInTheirOrder) {
+TEST_F(ProcessorParts, TheConsoleShowsTheLinesOfTheLogInTheirOrder) {
   report::ResetLog(true);
   EXPECT_EQ((host.ints[{V_SESSION, V_SP_LOG_ECHO}]), 1);
   EXPECT_TRUE(report::HostEcho());
@@ -116,7 +116,7 @@ TEST_F(BridgeParts, TheConsoleShowsTheLinesOfTheLogInTheirOrder) {
   EXPECT_EQ(report::LogText(), "");
 }
 
-TEST_F(BridgeParts, DiagnosticsNameFilesAsPeopleKnowThem) {
+TEST_F(ProcessorParts, DiagnosticsNameFilesAsPeopleKnowThem) {
   host.netFiles = {"dctm://store/a.xml", "dctm://store/new.xml", "dctm://store/blank.xml"};
   host.netCache = {{"dctm://store/a.xml", "/cache/a.xml"}, {"dctm://store/blank.xml", ""}, {"/local.xml", "/wrong"}};
   const std::pair<const char *, std::string> files[] = {
@@ -146,7 +146,7 @@ TEST_F(BridgeParts, DiagnosticsNameFilesAsPeopleKnowThem) {
   EXPECT_EQ(TakeLog(), "just text\n");
 }
 
-TEST_F(BridgeParts, EntitiesAreAskedForInTheseWords) {
+TEST_F(ProcessorParts, EntitiesAreAskedForInTheseWords) {
   VLXSLTEntityResolverC &resolver = VLXSLTEntityResolverC::GetInstance();
   resolver.Start("/a b.xml");
   resolver.Start(nullptr);
@@ -165,7 +165,7 @@ TEST_F(BridgeParts, EntitiesAreAskedForInTheseWords) {
   EXPECT_NE(TakeRequests()[0].find(longName + "\" -baseuri"), std::string::npos);
 }
 
-TEST_F(BridgeParts, OnlyASingleStringAnswersForAnEntity) {
+TEST_F(ProcessorParts, OnlyASingleStringAnswersForAnEntity) {
   const auto answer = [this](const std::function<void(kit::TypedValues &)> &fill) {
     host.clients["XmlUtilities"] = [fill](const std::string &) {
       kit::TypedValues reply;
@@ -188,7 +188,7 @@ TEST_F(BridgeParts, OnlyASingleStringAnswersForAnEntity) {
   EXPECT_EQ(VLXSLTEntityResolverC::GetInstance().ResolveEntity("p", "b", "s").Get(), nullptr);
 }
 
-TEST_F(BridgeParts, TheClassPathBeginsWithTheDefaultProcessor) {
+TEST_F(ProcessorParts, TheClassPathBeginsWithTheDefaultProcessor) {
   struct Row {
     std::vector<Strings> processors;
     std::string defaultName, classPath;
@@ -207,7 +207,7 @@ TEST_F(BridgeParts, TheClassPathBeginsWithTheDefaultProcessor) {
   }
 }
 
-TEST_F(BridgeParts, NamesLeadToTheFirstClassAndTheLastLabel) {
+TEST_F(ProcessorParts, NamesLeadToTheFirstClassAndTheLastLabel) {
   LoadProcessors(
       {{"Saxon", "s.jar", "x.First"}, {"Xalan", "x.jar", "x.Xalan"}, {"Saxon", "t.jar", "x.Second", "more"}});
   ASSERT_NE(processors::FindProcessorClass("Saxon"), nullptr);
@@ -238,7 +238,7 @@ TEST_F(BridgeParts, NamesLeadToTheFirstClassAndTheLastLabel) {
 }
 
 // The preferences are a list in which other kinds of values may stand between the processors.
-TEST_F(BridgeParts, OtherPreferencesShiftNothing) {
+TEST_F(ProcessorParts, OtherPreferencesShiftNothing) {
   V_HostT table = host.Table();
   table.getTypedVals = [](void *, V_ObjectT, int32_t) {
     kit::TypedValues values;
