@@ -5,3 +5,8 @@ add_dependencies(processors_test vlxslt_java_jar)
 target_compile_definitions(processors_test PRIVATE PROCESSORS_DIR="${VLXSLT_PROCESSORS_DIR}")
 
 vlxslt_add_unit_test(processors_parts_test SOURCES processors_parts_test.cpp fake_processor.cpp LIBRARIES vlxslt_processors_java)
+
+# What every processor says by itself, beside what a run shows.
+add_test(NAME processors.diagnostics
+         COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/processors/diagnostics.py --build ${CMAKE_BINARY_DIR})
+set_tests_properties(processors.diagnostics PROPERTIES TIMEOUT 300)

@@ -1,5 +1,5 @@
-// The bridge with a real Java behind it: what a transformation reports, asks for, writes and leaves alone. One process
-// has one virtual machine, so every processor is on the class path from the start.
+// The processors with a real Java behind them: what a transformation reports, asks for, writes and leaves alone. One
+// process has one virtual machine, so every processor is on the class path from the start.
 #include "kit/paths.h"
 #include "kit/utf16.h"
 #include "processors/file_listing.h"
@@ -102,13 +102,13 @@ TEST_F(JavaProcessors, PassesParametersAndMessagesWithEveryProcessor) {
   const std::string xml = Write("in.xml", "<doc>\xC3\xA4\xF0\x9D\x84\x9E</doc>");
   const std::string xsl = Write("a.xsl", Stylesheet("<xsl:param name='a' select='7'/><xsl:param name='b' select='7'/>"
                                                     "<xsl:param name='c' select='7'/><xsl:param name='d' select='7'/>"
-                                                    "<xsl:template match='/'><xsl:message>one\ntwo</xsl:message>"
+                                                    "<xsl:template match='/'><xsl:message>one\n\ntwo\n</xsl:message>"
                                                     "<o a='{$a}' b='{$b}' c='{$c}' d='{$d}'>"
                                                     "<xsl:value-of select='doc'/></o></xsl:template>"));
   for (const char *className : {saxon, xalan, jdk}) {
     ASSERT_TRUE(processor.SetTransformer(className)) << report::LogText();
     EXPECT_EQ(Run(xml, xsl, {"a", "1 + 1", "b", "bare word", "c", "<no value>", "d", "'\xF0\x9D\x84\x9E'"}),
-              "one\ntwo\n");
+              "one\n\ntwo\n");
     EXPECT_TRUE(succeeded);
     const std::string out = Read("out");
     for (const char *part : {"a=\"2\"", "b=\"bare word\"", "c=\"7\""})
@@ -291,6 +291,68 @@ TEST_F(JavaProcessors, SaysWhyASecondResultCannotBeWritten) {
   EXPECT_EQ(Read("out"), "<second/>");
   for (const auto &entry : fs::recursive_directory_iterator(folder.Root()))
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
+}
+
+// Also when grammar and stylesheet are kept ones, which are not opened again.
+TEST_F(JavaProcessors, TellsWhatAJobReadAndWrote) {
+  Write("d.dtd", "<!ENTITY % m SYSTEM 'real%20module.mod'>%m;");
+  Write("real module.mod", "<!ENTITY word 'from the module'>");
+  const std::string xml = Write("in.xml", "<!DOCTYPE d SYSTEM 'd.dtd'><d>&word;</d>");
+  Write("m.xsl", Stylesheet("<xsl:template name='t'><xsl:value-of select=\"document('data.xml')\"/></xsl:template>"));
+  Write("data.xml", "<data>data</data>");
+  Write("text.txt", "text");
+  const auto write = [this](const std::string &name, const std::string &body, const char *version) {
+    return Write(name, std::string("<xsl:stylesheet version='") + version +
+                           "' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'><xsl:import href='m.xsl'/><xsl:param "
+                           "name='fail' select='false()'/><xsl:template match='/'><o><xsl:value-of select='.'/>"
+                           "<xsl:call-template name='t'/>" +
+                           body +
+                           "<xsl:if test='$fail'><xsl:message terminate='yes'>no</xsl:message></xsl:if></o>"
+                           "</xsl:template></xsl:stylesheet>");
+  };
+  const std::string plain = write("plain.xsl", "", "1.0");
+  const std::string rich =
+      write("rich.xsl",
+            "<xsl:value-of select=\"unparsed-text('text.txt')\"/><xsl:for-each select=\"'b', 'a'\">"
+            "<xsl:result-document href='more/{.}'/></xsl:for-each>",
+            "2.0");
+  using Strings = std::vector<std::string>;
+  const auto sorted = [](Strings strings) { return std::ranges::sort(strings), strings; };
+  const Strings common = {xml, Path("d.dtd"), Path("real module.mod"), Path("m.xsl"), Path("data.xml")};
+  for (const char *className : {saxon, xalan, jdk})
+    for (const std::string &xsl : className == saxon ? Strings{plain, rich} : Strings{plain}) {
+      ASSERT_TRUE(processor.SetTransformer(className));
+      Strings expected = common;
+      expected.push_back(xsl);
+      if (xsl == rich)
+        expected.push_back(Path("text.txt"));
+      for (const Strings &parameters : {Strings(), Strings(), Strings{"fail", "true()"}}) {
+        (void)Run(xml, xsl, parameters);
+        EXPECT_EQ(succeeded, parameters.empty()) << report::LogText();
+        EXPECT_EQ(sorted(result.filesRead), sorted(expected)) << className;
+        const Strings written = xsl == rich && succeeded ? Strings{Path("more/b"), Path("more/a")} : Strings();
+        EXPECT_EQ(result.secondaryOutputs, written);
+      }
+    }
+  EXPECT_EQ(Run(Path("gone.xml"), plain).find("Fatal Error at file " + Path("gone.xml")), 0U) << report::LogText();
+  EXPECT_EQ(std::ranges::count(result.filesRead, Path("gone.xml")), 0);
+}
+
+TEST_F(JavaProcessors, BlamesTheOutputThatCannotBeWritten) {
+  const std::string xml = Write("in.xml", "<doc/>");
+  const std::string xsl = Write("a.xsl", Stylesheet("<xsl:template match='/'><o/></xsl:template>"));
+  Write("file", "");
+  fs::create_directories(Path("taken"));
+  for (const char *className : {saxon, xalan, jdk}) {
+    ASSERT_TRUE(processor.SetTransformer(className));
+    for (const char *output : {"no such folder/out", "file/out", "taken"}) {
+      report::ResetLog(false);
+      EXPECT_EQ(processor.TransformXMLFile({xml, xsl, Path(output)}).status, processors::JobStatus::Failed);
+      const std::string log = report::LogText();
+      EXPECT_EQ(log.find("Fatal Error at file " + Path(output)), 0U) << className << log;
+      EXPECT_EQ(CountOf(log, "Error at file"), 1U) << className << log;
+    }
+  }
 }
 
 TEST_F(JavaProcessors, CompilesAgainWhenAModuleChanges) {

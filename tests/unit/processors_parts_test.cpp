@@ -1,5 +1,4 @@
-// What the bridge keeps on the native side: the log, diagnostic lines, requests for entities, the processor list.
-// No Java here.
+// What needs no Java: the log, diagnostic lines, requests for entities, the processor list.
 #include "processors/entity_resolver.h"
 #include "processors/processor_list.h"
 #include "report/transformation_log.h"
