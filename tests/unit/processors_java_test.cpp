@@ -2,7 +2,6 @@
 // process has one virtual machine, so every processor is on the class path from the start.
 #include "kit/paths.h"
 #include "kit/utf16.h"
-#include "processors/file_listing.h"
 #include "processors/java/java_processors.h"
 #include "processors/processor_list.h"
 #include "report/transformation_log.h"
@@ -380,20 +379,8 @@ TEST_F(JavaProcessors, SaysWhyAProcessorDoesNotLoad) {
   EXPECT_EQ(processor.ProbeProcessor(xalan).location, PROCESSORS_DIR "/xalan/xalan.jar");
 }
 
-TEST_F(JavaProcessors, ListsFoldersAndConvertsText) {
-  fs::create_directories(Path("sub/deep"));
-  Write("top", "");
-  Write("sub/middle", "x");
-  Write("sub/deep/leaf", "");
-  const auto files = processors::GetAllFilesInFolder(folder.Root().c_str(), 1).Items();
-  EXPECT_EQ(files, (std::vector<std::string>{Path("sub/deep/leaf"), Path("sub/middle"), Path("top")}));
-  EXPECT_EQ(processors::GetAllFilesInFolder(folder.Root().c_str(), 0).Items(), std::vector<std::string>{Path("top")});
-  EXPECT_TRUE(processors::GetAllFilesInFolder(Path("none").c_str(), 1).IsEmpty());
-  EXPECT_NE(report::LogText(), "");
-  EXPECT_EQ(processors::IsEmptyFile(Path("top").c_str()), 1);
-  EXPECT_EQ(processors::IsEmptyFile(Path("sub/middle").c_str()) + processors::IsEmptyFile(Path("none").c_str()) +
-                processors::IsEmptyFile(""),
-            0);
+TEST(Conversion, KeepsTextAndReplacesWhatIsNone) {
+  const FakeHost host; // gives the memory
   for (const auto &[utf8, back] : std::vector<std::pair<std::string, std::string>>{
            {"a\xC3\xA4\xE4\xB8\xAD\xF0\x9D\x84\x9E", "a\xC3\xA4\xE4\xB8\xAD\xF0\x9D\x84\x9E"},
            {"a\xFFz", "a\xEF\xBF\xBDz"}}) {
