@@ -227,8 +227,9 @@ class WorkbenchTest(WindowTest):
         self.open_dialog(windows, "Choose Transformation", "ctrl+r")
         self.press(windows, "Choose Transformation", "OK", "alt+o", "Home", "Down")
         windows.wait("log plain XSL Processor Messages (Processor: Saxon)")
-        windows.wait("output result " + self.path("a-again.xml"))
-        windows.wait("idle")
+        events = windows.wait_for_all("idle")
+        self.assertEqual([event for event in events if event.startswith("output ")],
+                         [f"output result {self.path('a-again.xml')}", f"output secondary {self.path('second.txt')}"])
         self.assertEqual(self.read("second.txt"), "second")
         self.leave(windows)
 
