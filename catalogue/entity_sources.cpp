@@ -65,7 +65,7 @@ xercesc::InputSource *LocalEntities::resolveEntity(XMLResourceIdentifier *resour
   const std::string path = LocalPath(*resource);
   if (IsSchema(*resource) || !kit::IsFile(path))
     return NoEntities::resolveEntity(resource);
-  return new TextSource(kit::ReadFile(path).bytes, ToUtf16(path).value_or(std::u16string()).c_str());
+  return new TextSource(kit::ReadFile(path).bytes, ToUtf16(path).c_str());
 }
 
 } // namespace catalogue

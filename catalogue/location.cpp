@@ -1,9 +1,10 @@
 #include "catalogue/location.h"
 
 #include "catalogue/reader.h"
-#include "catalogue/request_options.h"
 #include "catalogue/state.h"
+#include "kit/names.h"
 #include "kit/paths.h"
+#include "kit/request_builder.h"
 #include "kit/text.h"
 
 #include <algorithm>
@@ -12,8 +13,6 @@
 namespace catalogue {
 
 namespace {
-
-constexpr const char *dispatcher = "VlDispatcher";
 
 struct PathVariable {
   std::string_view name;
@@ -28,19 +27,12 @@ std::optional<std::string> &DefaultCatalogue() {
   return path;
 }
 
-// "scheme://", as network documents have it. One letter is a drive of another system, not a scheme.
-bool IsUrl(std::string_view path) {
-  const size_t colon = path.find("://");
-  static constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-.";
-  return colon != std::string_view::npos && colon > 1 && path.find_first_not_of(letters) == colon;
-}
-
 // URL form becomes a platform path, and the separators of another system become ours. A file of this system whose name
 // really holds a backslash is left alone.
 std::string ToPlatformPath(const std::string &given) {
   std::string path = kit::UrlToPath(given);
   const bool literal = path.find('\\') == std::string::npos || (kit::IsAbsolutePath(path) && kit::Exists(path));
-  if (!literal && !IsUrl(path))
+  if (!literal && !kit::IsUrl(path))
     std::ranges::replace(path, '\\', '/');
   return path;
 }
@@ -69,7 +61,7 @@ std::string ResolvePath(const std::string &path, const std::string &basePath) {
   if (path.empty())
     return {};
   std::string expanded = ExpandVariable(ToPlatformPath(path));
-  if (expanded.empty() || kit::IsAbsolutePath(expanded) || IsUrl(expanded))
+  if (expanded.empty() || kit::IsAbsolutePath(expanded) || kit::IsUrl(expanded))
     return expanded;
   if (!basePath.empty()) {
     const std::string base = ResolvePath(basePath);
@@ -81,25 +73,20 @@ std::string ResolvePath(const std::string &path, const std::string &basePath) {
 
 std::string TransformationFileRequest(const std::string &applicationName) {
   // The command word brings a blank of its own, so two stand before the option.
-  return "XSLTGetTrScenarioFile  -appname \"" + applicationName + "\"";
+  return "XSLTGetTrScenarioFile  -appname " + kit::QuoteValue(applicationName);
 }
 
 std::string GetTransformationFile(const std::string &applicationName) {
   if (applicationName.empty())
     return {};
-  // The name as whoever gets the request will read it.
-  const std::string name = ScanRequestOptions(TransformationFileRequest(applicationName)).applicationName;
-  if (name.empty())
-    return {};
-  const kit::TypedValues reply = kit::CallClient(dispatcher, TransformationFileRequest(name));
+  const kit::TypedValues reply = kit::CallClient(kit::dispatcherName, TransformationFileRequest(applicationName));
   return ResolvePath(reply.String(0).value_or(std::string()));
 }
 
 std::vector<std::string> GetApplicationsForFile(const std::string &filePath) {
   std::vector<std::string> names;
-  AddWithCatalogue(names, std::string(defaultsName));
-  const char quote = filePath.find('"') == std::string::npos ? '"' : '\'';
-  const kit::TypedValues reply = kit::CallClient(dispatcher, "GetAppsForFile " + (quote + filePath) + quote);
+  AddWithCatalogue(names, kit::defaultsName);
+  const kit::TypedValues reply = kit::CallClient(kit::dispatcherName, "GetAppsForFile " + kit::QuoteValue(filePath));
   if (reply.Size() == 1)
     for (const std::string &name : reply.Strings(0).value_or(std::vector<std::string>()))
       AddWithCatalogue(names, name);
@@ -112,14 +99,14 @@ std::vector<std::string> GetApplicationsForDocument(V_ObjectT document) {
   if (const std::string path = kit::GetString(document, V_OP_FULL_NAME); !path.empty())
     return GetApplicationsForFile(path);
   std::vector<std::string> names;
-  AddWithCatalogue(names, std::string(defaultsName));
+  AddWithCatalogue(names, kit::defaultsName);
   AddWithCatalogue(names, kit::GetString(document, V_OP_APPLICATION));
   return names;
 }
 
 std::vector<std::string> GetAllApplications() {
   std::vector<std::string> names;
-  AddWithCatalogue(names, std::string(defaultsName));
+  AddWithCatalogue(names, kit::defaultsName);
   for (const std::string &name : kit::GetStrings(V_SESSION, V_SP_APPLICATIONS))
     AddWithCatalogue(names, name);
   return names;
@@ -144,14 +131,10 @@ std::optional<std::vector<std::string>> GetTransformationNames(const std::string
   return names;
 }
 
-std::optional<Transformation> GetApplicationTransformation(const std::string &applicationName,
-                                                           const std::string &transformationName) {
-  return GetFileTransformation(GetTransformationFile(applicationName), transformationName);
-}
-
-std::optional<Transformation> GetFileTransformation(const std::string &cataloguePath,
-                                                    const std::string &transformationName) {
-  const LoadResult loaded = LoadTransformationFile(cataloguePath);
+std::optional<Transformation> GetTransformation(const std::string &cataloguePath, const std::string &applicationName,
+                                                const std::string &transformationName) {
+  const LoadResult loaded =
+      LoadTransformationFile(cataloguePath.empty() ? GetTransformationFile(applicationName) : cataloguePath);
   const int32_t index = loaded.list ? FindTransformation(*loaded.list, transformationName) : -1;
   return index < 0 ? std::nullopt : std::optional((*loaded.list)[static_cast<size_t>(index)]);
 }

@@ -7,13 +7,9 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace catalogue {
-
-// The application that every document has.
-inline constexpr std::string_view defaultsName = "<Defaults>";
 
 // The absolute path that a stored or requested one stands for: URL form, a leading $STRUCTDIR or $VLHOME, and relative
 // paths against the folder of `basePath`, or against the installation folder without one. Empty for an empty path.
@@ -34,10 +30,10 @@ inline constexpr std::string_view defaultsName = "<Defaults>";
 
 // Nothing when the application has no catalogue; an unreadable one gives an empty list.
 [[nodiscard]] std::optional<std::vector<std::string>> GetTransformationNames(const std::string &applicationName);
-[[nodiscard]] std::optional<Transformation> GetApplicationTransformation(const std::string &applicationName,
-                                                                         const std::string &transformationName);
-[[nodiscard]] std::optional<Transformation> GetFileTransformation(const std::string &cataloguePath,
-                                                                  const std::string &transformationName);
+// The transformation of that name in the catalogue, or without one in the application's.
+[[nodiscard]] std::optional<Transformation> GetTransformation(const std::string &cataloguePath,
+                                                              const std::string &applicationName,
+                                                              const std::string &transformationName);
 
 } // namespace catalogue
 

@@ -38,8 +38,7 @@ std::optional<std::string> ReadBytes(const std::string &path) {
 
 // The bytes must outlive the source.
 xercesc::MemBufInputSource SourceOver(const std::string &bytes, const std::string &path) {
-  return {reinterpret_cast<const XMLByte *>(bytes.data()), bytes.size(),
-          ToUtf16(path).value_or(std::u16string()).c_str()};
+  return {reinterpret_cast<const XMLByte *>(bytes.data()), bytes.size(), ToUtf16(path).c_str()};
 }
 
 // Runs a parse; what the library throws becomes a line of the log. False when something was thrown.

@@ -1,5 +1,5 @@
-// The options of the requests about catalogues: which catalogue, which transformation, and the fields of one in the
-// making. An option takes the next token, whatever it is; a later one counts; what is no option is skipped.
+// The options of the requests about catalogues: which catalogue, which transformation, and the fields of one that is
+// added or changed. An option takes the next token, whatever it is; a later one counts; what is no option is skipped.
 #ifndef CATALOGUE_REQUEST_OPTIONS_H
 #define CATALOGUE_REQUEST_OPTIONS_H
 
@@ -15,10 +15,12 @@ struct RequestOptions {
   std::string applicationName;
   std::string transformationFile;
   std::string transformationName;
-  Transformation record;
+  Transformation record;      // what the request makes of the record that it starts from
+  bool namesLocation = false; // "-output" outweighs what a folder or a suffix says about the location
+  std::string problem;        // a message about the first option that cannot be applied; empty without one
 };
 
-[[nodiscard]] RequestOptions ScanRequestOptions(std::string_view request);
+[[nodiscard]] RequestOptions ScanRequestOptions(std::string_view request, Transformation start = {});
 
 } // namespace catalogue
 

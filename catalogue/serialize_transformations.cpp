@@ -32,9 +32,9 @@ void Report(const std::string &message) { XSLTErrorHandler::GetInst().ReportMess
 
 // The first thing in the text that XML has no way to hold, described; empty when there is none.
 std::string FindUnwritable(const std::string &text) {
-  const auto wide = ToUtf16(text);
+  const auto wide = kit::ToUtf16Strict(text);
   if (!wide)
-    return "not UTF-8";
+    return report::LoadMessage(MessageId::NotUtf8);
   for (const char16_t unit : *wide) {
     // Surrogates come in pairs after the conversion.
     if ((unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r') || unit >= 0xFFFE) {
@@ -47,22 +47,23 @@ std::string FindUnwritable(const std::string &text) {
 }
 
 struct Field {
-  std::string_view name;
+  MessageId name;
   const std::string &text;
 };
 
 // Caught here, because the serializer would write it and no reader would take the file again.
 bool CheckWritable(const Transformation &record) {
-  std::vector<Field> fields = {{"name", record.name},
-                               {"XSL file", record.xslPath},
-                               {"processor", record.processor},
-                               {"output folder", record.output.dirPath},
-                               {"suffix", record.output.suffix}};
+  std::vector<Field> fields = {{MessageId::FieldName, record.name},
+                               {MessageId::FieldXsl, record.xslPath},
+                               {MessageId::FieldProcessor, record.processor},
+                               {MessageId::FieldFolder, record.output.dirPath},
+                               {MessageId::FieldSuffix, record.output.suffix}};
   for (const std::string &parameter : record.parameters)
-    fields.push_back({"parameter list", parameter});
+    fields.push_back({MessageId::FieldParameters, parameter});
   for (const Field &field : fields) {
     if (const std::string problem = FindUnwritable(field.text); !problem.empty()) {
-      Report(report::FormatMessage(MessageId::CannotHoldCharacter, {record.name, field.name, problem}));
+      Report(report::FormatMessage(MessageId::CannotHoldCharacter,
+                                   {record.name, report::LoadMessage(field.name), problem}));
       return false;
     }
   }
@@ -71,8 +72,6 @@ bool CheckWritable(const Transformation &record) {
 
 // ---- The document
 
-std::u16string Wide(std::string_view text) { return ToUtf16(text).value_or(std::u16string()); }
-
 DOMElement &AppendElement(DOMElement &parent, const char16_t *name) {
   return *static_cast<DOMElement *>(parent.appendChild(parent.getOwnerDocument()->createElement(name)));
 }
@@ -80,7 +79,7 @@ DOMElement &AppendElement(DOMElement &parent, const char16_t *name) {
 // An empty text still stands in the element, so that it is written with a start and an end tag.
 DOMElement &AppendText(DOMElement &parent, const char16_t *name, std::string_view text = {}) {
   DOMElement &element = AppendElement(parent, name);
-  element.appendChild(parent.getOwnerDocument()->createTextNode(Wide(text).c_str()));
+  element.appendChild(parent.getOwnerDocument()->createTextNode(ToUtf16(text).c_str()));
   return element;
 }
 
@@ -89,8 +88,8 @@ void WriteParameters(DOMElement &parent, const std::vector<std::string> &paramet
   for (size_t at = 0; at < parameters.size(); at += 2) {
     const std::string_view expression = at + 1 < parameters.size() ? parameters[at + 1] : std::string_view();
     DOMElement &parameter = AppendElement(element, u"Parameter");
-    parameter.setAttribute(u"expression", Wide(expression == noValue ? std::string_view() : expression).c_str());
-    parameter.setAttribute(u"name", Wide(parameters[at]).c_str());
+    parameter.setAttribute(u"expression", ToUtf16(expression == noValue ? std::string_view() : expression).c_str());
+    parameter.setAttribute(u"name", ToUtf16(parameters[at]).c_str());
   }
 }
 
@@ -103,7 +102,7 @@ void WriteOutputLocation(DOMElement &parent, const TransformationOutput &output)
     AppendText(parent, u"DirPath", output.dirPath);
     break;
   case OutputLocationKind::SameLocationAsSource:
-    AppendText(parent, u"SameLocationAsSource").setAttribute(u"suffix", Wide(output.suffix).c_str());
+    AppendText(parent, u"SameLocationAsSource").setAttribute(u"suffix", ToUtf16(output.suffix).c_str());
     break;
   default:
     AppendText(parent, u"Prompt");
@@ -194,7 +193,7 @@ std::optional<std::string> SerializeTransformations(const TransformationList &li
   } catch (const xercesc::DOMException &exception) {
     reason = ToUtf8(exception.getMessage());
   } catch (const xercesc::OutOfMemoryException &) {
-    reason = "out of memory";
+    reason = report::LoadMessage(MessageId::OutOfMemory);
   }
   Report(report::FormatMessage(MessageId::TransformationFileNotWritten, {reason}));
   return std::nullopt;

@@ -13,8 +13,13 @@
 namespace catalogue {
 
 // Numbers cross in replies; a file may bring others, which are kept.
-enum class OutputLocationKind : int32_t { DoNotSave = 0, Prompt = 1, DirPath = 2, SameLocationAsSource = 3 };
-enum class OpenOutputKind : int32_t { None = 0, Vellis = 1, DefaultProgram = 2 };
+enum class OutputLocationKind : int32_t {
+  DoNotSave = V_SAVE_NOT,
+  Prompt = V_SAVE_WHERE_ASKED,
+  DirPath = V_SAVE_IN_FOLDER,
+  SameLocationAsSource = V_SAVE_BESIDE_INPUT
+};
+enum class OpenOutputKind : int32_t { None = V_OPEN_NOT, Vellis = V_OPEN_IN_HOST, DefaultProgram = V_OPEN_BY_DEFAULT };
 
 struct TransformationOutput {
   OutputLocationKind outputLocation = OutputLocationKind::DoNotSave;

@@ -5,6 +5,8 @@
 #include "catalogue/request_options.h"
 #include "catalogue/stylesheet_parameters.h"
 #include "catalogue/writer.h"
+#include "catalogue/xml_text.h"
+#include "kit/names.h"
 #include "processors/processor_list.h"
 #include "report/transformation_log.h"
 
@@ -15,15 +17,70 @@ namespace client {
 namespace {
 
 using catalogue::EditResult;
+using catalogue::OutputLocationKind;
 using catalogue::RequestOptions;
 using catalogue::ScanRequestOptions;
 using catalogue::Transformation;
 using kit::TypedValues;
+using report::MessageId;
+
+// The transformations that the options name: one, or all of the catalogue.
+catalogue::TransformationList ReadNamed(const RequestOptions &all) {
+  if (all.transformationFile.empty())
+    return {};
+  auto list = catalogue::LoadTransformationFile(all.transformationFile).list.value_or(catalogue::TransformationList());
+  if (!all.transformationName.empty())
+    std::erase_if(list, [&](const Transformation &each) { return each.name != all.transformationName; });
+  return list;
+}
+
+std::string DescribeLocation(const catalogue::TransformationOutput &output) {
+  switch (output.outputLocation) {
+  case OutputLocationKind::Prompt:
+    return report::LoadMessage(MessageId::OutputAsked);
+  case OutputLocationKind::DirPath:
+    return report::FormatMessage(MessageId::OutputInFolder, {output.dirPath});
+  case OutputLocationKind::SameLocationAsSource:
+    return output.suffix.empty() ? report::LoadMessage(MessageId::OutputReplacesInput)
+                                 : report::FormatMessage(MessageId::OutputBesideInput, {output.suffix});
+  default:
+    return report::LoadMessage(MessageId::OutputNotSaved);
+  }
+}
+
+std::string DescribeOpening(catalogue::OpenOutputKind kind) {
+  switch (kind) {
+  case catalogue::OpenOutputKind::Vellis:
+    return report::LoadMessage(MessageId::OpensInHost);
+  case catalogue::OpenOutputKind::DefaultProgram:
+    return report::LoadMessage(MessageId::OpensInDefaultProgram);
+  default:
+    return {};
+  }
+}
 
 TypedValues EditReply(EditResult result) {
   TypedValues reply;
   reply.AddInteger(static_cast<int32_t>(result));
   return reply;
+}
+
+// The result of a change, then the log.
+TypedValues ChangeReply(EditResult result) {
+  TypedValues reply = EditReply(result);
+  reply.AddString(report::LogText());
+  return reply;
+}
+
+// Carries the change out, unless an option cannot be applied or no name is left.
+TypedValues AnswerChange(const RequestOptions &all, EditResult (*change)(const RequestOptions &all)) {
+  const bool hasName = !catalogue::Trim(all.record.name).empty();
+  if (all.problem.empty() && hasName)
+    return ChangeReply(change(all));
+  report::Report(report::Diagnostic{
+      report::Severity::Error, all.problem.empty() ? report::LoadMessage(MessageId::NameMissing) : all.problem});
+  V_ApiSetError(V_ERROR_BAD_REQUEST);
+  return ChangeReply(EditResult::Failed);
 }
 
 } // namespace
@@ -32,18 +89,21 @@ TypedValues AnswerTransformationFile(std::string_view text, processors::Processo
   const RequestOptions all = ScanRequestOptions(text);
   if (all.applicationName.empty())
     return {};
-  return kit::CallClient("VlDispatcher", catalogue::TransformationFileRequest(all.applicationName));
+  return kit::CallClient(kit::dispatcherName, catalogue::TransformationFileRequest(all.applicationName));
 }
 
 TypedValues AnswerTransformations(std::string_view text, processors::Processor &) {
-  const RequestOptions all = ScanRequestOptions(text);
   TypedValues reply;
-  if (all.transformationFile.empty())
-    return reply;
-  const auto list = catalogue::LoadTransformationFile(all.transformationFile).list;
-  for (const Transformation &transformation : list.value_or(catalogue::TransformationList()))
-    if (all.transformationName.empty() || transformation.name == all.transformationName)
-      catalogue::AppendTransformation(reply, transformation);
+  for (const Transformation &each : ReadNamed(ScanRequestOptions(text)))
+    catalogue::AppendTransformation(reply, each);
+  return reply;
+}
+
+TypedValues AnswerListing(std::string_view text, processors::Processor &) {
+  TypedValues reply;
+  for (const Transformation &each : ReadNamed(ScanRequestOptions(text)))
+    reply.AddStrings({each.name, each.usePI ? report::LoadMessage(MessageId::XslFromInstruction) : each.xslPath,
+                      each.processor, DescribeLocation(each.output), DescribeOpening(each.output.openOutput)});
   return reply;
 }
 
@@ -55,19 +115,25 @@ TypedValues AnswerDelete(std::string_view text, processors::Processor &) {
 }
 
 TypedValues AnswerAdd(std::string_view text, processors::Processor &) {
-  const RequestOptions all = ScanRequestOptions(text);
-  TypedValues reply =
-      EditReply(catalogue::AddTransformation(all.transformationFile, all.record, processors::IsKnownProcessor));
-  reply.AddString(report::LogText());
-  return reply;
+  Transformation start;
+  start.processor = processors::DefaultProcessorName();
+  return AnswerChange(ScanRequestOptions(text, std::move(start)), [](const RequestOptions &all) {
+    return catalogue::AddTransformation(all.transformationFile, all.record, processors::IsKnownProcessor);
+  });
 }
 
 TypedValues AnswerEdit(std::string_view text, processors::Processor &) {
-  const RequestOptions all = ScanRequestOptions(text);
-  TypedValues reply = EditReply(catalogue::EditTransformation(all.transformationFile, all.record,
-                                                              all.transformationName, processors::IsKnownProcessor));
-  reply.AddString(report::LogText());
-  return reply;
+  const RequestOptions named = ScanRequestOptions(text);
+  auto start = catalogue::GetTransformation(named.transformationFile, {}, named.transformationName);
+  if (!start) {
+    report::ReportProblem(MessageId::TransformationNotFoundInFile,
+                          {named.transformationName, named.transformationFile});
+    return ChangeReply(EditResult::Failed);
+  }
+  return AnswerChange(ScanRequestOptions(text, std::move(*start)), [](const RequestOptions &all) {
+    return catalogue::EditTransformation(all.transformationFile, all.record, all.transformationName,
+                                         processors::IsKnownProcessor);
+  });
 }
 
 TypedValues AnswerStylesheetParameters(std::string_view text, processors::Processor &) {

@@ -10,7 +10,7 @@
 
 namespace client {
 
-// "-appname": VlDispatcher's reply, unchanged.
+// "-appname": VlDispatcher's reply as it is.
 [[nodiscard]] kit::TypedValues AnswerTransformationFile(std::string_view text, processors::Processor &);
 // "-trfile", "-trname": that transformation; without a name all of the file.
 [[nodiscard]] kit::TypedValues AnswerTransformations(std::string_view text, processors::Processor &);
@@ -19,9 +19,14 @@ namespace client {
 
 // Beyond what other clients ask for, for hosts without dialogs:
 
-// "-trfile" and the fields of a transformation as options: the integer of AnswerDelete, then the log.
+// "-trfile", "-trname": per transformation one list of texts for people: name, stylesheet, processor, where the output
+// goes, how it opens.
+[[nodiscard]] kit::TypedValues AnswerListing(std::string_view text, processors::Processor &);
+// "-trfile" and the fields of a transformation as options, without a processor the default one: the integer of
+// AnswerDelete, then the log. V_ERROR_BAD_REQUEST when an option cannot be applied, or there is no name.
 [[nodiscard]] kit::TypedValues AnswerAdd(std::string_view text, processors::Processor &);
-// The same; "-trname" names the transformation that is replaced.
+// The same for the transformation "-trname": what the options do not name stays as it is. "-sparam" sets or adds a
+// parameter, "-dropparam" takes one out, "-name" is the new name.
 [[nodiscard]] kit::TypedValues AnswerEdit(std::string_view text, processors::Processor &);
 // "-xslfilepath": one list, name and default expression alternately.
 [[nodiscard]] kit::TypedValues AnswerStylesheetParameters(std::string_view text, processors::Processor &);

@@ -151,6 +151,7 @@ constexpr std::array entries = {
     Entry{planRequestName, AnswerPlan},
     Entry{"VlxsltProcessors", AnswerProcessors},
     Entry{"VlxsltStylesheetParams ", AnswerStylesheetParameters},
+    Entry{"VlxsltListTransformations ", AnswerListing},
     Entry{"VlxsltAddTransformation ", AnswerAdd},
     Entry{"VlxsltEditTransformation ", AnswerEdit},
 };

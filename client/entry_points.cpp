@@ -12,17 +12,25 @@
 
 namespace {
 
-// An internal error must not end the host: it is reported, and the request counts as failed.
+void ReportFault(const char *what) noexcept {
+  V_ApiSetError(V_ERROR_FAILED);
+  try {
+    V_ApiWriteConsole(report::LoadMessage(report::MessageId::InternalError).c_str());
+  } catch (...) {
+    // Without memory for the text the error number has to do.
+  }
+  if (what)
+    V_ApiWriteConsole(what);
+}
+
+// An exception must not take the host down: it is reported, and the request counts as failed.
 template <class Body> void Guard(Body body) noexcept {
   try {
     body();
   } catch (const std::exception &fault) {
-    V_ApiSetError(V_ERROR_FAILED);
-    V_ApiWriteConsole("XSLT: internal error");
-    V_ApiWriteConsole(fault.what());
+    ReportFault(fault.what());
   } catch (...) {
-    V_ApiSetError(V_ERROR_FAILED);
-    V_ApiWriteConsole("XSLT: internal error");
+    ReportFault(nullptr);
   }
 }
 
@@ -56,6 +64,8 @@ void V_ClientShutdown() {
     client::ChosenProcessor().ShutDown();
     catalogue::ShutDownCatalogue();
   });
+  // The table need not outlive this call.
+  V_DetachHost(nullptr);
 }
 
 const void *V_ClientResources(size_t *size) {

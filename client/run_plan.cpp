@@ -4,6 +4,7 @@
 #include "catalogue/writer.h"
 #include "client/open_documents.h"
 #include "client/output_placement.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 #include "processors/processor_list.h"
@@ -108,8 +109,7 @@ RequestCheck FindTransformation(Planning &planning) {
   const RunRequest &request = planning.request;
   const bool byFile = !request.transformationFile.empty();
   planning.transformation =
-      byFile ? catalogue::GetFileTransformation(request.transformationFile, request.transformationName)
-             : catalogue::GetApplicationTransformation(request.applicationName, request.transformationName);
+      catalogue::GetTransformation(request.transformationFile, request.applicationName, request.transformationName);
   const auto &found = planning.transformation;
   if (!found && byFile)
     return Refuse(MessageId::TransformationNotFoundInFile, {request.transformationName, request.transformationFile});
@@ -161,7 +161,7 @@ void PlanTransformation(const RunRequest &request, const Transformation &transfo
   plan.section = SectionKind::Catalogue;
   plan.openOutput = transformation.output.openOutput;
   const bool filters =
-      !request.applicationName.empty() && !kit::EqualsIgnoreCase(request.applicationName, catalogue::defaultsName);
+      !request.applicationName.empty() && !kit::EqualsIgnoreCase(request.applicationName, kit::defaultsName);
   for (PlannedJob &job : plan.jobs) {
     if (job.IsToRun() && filters && !IsOfApplication(job.input, request.applicationName))
       job.status = JobStatus::LeftOut;

@@ -4,6 +4,7 @@
 #include "dialogs/choose_manage_dialog.h"
 #include "dialogs/dialog_numbers.h"
 #include "dialogs/item_rows.h"
+#include "kit/request_builder.h"
 #include "report/messages.h"
 
 #include <algorithm>
@@ -96,18 +97,12 @@ bool CanRun(const State &state) {
   return (!RunsFolder(state) || !state.folderPath.empty()) && !(ByName(state) ? state.nameText : state.xslPath).empty();
 }
 
-// The tokens of a request carry no escapes, but either kind of quote.
-std::string Quoted(const std::string &text) {
-  const char quote = text.find('"') == std::string::npos ? '"' : '\'';
-  return quote + text + quote;
-}
-
 std::string ScopePart(const State &state) {
   switch (state.scope) {
   case AllOpenFiles:
     return "-allopenfiles ";
   case Folder:
-    return (state.includeSubFolders ? "-folders " : "-folder ") + Quoted(state.folderPath) + " ";
+    return (state.includeSubFolders ? "-folders " : "-folder ") + kit::QuoteValue(state.folderPath) + " ";
   default:
     return OffersChildren(state) && state.includeChildren ? "-currentfilewithchildren" : "-currentfile";
   }
@@ -116,9 +111,9 @@ std::string ScopePart(const State &state) {
 // The name of an application stands without quotes.
 std::string ChoicePart(const State &state) {
   if (ByXsl(state))
-    return " -xslfilepath " + Quoted(state.xslPath) + " ";
-  return (state.appName.empty() ? " -trfile " + Quoted(state.trFilePath) : " -appname " + state.appName) + " -trname " +
-         Quoted(state.trName);
+    return " -xslfilepath " + kit::QuoteValue(state.xslPath) + " ";
+  return (state.appName.empty() ? " -trfile " + kit::QuoteValue(state.trFilePath) : " -appname " + state.appName) +
+         " -trname " + kit::QuoteValue(state.trName);
 }
 
 bool Offers(const std::optional<std::vector<std::string>> &names, const std::string &name) {
@@ -132,7 +127,7 @@ void MatchTypedName(State &state) {
     return;
   state.trName = state.nameText;
   if (!state.appName.empty() ? Offers(catalogue::GetTransformationNames(state.appName), state.trName)
-                             : catalogue::GetFileTransformation(state.trFilePath, state.trName).has_value())
+                             : catalogue::GetTransformation(state.trFilePath, {}, state.trName).has_value())
     return;
   const V_ObjectT document = V_ApiGetObject(V_SESSION, V_SP_ACTIVE_DOCUMENT);
   for (const std::string &application : catalogue::GetApplicationsForDocument(document))

@@ -118,7 +118,7 @@ void LoadRecord(State &state, const catalogue::Transformation &record) {
 void Initialise(State &state) {
   std::optional<catalogue::Transformation> record;
   if (!state.trFilePath.empty() && !state.trName.empty())
-    record = catalogue::GetFileTransformation(state.trFilePath, state.trName);
+    record = catalogue::GetTransformation(state.trFilePath, {}, state.trName);
   LoadRecord(state, record.value_or(catalogue::Transformation()));
   const processors::ProcessorChoice choice = processors::MakeProcessorChoice(state.processorName);
   state.processorLabels = choice.labels;

@@ -45,7 +45,7 @@ std::string CellText(const State &state, int32_t row, int32_t cell) {
 void AddRow(const State &state, const Parameter &parameter) {
   V_StringsT titles = kit::MakeStrings({state.nameTitle, state.expressionTitle});
   V_StringsT values = kit::MakeStrings({ValueOf(parameter.name), ValueOf(parameter.expression)});
-  V_ApiGridAddRow(state.grid, &titles, &values, parameter.keepsName ? 0 : V_GRID_FIRST_CELL_EDITABLE);
+  V_ApiGridAddRow(state.grid, &titles, &values);
   V_FreeStrings(&titles);
   V_FreeStrings(&values);
 }

@@ -12,7 +12,6 @@ namespace dialogs {
 struct Parameter {
   std::string name;
   std::string expression;
-  bool keepsName = false; // the name cannot be changed in the grid
 
   bool operator==(const Parameter &) const = default;
 };

@@ -6,13 +6,9 @@
 #include "host/configuration/configuration.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace host {
-
-// The application that every file has; its catalogue is the default one.
-inline constexpr std::string_view defaultsName = "<Defaults>";
 
 // In the configuration's order.
 [[nodiscard]] std::vector<std::string> FindApplications(const Configuration &configuration, const std::string &path);

@@ -1,6 +1,7 @@
 #include "host/built_in_clients.h"
 
 #include "host/applications.h"
+#include "kit/names.h"
 #include "kit/text.h"
 
 #include <algorithm>
@@ -48,7 +49,7 @@ kit::TypedValues VlDispatcher::AnswerCatalogue(std::string_view options) const {
   const std::string name = ReadOptions(options)["-appname"];
   const auto found = std::ranges::find(configuration.applications, name, &ApplicationSetting::name);
   std::string catalogue;
-  if (name == defaultsName)
+  if (name == kit::defaultsName)
     catalogue = configuration.defaultCatalogue;
   else if (found != configuration.applications.end())
     catalogue = found->catalogue;

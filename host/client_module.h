@@ -3,9 +3,11 @@
 #ifndef HOST_CLIENT_MODULE_H
 #define HOST_CLIENT_MODULE_H
 
+#include "kit/resources.h"
 #include "kit/vdk.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace host {
@@ -26,7 +28,8 @@ public:
     notify(notification, object, text, number);
   }
   void SendDialogEvent(int32_t dialog, int32_t item, int32_t modifiers) const { dialogEvent(dialog, item, modifiers); }
-  [[nodiscard]] const void *Resources(size_t &size) const { return resources(&size); }
+  // Read at the first use; null when they are damaged.
+  [[nodiscard]] const kit::Resources *FindResources();
 
 private:
   ClientModule() = default;
@@ -39,6 +42,7 @@ private:
   decltype(&V_ClientShutdown) shutDown = nullptr;
   decltype(&V_ClientResources) resources = nullptr;
   bool isInitialised = false;
+  std::optional<kit::Resources> image;
 };
 
 } // namespace host

@@ -63,6 +63,15 @@ void ClientModule::Initialise() {
   initialise();
 }
 
+const kit::Resources *ClientModule::FindResources() {
+  if (!image) {
+    size_t size = 0;
+    const auto *bytes = static_cast<const std::byte *>(resources(&size));
+    image = kit::Resources::Read({bytes, size});
+  }
+  return image ? &*image : nullptr;
+}
+
 ClientModule::~ClientModule() {
   if (isInitialised)
     shutDown();

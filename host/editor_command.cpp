@@ -47,7 +47,7 @@ void Replace(std::string &text, std::string_view what, const std::string &with) 
 
 } // namespace
 
-std::vector<std::string> ComposeEditorCommand(const std::string &configured, const LogPlace &place) {
+std::vector<std::string> ComposeEditorCommand(const std::string &configured, const FilePlace &place) {
   const char *visual = std::getenv("VISUAL");
   std::string command = !configured.empty() ? configured : visual ? visual : "";
   std::vector<std::string> words = SplitWords(command);

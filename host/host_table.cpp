@@ -1,7 +1,7 @@
 #include "host/host_table.h"
 
 #include "host/guard.h"
-#include "host/session.h"
+#include "host/host_services.h"
 
 #include <cstdlib>
 #include <utility>
@@ -15,7 +15,7 @@ namespace host {
 
 namespace {
 
-Session &At(void *host) { return *static_cast<Session *>(host); }
+HostServices &At(void *host) { return *static_cast<HostServices *>(host); }
 std::string Text(const char *text) { return text ? text : ""; }
 
 char *Give(const std::optional<std::string> &text) { return text ? kit::HostString::Copy(*text).Release() : nullptr; }
@@ -23,7 +23,7 @@ char *Give(const std::optional<std::string> &text) { return text ? kit::HostStri
 void *Allocate(void *, size_t count, size_t size) noexcept { return std::calloc(count, size); }
 void Release(void *, void *block) noexcept { std::free(block); }
 
-int32_t GetError(void *host) noexcept { return At(host).Error(); }
+int32_t GetError(void *host) noexcept { return At(host).GetError(); }
 void SetError(void *host, int32_t error) noexcept { At(host).SetError(error); }
 // Text crosses as UTF-8 whatever a client asks for.
 void SetEncoding(void *, const char *) noexcept {}
@@ -84,13 +84,13 @@ int32_t IsCancelled(void *host) noexcept {
 void ReportProgress(void *host, int32_t index, int32_t count, const char *path) noexcept {
   Guarded([&] { At(host).TheFront().ReportProgress({index, count, Text(path)}); });
 }
-// Nobody counts here how often something is used.
 void TakeRunEvent(void *host, const V_RunEventT *event) noexcept {
   Guarded([&] {
     if (event)
       At(host).ReportRunEvent(ReadRunEvent(*event));
   });
 }
+// This host does not count what is used.
 void ReportUsage(void *, const char *, const char *, const char *) noexcept {}
 V_ObjectT OpenDocument(void *host, const char *path, const char *asName) noexcept {
   return Guarded([&] { return At(host).OpenOutput(Text(path), Text(asName)); });
@@ -140,11 +140,9 @@ template <class Result, class Body> Result WithGrid(void *host, V_ObjectT grid, 
     return model ? body(*model) : otherwise;
   });
 }
-int32_t GridAddRow(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values,
-                   int32_t options) noexcept {
+int32_t GridAddRow(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values) noexcept {
   return WithGrid(host, grid, -1, [&](GridModel &model) {
-    const bool canEditFirst = (options & V_GRID_FIRST_CELL_EDITABLE) != 0;
-    return titles && values ? model.AddRow({kit::ReadStrings(*titles), kit::ReadStrings(*values), canEditFirst}) : -1;
+    return titles && values ? model.AddRow({kit::ReadStrings(*titles), kit::ReadStrings(*values)}) : -1;
   });
 }
 int32_t GridRowCount(void *host, V_ObjectT grid) noexcept {
@@ -172,10 +170,10 @@ void GridDeleteRow(void *host, V_ObjectT grid, int32_t row) noexcept {
 
 } // namespace
 
-V_HostT MakeHostTable(Session &session) {
+V_HostT MakeHostTable(HostServices &services) {
   V_HostT table{};
   table.size = sizeof(table);
-  table.host = &session;
+  table.host = &services;
   table.allocate = Allocate;
   table.release = Release;
   table.getError = GetError;

@@ -1,4 +1,4 @@
-// The table of functions that a client is handed: thin, noexcept crossings into a session.
+// The table of functions that a client is handed: each one a noexcept call of the host's services.
 #ifndef HOST_HOST_TABLE_H
 #define HOST_HOST_TABLE_H
 
@@ -6,10 +6,10 @@
 
 namespace host {
 
-class Session;
+class HostServices;
 
-// The session must outlive every use of the table.
-[[nodiscard]] V_HostT MakeHostTable(Session &session);
+// The services must outlive every use of the table.
+[[nodiscard]] V_HostT MakeHostTable(HostServices &services);
 
 } // namespace host
 

@@ -1,29 +1,26 @@
-// The host as its clients see it: properties, documents, calls between clients, questions to the person. One at a
-// time, on one thread; the front and the configuration are the caller's and must outlive it. Clients are loaded at the
-// first request to them.
+// A session of the host, as the command line and the windows use it: the open documents, requests to the clients, and
+// what happened while they were served. One at a time, on one thread; the front and the configuration are the caller's
+// and must outlive it. Clients are loaded at the first request to them.
+//
+// In all of host/ what fails says so by false, nothing or an empty value, and by a text in an argument `error`, or in a
+// member `error` or `problems` of what is returned.
 #ifndef HOST_SESSION_H
 #define HOST_SESSION_H
 
-#include "host/built_in_clients.h"
-#include "host/client_module.h"
 #include "host/configuration/configuration.h"
-#include "host/dialog_host.h"
 #include "host/documents/documents.h"
 #include "host/fronts/front.h"
-#include "host/record/kept_outputs.h"
 #include "host/record/run_event.h"
-#include "host/temp_folder.h"
 #include "kit/values.h"
 #include "kit/vdk.h"
 
-#include <map>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 namespace host {
+
+class HostServices;
 
 struct AskedQuestion {
   std::string kind; // "alert", "yes-no", "ok-cancel", "open", "save", "folder"
@@ -62,84 +59,32 @@ struct ClientReply {
 class Session {
 public:
   Session(const Configuration &settings, Installation where, Front &shownTo);
+  // Shuts the client down, which may still call the host, and then ends what the client was given.
   ~Session();
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
 
   // False and an error text when the file cannot be opened in that role.
   [[nodiscard]] bool OpenFile(const std::string &path, OpenAs role, std::string &error);
-  [[nodiscard]] ClientReply Send(const std::string &client, const std::string &request);
-  [[nodiscard]] const SessionRecord &Record() const { return record; }
-  // Hears the events of runs from now on, after the front; null for nobody. Must outlive its use.
-  void Listen(RunListener *next) { listener = next; }
-  // Where copies of opened and launched temporary outputs go, a folder for each run.
-  void KeepOutputsIn(std::string folder) { keptOutputs.UseFolder(std::move(folder)); }
-  // The record begins anew.
-  [[nodiscard]] SessionRecord TakeRecord() { return std::exchange(record, {}); }
   [[nodiscard]] std::vector<DocumentSummary> ListDocuments() const;
   // The only active one from then on.
   void Activate(V_ObjectT object);
   void CloseDocument(V_ObjectT object);
-  [[nodiscard]] const Configuration &Settings() const { return configuration; }
-  [[nodiscard]] const std::string &TemporaryFolder() { return tempFolder.Path(); }
-  [[nodiscard]] Front &TheFront() { return front; }
 
-  // What the table's functions do.
-  [[nodiscard]] int32_t GetInt(V_ObjectT object, int32_t property);
-  void SetInt(V_ObjectT object, int32_t property, int32_t value);
-  // Nothing when the object has no such text.
-  [[nodiscard]] std::optional<std::string> GetString(V_ObjectT object, int32_t property);
-  void SetString(V_ObjectT object, int32_t property, const std::string &value);
-  void SetStrings(V_ObjectT object, int32_t property, std::vector<std::string> value);
-  [[nodiscard]] V_ObjectT GetObject(V_ObjectT object, int32_t property);
-  [[nodiscard]] std::vector<std::string> GetStrings(V_ObjectT object, int32_t property);
-  [[nodiscard]] kit::TypedValues GetTypedVals(V_ObjectT object, int32_t property);
-  [[nodiscard]] kit::TypedValues CallClient(const std::string &client, const std::string &request, std::string &error);
-  void TakeReply(kit::TypedValues reply);
-  [[nodiscard]] int32_t Ask(AlertKind kind, const std::string &text);
-  [[nodiscard]] std::optional<std::string> Choose(const FileChooser &chooser);
+  [[nodiscard]] ClientReply Send(const std::string &client, const std::string &request);
+  // A line of the host's own.
   void WriteConsole(const std::string &text);
-  void ReportRunEvent(RunEvent event);
-  [[nodiscard]] V_ObjectT OpenOutput(const std::string &path, const std::string &asName);
-  [[nodiscard]] int32_t Launch(const std::string &path);
-  // Nothing when the object is neither a book nor a map.
-  [[nodiscard]] std::optional<ComponentList> Walk(V_ObjectT object, int32_t options);
-  [[nodiscard]] V_ObjectT OpenDialog(const std::string &name);
-  void RunDialog(int32_t number, V_ObjectT dialog);
-  [[nodiscard]] DialogHost &Dialogs() { return dialogs; }
-  [[nodiscard]] int32_t Error() const { return error; }
-  void SetError(int32_t value) { error = value; }
-  void RequestNotification(int32_t notification, bool on);
+  // Hears the events of runs from now on, after the front; null for nobody. Must outlive its use.
+  void Listen(RunListener *listener);
+  // Where copies of opened and launched temporary outputs go, a folder for each run.
+  void KeepOutputsIn(std::string folder);
+  [[nodiscard]] const SessionRecord &Record() const;
+  // The record begins anew.
+  [[nodiscard]] SessionRecord TakeRecord();
+  [[nodiscard]] const Configuration &Settings() const;
 
 private:
-  [[nodiscard]] BuiltInClient *FindBuiltIn(std::string_view client);
-  [[nodiscard]] const ClientModule *LoadClient(const std::string &client, std::string &problem);
-  [[nodiscard]] std::string ApplicationOf(const Document &document) const;
-  // Whether an output that is launched goes with the session.
-  [[nodiscard]] bool IsTemporary(const std::string &path);
-  // The copy of a temporary output that stays, or the path when there is none.
-  [[nodiscard]] std::string TakeCopy(const std::string &path);
-
-  const Configuration &configuration;
-  Installation installation;
-  Front &front;
-  V_HostT table;
-  Documents documents;
-  V_ObjectT activeDocument = 0;
-  V_ObjectT activeBook = 0;
-  std::map<int32_t, int32_t> settings; // session numbers
-  TempFolder tempFolder;
-  KeptOutputs keptOutputs;
-  SessionRecord record;
-  std::optional<kit::Resources> clientResources; // read when the client opens its first dialog
-  DialogHost dialogs;
-  VlDispatcher dispatcher;
-  XmlUtilities utilities;
-  std::vector<kit::TypedValues> replies; // one per request being served
-  RunListener *listener = nullptr;
-  bool wantsRequests = false;
-  int32_t error = V_ERROR_NONE;
-  std::unique_ptr<ClientModule> module; // last: it calls the session while it is shut down
+  std::unique_ptr<HostServices> services;
 };
 
 } // namespace host

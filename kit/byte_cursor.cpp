@@ -1,6 +1,6 @@
 #include "kit/byte_cursor.h"
 
-#include <unicode/unistr.h>
+#include "kit/utf16.h"
 
 namespace kit {
 
@@ -25,7 +25,7 @@ std::string ByteCursor::WideText(uint16_t first) {
   std::u16string text;
   for (uint16_t unit = first; unit != 0; unit = Word())
     text += static_cast<char16_t>(unit);
-  return WideToUtf8(text);
+  return ToUtf8(text);
 }
 
 NumberOrText ByteCursor::Identifier() {
@@ -54,11 +54,5 @@ ByteCursor::Bytes ByteCursor::Take(size_t count) {
 }
 
 void ByteCursor::AlignTo(size_t step) { Take((step - at % step) % step); }
-
-std::string WideToUtf8(const std::u16string &text) {
-  std::string utf8;
-  icu::UnicodeString(text.data(), static_cast<int32_t>(text.size())).toUTF8String(utf8);
-  return utf8;
-}
 
 } // namespace kit

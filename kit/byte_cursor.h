@@ -44,8 +44,6 @@ private:
   bool good = true;
 };
 
-[[nodiscard]] std::string WideToUtf8(const std::u16string &text);
-
 } // namespace kit
 
 #endif

@@ -25,6 +25,10 @@ namespace kit {
 // Lexical: absolute against the working folder, without "." and "..".
 [[nodiscard]] std::string AbsolutePath(std::string_view path);
 
+// "http" of "http://host/path"; empty without one. One letter is the drive of another system, not a scheme.
+[[nodiscard]] std::string_view UrlScheme(std::string_view text);
+// A file URL, or "scheme://" of another kind, as network documents have it.
+[[nodiscard]] bool IsUrl(std::string_view text);
 // "file:" in any of its forms, with or without slashes.
 [[nodiscard]] bool IsFileUrl(std::string_view text);
 // The platform path of a file URL, escapes decoded; other text comes back as it is.

@@ -117,7 +117,19 @@ std::string AbsolutePath(std::string_view path) {
   return error ? std::string(path) : absolute.lexically_normal().string();
 }
 
-bool IsFileUrl(std::string_view text) { return StartsWithIgnoreCase(text, "file:"); }
+std::string_view UrlScheme(std::string_view text) {
+  static constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-.";
+  const size_t colon = text.find_first_not_of(letters);
+  const bool isScheme = colon != std::string_view::npos && colon > 1 && text[colon] == ':';
+  return isScheme ? text.substr(0, colon) : std::string_view();
+}
+
+bool IsUrl(std::string_view text) {
+  const std::string_view scheme = UrlScheme(text);
+  return IsFileUrl(text) || (!scheme.empty() && text.substr(scheme.size()).starts_with("://"));
+}
+
+bool IsFileUrl(std::string_view text) { return EqualsIgnoreCase(UrlScheme(text), "file"); }
 
 std::string UrlToPath(std::string_view text) {
   if (!IsFileUrl(text))

@@ -16,14 +16,18 @@ std::string FindObstacle(std::string_view value) {
 
 } // namespace
 
+std::string QuoteValue(std::string_view value) {
+  const char quote = value.find('"') == std::string_view::npos ? '"' : '\'';
+  return quote + std::string(value) + quote;
+}
+
 void RequestBuilder::Add(std::string_view option, std::initializer_list<std::string_view> values) {
   text.append(" ").append(option);
   for (const std::string_view value : values) {
     if (const std::string obstacle = FindObstacle(value); !obstacle.empty() && problem.empty())
       problem =
           "a request cannot carry the value of " + std::string(option) + ", " + obstacle + ": " + std::string(value);
-    const char quote = value.find('"') == std::string_view::npos ? '"' : '\'';
-    text.append(" ").append(1, quote).append(value).append(1, quote);
+    text.append(" ").append(QuoteValue(value));
   }
 }
 

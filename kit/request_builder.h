@@ -9,6 +9,9 @@
 
 namespace kit {
 
+// The value as a token of its own: in double quotes, or in single ones when it holds a double quote.
+[[nodiscard]] std::string QuoteValue(std::string_view value);
+
 class RequestBuilder {
 public:
   explicit RequestBuilder(std::string_view name) : text(name) {}

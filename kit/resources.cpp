@@ -2,6 +2,7 @@
 
 #include "kit/byte_cursor.h"
 #include "kit/text.h"
+#include "kit/utf16.h"
 
 namespace kit {
 
@@ -51,7 +52,7 @@ bool Resources::AddTextBlock(uint16_t block, Bytes data) {
     if (!cursor.IsGood())
       return false;
     if (!text.empty())
-      texts[static_cast<uint16_t>((block - 1) * textsPerBlock + index)] = WideToUtf8(text);
+      texts[static_cast<uint16_t>((block - 1) * textsPerBlock + index)] = ToUtf8(text);
   }
   return true;
 }

@@ -74,7 +74,7 @@ int32_t V_AttachHost(const V_HostT *host) {
 }
 
 void V_DetachHost(const V_HostT *host) {
-  if (attached == host)
+  if (!host || attached == host)
     attached = nullptr;
 }
 
@@ -212,8 +212,8 @@ V_ObjectT V_ApiMakeGrid(V_ObjectT dialog, int32_t item, int32_t frameItem, const
                         const char *noValueText) {
   return Forward<&V_HostT::makeGrid>(dialog, item, frameItem, header, noValueText);
 }
-int32_t V_ApiGridAddRow(V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values, int32_t options) {
-  return Forward<&V_HostT::gridAddRow>(grid, titles, values, options);
+int32_t V_ApiGridAddRow(V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values) {
+  return Forward<&V_HostT::gridAddRow>(grid, titles, values);
 }
 int32_t V_ApiGridRowCount(V_ObjectT grid) { return Forward<&V_HostT::gridRowCount>(grid); }
 int32_t V_ApiGridCellCount(V_ObjectT grid, int32_t row) { return Forward<&V_HostT::gridCellCount>(grid, row); }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <unicode/unistr.h>
+#include <unicode/ustring.h>
 
 namespace kit {
 
@@ -23,6 +24,18 @@ std::u16string ToUtf16(std::string_view utf8) {
   const icu::UnicodeString text =
       icu::UnicodeString::fromUTF8(icu::StringPiece(utf8.data(), static_cast<int32_t>(utf8.size())));
   return {text.getBuffer(), static_cast<size_t>(text.length())};
+}
+
+std::optional<std::u16string> ToUtf16Strict(std::string_view utf8) {
+  std::u16string text(utf8.size(), u'\0');
+  int32_t length = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  u_strFromUTF8(text.data(), static_cast<int32_t>(text.size()), &length, utf8.data(), static_cast<int32_t>(utf8.size()),
+                &status);
+  if (U_FAILURE(status))
+    return std::nullopt;
+  text.resize(static_cast<size_t>(length));
+  return text;
 }
 
 std::string ToUtf8(std::u16string_view utf16) {

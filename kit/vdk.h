@@ -106,15 +106,16 @@ enum {
   V_IP_REPORTS_DOUBLE_CLICK = 3306 /* int */
 };
 
-/* A row of a grid whose first cell may be edited, too. */
-enum { V_GRID_FIRST_CELL_EDITABLE = 1 };
-
 /* Item numbers of a dialog event beside those of the items. */
 enum { V_ITEM_FRAME_CLOSED = -1, V_ITEM_INITIALISE = -9 };
 
 enum { V_ALERT_PLAIN = 0, V_ALERT_YES_NO = 1, V_ALERT_YES_NO_DEFAULT_NO = 2, V_ALERT_OK_CANCEL = 3 };
 enum { V_ANSWER_DECLINE = 0, V_ANSWER_PROCEED = 1 }; /* No or Cancel; Yes or OK */
 enum { V_CHOOSE_OPEN = 0, V_CHOOSE_FOLDER = 1, V_CHOOSE_SAVE = 2 };
+
+/* How a transformation saves its outputs, and opens them. */
+enum { V_SAVE_NOT = 0, V_SAVE_WHERE_ASKED = 1, V_SAVE_IN_FOLDER = 2, V_SAVE_BESIDE_INPUT = 3 };
+enum { V_OPEN_NOT = 0, V_OPEN_IN_HOST = 1, V_OPEN_BY_DEFAULT = 2 };
 
 /* Which components a walk yields beside the local, processed ones. */
 enum { V_WALK_EXTERNAL = 1, V_WALK_RESOURCE_ONLY = 2, V_WALK_ALL = 3 };
@@ -226,8 +227,7 @@ typedef struct V_HostT {
   int32_t (*netSave)(void *host, const char *url);
   V_ObjectT (*makeGrid)(void *host, V_ObjectT dialog, int32_t item, int32_t frameItem, const char *header,
                         const char *noValueText);
-  int32_t (*gridAddRow)(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values,
-                        int32_t options);
+  int32_t (*gridAddRow)(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values);
   int32_t (*gridRowCount)(void *host, V_ObjectT grid);
   int32_t (*gridCellCount)(void *host, V_ObjectT grid, int32_t row);
   char *(*gridCell)(void *host, V_ObjectT grid, int32_t row, int32_t cell);
@@ -254,7 +254,7 @@ VDK_EXPORT const void *V_ClientResources(size_t *size);
 
 /* Remembers the table for all calls below; V_ClientAttach calls it. 0 when the table cannot be used. */
 int32_t V_AttachHost(const V_HostT *host);
-/* Forgets the table if it is this one, before it goes. */
+/* Forgets the table if it is this one, before it goes; any table for null. */
 void V_DetachHost(const V_HostT *host);
 
 /* The host's product name, noted at initialisation for texts that show it. Never null. */
@@ -336,8 +336,8 @@ void V_ApiKeepDialogUp(V_ObjectT dialog);
 /* Makes a property grid in the place of `frameItem`, in place of one that the dialog had before; 0 when it cannot. What
  * a person selects or edits in it arrives as a dialog event of `item`. An empty value shows as `noValueText`. */
 V_ObjectT V_ApiMakeGrid(V_ObjectT dialog, int32_t item, int32_t frameItem, const char *header, const char *noValueText);
-/* Appends a row of as many cells as there are titles (V_GRID_... options); its index, or -1. */
-int32_t V_ApiGridAddRow(V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values, int32_t options);
+/* Appends a row of as many cells as there are titles; its index, or -1. */
+int32_t V_ApiGridAddRow(V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values);
 int32_t V_ApiGridRowCount(V_ObjectT grid);
 int32_t V_ApiGridCellCount(V_ObjectT grid, int32_t row);
 /* What the cell shows. V_Free. */

@@ -1,9 +1,9 @@
 #include "host/cli/commands.h"
 #include "host/cli/printing.h"
-#include "host/cli/transformation_record.h"
+#include "host/cli/split_parameter.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/request_builder.h"
-#include "kit/text.h"
 
 namespace cli {
 
@@ -15,7 +15,7 @@ constexpr int32_t saved = 1;
 ExitCode SendEdit(Environment environment, const kit::RequestBuilder &request, const std::string &failure) {
   if (!request.Problem().empty())
     return Refuse(request.Problem());
-  const host::ClientReply reply = environment.session.Send("XSLT", request.Text());
+  const host::ClientReply reply = environment.session.Send(kit::xsltName, request.Text());
   const ExitCode code = Finish(environment, reply);
   if (code != ExitCode::Done || reply.values.Integer(0) == saved)
     return code;
@@ -23,14 +23,59 @@ ExitCode SendEdit(Environment environment, const kit::RequestBuilder &request, c
   return ExitCode::Failed;
 }
 
-std::string FindMissingField(const TransformationRecord &record) {
-  if (record.name.find_first_not_of(" \t\r\n") == std::string::npos)
+std::string FindMissingField(const RecordOptions &fields) {
+  if (fields.name.find_first_not_of(" \t\r\n") == std::string::npos)
     return "a transformation needs a name";
-  if (!record.usesInstruction && record.stylesheet.empty())
+  if (!fields.usesInstruction && fields.stylesheet.empty())
     return "a transformation needs --xsl FILE or --use-pi";
-  if (record.output == OutputPolicy::Folder && record.folder.empty())
-    return "--output dirpath needs --folder DIR";
   return {};
+}
+
+// What the options name, as options of a request in which a later one counts. False and an error text when a parameter
+// has no name.
+bool AddFields(kit::RequestBuilder &request, const RecordOptions &fields, std::string &error) {
+  request.AddIfGiven("-xslfilepath", fields.stylesheet);
+  if (fields.usesInstruction)
+    request.Add("-usepi");
+  request.AddIfGiven("-processor", fields.processor);
+  for (const std::string &name : fields.droppedParameters)
+    request.Add("-dropparam", {name});
+  for (const std::string &text : fields.parameters) {
+    const auto parameter = SplitParameter(text);
+    if (!parameter) {
+      error = "-p wants NAME=EXPRESSION, not \"" + text + "\"";
+      return false;
+    }
+    request.Add("-sparam", {parameter->first, parameter->second});
+  }
+  if (fields.suffix)
+    request.Add("-suffix", {*fields.suffix});
+  request.AddIfGiven("-dirpath", fields.folder);
+  request.AddIfGiven("-output", fields.output);
+  request.AddIfGiven("-openoutput", fields.openOutput);
+  return true;
+}
+
+// The reply with the transformation of that name; an error text when the catalogue has none.
+kit::TypedValues FindTransformation(Environment environment, const std::string &catalogue, const std::string &name,
+                                    std::string &error) {
+  kit::RequestBuilder request("XSLTGetTrScenario");
+  request.Add("-trfile", {catalogue});
+  request.Add("-trname", {name});
+  error = request.Problem();
+  if (error.empty() && !kit::IsFile(catalogue))
+    error = "there is no catalogue " + catalogue;
+  if (!error.empty())
+    return {};
+  const size_t linesBefore = environment.session.Record().console.size();
+  host::ClientReply reply = environment.session.Send(kit::xsltName, request.Text());
+  if (!reply.error.empty())
+    error = reply.error;
+  else if (reply.values.Size() == 0 && environment.session.Record().console.size() > linesBefore)
+    error = "the catalogue " + catalogue + " cannot be read";
+  else if (reply.values.Size() == 0)
+    error = "there is no transformation \"" + name + "\" in " + catalogue;
+  return std::move(reply.values);
 }
 
 } // namespace
@@ -44,37 +89,13 @@ std::string FindCatalogue(Environment environment, const CatalogueOptions &catal
   }
   kit::RequestBuilder request("XSLTGetTrScenarioFile");
   request.Add("-appname", {catalogue.application});
-  const host::ClientReply reply = environment.session.Send("VlDispatcher", request.Text());
+  const host::ClientReply reply = environment.session.Send(kit::dispatcherName, request.Text());
   const std::string stored = reply.values.String(0).value_or("");
+  const std::string &source = environment.session.Settings().source;
   if (stored.empty())
     error = "the application \"" + catalogue.application + "\" has no catalogue in " +
-            (environment.session.Settings().source.empty() ? std::string("the built-in configuration")
-                                                           : environment.session.Settings().source);
+            (source.empty() ? "the built-in configuration" : source);
   return host::ExpandStoredPath(environment.session.Settings(), stored);
-}
-
-bool FindRecord(Environment environment, const std::string &catalogue, const std::string &name,
-                TransformationRecord &record, std::string &error) {
-  kit::RequestBuilder request("XSLTGetTrScenario");
-  request.Add("-trfile", {catalogue});
-  request.Add("-trname", {name});
-  error = request.Problem();
-  if (error.empty() && !kit::IsFile(catalogue))
-    error = "there is no catalogue " + catalogue;
-  if (!error.empty())
-    return false;
-  const size_t linesBefore = environment.session.Record().console.size();
-  const host::ClientReply reply = environment.session.Send("XSLT", request.Text());
-  const std::vector<TransformationRecord> records = ReadRecords(reply.values.Get());
-  if (!reply.error.empty())
-    error = reply.error;
-  else if (records.empty() && environment.session.Record().console.size() > linesBefore)
-    error = "the catalogue " + catalogue + " cannot be read";
-  else if (records.empty())
-    error = "there is no transformation \"" + name + "\" in " + catalogue;
-  else
-    record = records.front();
-  return error.empty();
 }
 
 ExitCode ListTransformations(Environment environment, const CatalogueOptions &options) {
@@ -82,26 +103,23 @@ ExitCode ListTransformations(Environment environment, const CatalogueOptions &op
   const std::string catalogue = FindCatalogue(environment, options, error);
   if (error.empty() && !kit::IsFile(catalogue))
     error = "there is no catalogue " + catalogue;
-  kit::RequestBuilder request("XSLTGetTrScenario");
+  // Programs get the records, people their descriptions.
+  kit::RequestBuilder request(environment.options.printsJson ? "XSLTGetTrScenario" : "VlxsltListTransformations");
   request.Add("-trfile", {catalogue});
   if (error.empty())
     error = request.Problem();
   if (!error.empty())
     return Refuse(error);
-  const host::ClientReply reply = environment.session.Send("XSLT", request.Text());
+  const host::ClientReply reply = environment.session.Send(kit::xsltName, request.Text());
   ExitCode code = Finish(environment, reply);
   // A catalogue that cannot be read looks empty in the reply; why stands on the console.
   if (code == ExitCode::Done && reply.values.Size() == 0 && !environment.session.Record().console.empty())
     code = ExitCode::Failed;
   if (environment.options.printsJson)
     return code;
-  static constexpr std::string_view opens[] = {"", "opens in the host", "opens with the default program"};
   std::string text;
-  for (const TransformationRecord &record : ReadRecords(reply.values.Get())) {
-    const size_t open = record.openOutput == 1 || record.openOutput == 2 ? static_cast<size_t>(record.openOutput) : 0;
-    text += FormatFields({record.name, record.usesInstruction ? "(processing instruction)" : record.stylesheet,
-                          record.processor, DescribeOutput(record), std::string(opens[open])});
-  }
+  for (uint32_t index = 0; index < reply.values.Size(); ++index)
+    text += FormatFields(reply.values.Strings(index).value_or(std::vector<std::string>()));
   return Print(text) ? code : ExitCode::Failed;
 }
 
@@ -114,7 +132,7 @@ ExitCode ListParameters(Environment environment, const std::string &stylesheet) 
     error = "there is no stylesheet " + path;
   if (!error.empty())
     return Refuse(error);
-  const host::ClientReply reply = environment.session.Send("XSLT", request.Text());
+  const host::ClientReply reply = environment.session.Send(kit::xsltName, request.Text());
   const ExitCode code = Finish(environment, reply);
   if (environment.options.printsJson)
     return code;
@@ -127,43 +145,35 @@ ExitCode ListParameters(Environment environment, const std::string &stylesheet) 
 
 ExitCode AddTransformation(Environment environment, const CatalogueOptions &options, const RecordOptions &fields) {
   std::string error;
-  const std::string catalogue = FindCatalogue(environment, options, error);
-  TransformationRecord record;
-  record.name = fields.name;
-  if (!environment.session.Settings().processors.empty())
-    record.processor = environment.session.Settings().processors.front().name;
-  if (error.empty() && ApplyOptions(record, fields, error))
-    error = FindMissingField(record);
-  if (!error.empty())
-    return Refuse(error);
   kit::RequestBuilder request("VlxsltAddTransformation");
-  request.Add("-trfile", {catalogue});
-  AddToRequest(request, record);
-  return SendEdit(environment, request, "the transformation \"" + record.name + "\" was not added");
+  request.Add("-trfile", {FindCatalogue(environment, options, error)});
+  request.Add("-name", {fields.name});
+  if (error.empty() && AddFields(request, fields, error))
+    error = FindMissingField(fields);
+  return error.empty() ? SendEdit(environment, request, "the transformation \"" + fields.name + "\" was not added")
+                       : Refuse(error);
 }
 
 ExitCode EditTransformation(Environment environment, const CatalogueOptions &options, const RecordOptions &fields) {
   std::string error;
   const std::string catalogue = FindCatalogue(environment, options, error);
-  TransformationRecord record;
-  if (error.empty() && FindRecord(environment, catalogue, fields.name, record, error) &&
-      ApplyOptions(record, fields, error))
-    error = FindMissingField(record);
-  if (!error.empty())
-    return Refuse(error);
   kit::RequestBuilder request("VlxsltEditTransformation");
   request.Add("-trfile", {catalogue});
   request.Add("-trname", {fields.name});
-  AddToRequest(request, record);
-  return SendEdit(environment, request, "the transformation \"" + fields.name + "\" was not changed");
+  request.AddIfGiven("-name", fields.newName);
+  if (error.empty() && AddFields(request, fields, error))
+    (void)FindTransformation(environment, catalogue, fields.name, error);
+  return error.empty() ? SendEdit(environment, request, "the transformation \"" + fields.name + "\" was not changed")
+                       : Refuse(error);
 }
 
 ExitCode DeleteTransformation(Environment environment, const CatalogueOptions &options, const std::string &name) {
   std::string error;
   const std::string catalogue = FindCatalogue(environment, options, error);
-  TransformationRecord record;
   // Deleting what is not there would only rewrite the file.
-  if (!error.empty() || !FindRecord(environment, catalogue, name, record, error))
+  if (error.empty())
+    (void)FindTransformation(environment, catalogue, name, error);
+  if (!error.empty())
     return Refuse(error);
   kit::RequestBuilder request("XSLTDeleteTrScenario");
   request.Add("-trfile", {catalogue});

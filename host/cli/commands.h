@@ -4,7 +4,7 @@
 #define HOST_CLI_COMMANDS_H
 
 #include "host/cli/options.h"
-#include "host/cli/transformation_record.h"
+#include "host/cli/split_parameter.h"
 #include "host/fronts/script_front.h"
 #include "host/record/run_recorder.h"
 #include "host/session.h"
@@ -50,10 +50,6 @@ void PrintError(const std::string &text);
 [[nodiscard]] std::string ReadPath(Environment environment, const std::string &text);
 // The absolute path of the catalogue; empty and an error text when there is none.
 [[nodiscard]] std::string FindCatalogue(Environment environment, const CatalogueOptions &catalogue, std::string &error);
-// False and an error text when the catalogue has no such transformation.
-[[nodiscard]] bool FindRecord(Environment environment, const std::string &catalogue, const std::string &name,
-                              TransformationRecord &record, std::string &error);
-
 } // namespace cli
 
 #endif

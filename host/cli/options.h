@@ -2,6 +2,7 @@
 #ifndef HOST_CLI_OPTIONS_H
 #define HOST_CLI_OPTIONS_H
 
+#include "host/exit_codes.h"
 #include "host/fronts/terminal_front.h"
 
 #include <optional>
@@ -10,7 +11,7 @@
 
 namespace cli {
 
-enum class ExitCode : int { Done = 0, Failed = 1, BadCommand = 2, ScriptMisfit = 3, Cancelled = 130 };
+using host::ExitCode;
 
 // What every command that sends a request understands.
 struct SessionOptions {

@@ -199,7 +199,7 @@ private:
       return text;
     if (meaning == Meaning::ClassPath)
       return ReadClassPath(text);
-    if (meaning == Meaning::StoredPath && (BeginsWithVariable(text) || kit::IsFileUrl(text)))
+    if (meaning == Meaning::StoredPath && (BeginsWithVariable(text) || kit::IsUrl(text)))
       return text;
     return MakeAbsolute(text);
   }
@@ -259,17 +259,20 @@ void Complete(Configuration &configuration, const Installation &installation) {
 
 } // namespace
 
+std::string OwnConfigurationPath() {
+  const char *config = std::getenv("XDG_CONFIG_HOME");
+  const char *home = std::getenv("HOME");
+  if (config && *config)
+    return kit::JoinPath(config, "vlxslt/vlxslt.toml");
+  return home && *home ? kit::JoinPath(home, ".config/vlxslt/vlxslt.toml") : std::string();
+}
+
 std::string FindConfigurationFile(const std::string &named, const Installation &installation) {
   if (!named.empty())
     return named;
   if (const char *path = std::getenv("VLXSLT_CONFIG"); path && *path)
     return path;
-  const char *config = std::getenv("XDG_CONFIG_HOME");
-  const char *home = std::getenv("HOME");
-  std::string folder = config && *config ? config : "";
-  if (folder.empty() && home && *home)
-    folder = kit::JoinPath(home, ".config");
-  if (std::string own = kit::JoinPath(folder, "vlxslt/vlxslt.toml"); !folder.empty() && kit::Exists(own))
+  if (std::string own = OwnConfigurationPath(); kit::Exists(own))
     return own;
   const std::string installed = installation.DefaultConfigurationPath();
   return kit::Exists(installed) ? installed : std::string();
@@ -301,7 +304,10 @@ ConfigurationResult ReadConfiguration(const std::string &path, const Installatio
 std::string ExpandStoredPath(const Configuration &configuration, std::string path, const std::string &base) {
   if (path.empty())
     return path;
-  path = UseSlashes(kit::UrlToPath(path));
+  path = kit::UrlToPath(path);
+  if (kit::IsUrl(path))
+    return path;
+  path = UseSlashes(path);
   static constexpr std::string_view structure = "$STRUCTDIR";
   static constexpr std::string_view install = "$VLHOME";
   if (kit::StartsWithIgnoreCase(path, structure))

@@ -49,6 +49,8 @@ struct ConfigurationResult {
   std::vector<std::string> problems; // "file:line:column: what is wrong"; empty when the file is good
 };
 
+// Where a person's own file belongs; empty without a home.
+[[nodiscard]] std::string OwnConfigurationPath();
 // The first of: `named` (from the command line), $VLXSLT_CONFIG, the user's own, the installed default. Empty when
 // there is none at all.
 [[nodiscard]] std::string FindConfigurationFile(const std::string &named, const Installation &installation);

@@ -1,12 +1,9 @@
 #include "host/configuration/configuration_edit.h"
 
-#include "kit/paths.h"
-
 #include <toml++/toml.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <iomanip>
 #include <iterator>
 #include <set>
@@ -313,15 +310,6 @@ std::string WriteConfiguration(const Configuration &configuration) {
   for (const ApplicationSetting &each : configuration.applications)
     sections.push_back(MakeSection("application", ListAll(each, applicationTexts, applicationLists)));
   return Join(sections);
-}
-
-std::string OwnConfigurationPath() {
-  const char *config = std::getenv("XDG_CONFIG_HOME");
-  const char *home = std::getenv("HOME");
-  const std::string folder = config && *config ? config
-                             : home && *home   ? kit::JoinPath(home, ".config")
-                                               : std::string();
-  return folder.empty() ? folder : kit::JoinPath(folder, "vlxslt/vlxslt.toml");
 }
 
 } // namespace host

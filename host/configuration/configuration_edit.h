@@ -26,8 +26,6 @@ struct EditedConfiguration {
 [[nodiscard]] EditedConfiguration EditConfiguration(const std::string &text, const ConfigurationChange &change);
 // A file of its own for somebody who had none, with absolute paths.
 [[nodiscard]] std::string WriteConfiguration(const Configuration &configuration);
-// Where a person's own file belongs; empty without a home.
-[[nodiscard]] std::string OwnConfigurationPath();
 
 } // namespace host
 

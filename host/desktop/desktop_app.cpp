@@ -1,5 +1,5 @@
-// The library's entry points: each starts the toolkit, runs the main loop while the host works on a thread of its own,
-// and takes the toolkit down again.
+// The library's entry points: each starts the toolkit, runs the main loop while the host works on its own thread, and
+// shuts the toolkit down.
 #include "host/desktop/desktop_front.h"
 #include "host/desktop/host_thread.h"
 #include "host/desktop/run_window.h"
@@ -30,7 +30,7 @@ public:
   explicit DesktopApp(std::function<void()> begin) : beginWork(std::move(begin)) {}
 
   bool OnInit() override {
-    // Nothing of it pops up. The toolkit keeps what it is given.
+    // Messages of the toolkit open no window. It takes ownership of the target.
     // NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks)
     delete wxLog::SetActiveTarget(new wxLogStderr);
     // NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
@@ -48,7 +48,7 @@ private:
   std::function<void()> beginWork;
 };
 
-// What the toolkit remarks about itself is for its developers, and standard error is for the person.
+// Warnings of the toolkit about itself do not belong on the user's standard error.
 void SilenceToolkit() {
   g_log_set_default_handler([](const char *, GLogLevelFlags, const char *, void *) {}, nullptr);
   g_log_set_writer_func([](GLogLevelFlags, const GLogField *, gsize, void *) { return G_LOG_WRITER_HANDLED; }, nullptr,
@@ -68,7 +68,7 @@ bool RunWindows(std::function<void()> begin, FinishWork finish, bool endsWithLas
   if (!toolkit.IsOk())
     return false;
   app->SetExitOnFrameDelete(endsWithLastWindow);
-  WatchForDeparture(std::move(finish));
+  WatchForShutdown(std::move(finish));
   if (!app->CallOnInit())
     return false;
   app->OnRun();
@@ -88,7 +88,7 @@ int VlxsltRunWorkbench(const host::WorkbenchRequest *request, int *result) {
       workbench = new desktop::Workbench(*request);
       workbench->Show();
     };
-    const auto finish = [&](std::chrono::seconds longest) { return !workbench || workbench->FinishWithin(longest); };
+    const auto finish = [&](std::chrono::seconds maxTime) { return !workbench || workbench->FinishWithin(maxTime); };
     return desktop::RunWindows(begin, finish, true) ? 1 : 0;
   });
 }
@@ -105,18 +105,18 @@ int VlxsltServeWithWindows(const host::WindowedWork *work, int *result) {
       thread->Post([&] {
         *result = (*work)(*front);
         if (front->IsCancelled())
-          *result = desktop::interruptedCode;
+          *result = static_cast<int>(host::ExitCode::Cancelled);
         desktop::ChangeShared([&] { isDone = true; });
         desktop::PostToWindows([&] {
-          front->FlushConsole();
+          front->ShowWaiting();
           if (!view.StayAfterwards() || !front->HasServedPerson())
             wxTheApp->ExitMainLoop();
         });
       });
     };
-    const auto finish = [&](std::chrono::seconds longest) {
+    const auto finish = [&](std::chrono::seconds maxTime) {
       front->Cancel();
-      return !thread || desktop::WaitFor(longest, [&] { return isDone; });
+      return !thread || desktop::WaitFor(maxTime, [&] { return isDone; });
     };
     return desktop::RunWindows(begin, finish, false) ? 1 : 0;
   });

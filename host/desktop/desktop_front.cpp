@@ -38,7 +38,8 @@ host::Answer ShowAlert(host::AlertKind kind, const std::string &text) {
   return pressed == wxID_YES || pressed == wxID_OK ? host::Answer::Proceed : host::Answer::Decline;
 }
 
-// "Name|pattern|Name|pattern|": the toolkit wants no bar at the end, and "*.*" would leave out names without a dot.
+// From "Name|pattern|Name|pattern|": the toolkit allows no bar at the end, and "*.*" does not match names without a
+// dot.
 wxString WildcardOf(std::string filter) {
   if (filter.ends_with('|'))
     filter.pop_back();
@@ -62,17 +63,18 @@ std::optional<std::string> ShowChooser(const host::FileChooser &chooser) {
 
 } // namespace
 
-void PrintLines(const std::vector<std::string> &lines) {
-  for (const std::string &line : lines)
-    std::fputs((line + "\n").c_str(), stderr);
+void PrintLines(const std::vector<RunItem> &items) {
+  for (const RunItem &item : items)
+    if (const auto *line = std::get_if<std::string>(&item))
+      std::fputs((*line + "\n").c_str(), stderr);
 }
 
 host::Answer DesktopFront::Alert(host::AlertKind kind, const std::string &text) {
-  // Nobody there to ask: nothing is done that would have needed a yes.
+  // AskWindows then declines.
   if (AreWindowsGone())
     PrintLines({text});
   return AskWindows([&] {
-    FlushConsole();
+    ShowWaiting();
     return ShowAlert(kind, text);
   });
 }
@@ -84,43 +86,48 @@ std::optional<std::string> DesktopFront::ChooseFile(const host::FileChooser &cho
 void DesktopFront::RunDialog(host::DialogModel &dialog) {
   hasServedPerson = true;
   ShownDialog shown(dialog);
-  // A dialog that is left open by windows that went away is closed by the host.
+  // When the windows are gone, the host closes the dialog.
   while (dialog.IsOpen() && shown.ServeNext()) {
   }
 }
 
-void DesktopFront::PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogHand &hand)> &player) {
+void DesktopFront::PlayDialog(host::DialogModel &dialog,
+                              const std::function<void(host::DialogDriver &driver)> &player) {
   ShownDialog shown(dialog);
-  const std::unique_ptr<host::DialogHand> hand = shown.MakeHand();
-  player(*hand);
+  const std::unique_ptr<host::DialogDriver> driver = shown.MakeDriver();
+  player(*driver);
 }
 
-void DesktopFront::WriteConsole(std::string_view text) {
+void DesktopFront::WriteConsole(std::string_view text) { Queue(std::string(host::WithoutLineEnd(text))); }
+
+void DesktopFront::ReportRunEvent(const host::RunEvent &event) { Queue(event); }
+
+void DesktopFront::Queue(RunItem item) {
   bool isFirst = false;
   ChangeShared([&] {
-    waiting.emplace_back(host::WithoutLineEnd(text));
+    waiting.push_back(std::move(item));
     isFirst = waiting.size() == 1;
   });
   if (AreWindowsGone())
-    PrintLines(TakeLines());
+    PrintLines(TakeWaiting());
   else if (isFirst)
-    windows.Post([this] { FlushConsole(); });
+    windows.Post([this] { ShowWaiting(); });
 }
 
-std::vector<std::string> DesktopFront::TakeLines() {
-  std::vector<std::string> lines;
-  ChangeShared([&] { lines.swap(waiting); });
-  return lines;
+std::vector<RunItem> DesktopFront::TakeWaiting() {
+  std::vector<RunItem> items;
+  ChangeShared([&] { items.swap(waiting); });
+  return items;
 }
 
-void DesktopFront::FlushConsole() {
-  if (const std::vector<std::string> lines = TakeLines(); !lines.empty())
-    view.ShowConsole(lines);
+void DesktopFront::ShowWaiting() {
+  if (const std::vector<RunItem> items = TakeWaiting(); !items.empty())
+    view.ShowRun(items);
 }
 
 void DesktopFront::ReportProgress(const host::Progress &progress) {
   windows.Post([this, progress] {
-    FlushConsole();
+    ShowWaiting();
     view.ShowProgress(progress);
   });
 }

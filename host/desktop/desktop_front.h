@@ -1,6 +1,7 @@
-// The front of the windows. Called on the host's thread; shows what it is told among the windows and waits there for
-// answers. Console lines are gathered, so that a chatty stylesheet cannot drown the windows. When the windows go away
-// the lines go to standard error, and every question is declined.
+// The front of the windows. Called on the host's thread; shows everything on the windows' thread and waits there for
+// answers. Run events and console lines are queued in their order and shown in batches, so that a stylesheet with many
+// messages does not block the windows. When the windows are gone the lines go to standard error, and every question is
+// declined.
 #ifndef HOST_DESKTOP_DESKTOP_FRONT_H
 #define HOST_DESKTOP_DESKTOP_FRONT_H
 
@@ -12,21 +13,25 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace desktop {
 
-// What is seen of a run. Belongs to the windows' thread.
+// A console line, or an event of a run.
+using RunItem = std::variant<std::string, host::RunEvent>;
+
+// Shows a run. Belongs to the windows' thread.
 class RunView {
 public:
   virtual ~RunView() = default;
-  virtual void ShowConsole(const std::vector<std::string> &lines) = 0;
+  virtual void ShowRun(const std::vector<RunItem> &items) = 0;
   virtual void ShowProgress(const host::Progress &progress) = 0;
   virtual void LaunchOutput(const std::string &path) = 0;
 };
 
-// On standard error, for whoever called the program.
-void PrintLines(const std::vector<std::string> &lines);
+// The console lines, on standard error.
+void PrintLines(const std::vector<RunItem> &items);
 
 class DesktopFront final : public host::Front {
 public:
@@ -36,9 +41,10 @@ public:
   [[nodiscard]] host::Answer Alert(host::AlertKind kind, const std::string &text) override;
   [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &chooser) override;
   void RunDialog(host::DialogModel &dialog) override;
-  void PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogHand &hand)> &player) override;
+  void PlayDialog(host::DialogModel &dialog, const std::function<void(host::DialogDriver &driver)> &player) override;
   void WriteConsole(std::string_view text) override;
   void ReportProgress(const host::Progress &progress) override;
+  void ReportRunEvent(const host::RunEvent &event) override;
   void LaunchOutput(const std::string &path) override;
   [[nodiscard]] bool IsCancelled() override { return cancelled; }
 
@@ -47,17 +53,18 @@ public:
   void ForgetCancel() { cancelled = false; }
   // Whether a dialog was shown to a person, and not only played by a script.
   [[nodiscard]] bool HasServedPerson() const { return hasServedPerson; }
-  // Hands the lines that are still waiting to the view; on the windows' thread.
-  void FlushConsole();
+  // Shows what is still waiting; on the windows' thread.
+  void ShowWaiting();
 
 private:
-  std::vector<std::string> TakeLines();
+  void Queue(RunItem item);
+  std::vector<RunItem> TakeWaiting();
 
   WindowsPoster windows;
   RunView &view;
   std::atomic<bool> cancelled = false;
   std::atomic<bool> hasServedPerson = false;
-  std::vector<std::string> waiting; // console lines that the view has not seen
+  std::vector<RunItem> waiting; // not shown yet
 };
 
 } // namespace desktop

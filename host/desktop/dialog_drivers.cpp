@@ -1,4 +1,4 @@
-// What a script does to a dialog's window in place of a person.
+// The part of DialogWindow that scripts drive.
 #include "host/desktop/dialog_window.h"
 
 #include "host/desktop/window_texts.h"
@@ -18,7 +18,7 @@ using host::ItemKind;
 
 namespace {
 
-// As the control itself would after a key or a mouse button.
+// Sends the event that the control sends after a key or a mouse button.
 void Report(wxWindow &control, wxEventType type, int value) {
   wxCommandEvent event(type, control.GetId());
   event.SetEventObject(&control);

@@ -31,18 +31,18 @@ wxSize DialogUnits::Size(const kit::DialogRectangle &place) const {
 }
 
 wxRect DialogUnits::Rectangle(const kit::DialogRectangle &place) const {
-  // Edges are scaled, not lengths, so that what is flush in the template stays flush.
+  // Scales edges, not lengths, so that controls that are aligned in the template stay aligned.
   const wxPoint begin(Scale(x, place.x), Scale(y, place.y));
   const wxPoint end(Scale(x, place.x + place.width), Scale(y, place.y + place.height));
   return {begin, wxSize(end.x - begin.x, end.y - begin.y)};
 }
 
-DialogUnits MeasureUnits(const wxWindow &window, const DialogPicture &picture,
+DialogUnits MeasureUnits(const wxWindow &window, const DialogSnapshot &snapshot,
                          const std::map<int32_t, wxWindow *> &controls) {
   const wxString letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
   const wxSize extent = window.GetTextExtent(letters);
   DialogUnits units{extent.GetWidth() / static_cast<double>(letters.size()) / 4, extent.GetHeight() / 8.0};
-  for (const DialogItem &item : picture.items) {
+  for (const DialogItem &item : snapshot.items) {
     const auto control = controls.find(item.number);
     if (control == controls.end() || !item.control || item.control->place.width == 0)
       continue;
@@ -58,7 +58,7 @@ DialogUnits MeasureUnits(const wxWindow &window, const DialogPicture &picture,
 wxRect PlaceItem(const DialogUnits &units, const DialogItem &item, const wxWindow &control) {
   wxRect place = units.Rectangle(item.control->place);
   const int best = control.GetBestSize().GetHeight();
-  // A drop-down list's height is that of its opened list.
+  // The template gives the height of the opened list.
   if (item.kind == ItemKind::PopUp)
     place.height = Scale(units.y, boxHeight);
   if ((IsBoxed(item) || HasLabel(item)) && place.height != best && !(IsBoxed(item) && place.height > best)) {

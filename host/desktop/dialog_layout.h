@@ -1,5 +1,5 @@
-// From dialog units to pixels. A unit is an eighth of the font's height and a quarter of its width, as ever; where a
-// theme's own text boxes and buttons are larger than a template reckons with, units grow until everything fits.
+// From dialog units to pixels. A unit is an eighth of the font's height and a quarter of its width; where the theme's
+// text boxes and buttons are larger than the template expects, the units grow until everything fits.
 #ifndef HOST_DESKTOP_DIALOG_LAYOUT_H
 #define HOST_DESKTOP_DIALOG_LAYOUT_H
 
@@ -21,7 +21,7 @@ struct DialogUnits {
   [[nodiscard]] wxRect Rectangle(const kit::DialogRectangle &place) const;
 };
 
-[[nodiscard]] DialogUnits MeasureUnits(const wxWindow &window, const DialogPicture &picture,
+[[nodiscard]] DialogUnits MeasureUnits(const wxWindow &window, const DialogSnapshot &snapshot,
                                        const std::map<int32_t, wxWindow *> &controls);
 [[nodiscard]] wxRect PlaceItem(const DialogUnits &units, const host::DialogItem &item, const wxWindow &control);
 

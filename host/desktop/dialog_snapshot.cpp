@@ -6,18 +6,18 @@
 
 namespace desktop {
 
-DialogPicture TakePicture(const host::DialogModel &dialog, size_t served) {
-  DialogPicture picture{dialog.Template(),
-                        dialog.Title(),
-                        dialog.Items(),
-                        dialog.DefaultItem(),
-                        dialog.CancelItem(),
-                        dialog.Focus(),
-                        {},
-                        served};
+DialogSnapshot TakeSnapshot(const host::DialogModel &dialog, size_t served) {
+  DialogSnapshot snapshot{dialog.Template(),
+                          dialog.Title(),
+                          dialog.Items(),
+                          dialog.DefaultItem(),
+                          dialog.CancelItem(),
+                          dialog.Focus(),
+                          {},
+                          served};
   if (dialog.Grid())
-    picture.grid = *dialog.Grid();
-  return picture;
+    snapshot.grid = *dialog.Grid();
+  return snapshot;
 }
 
 void DialogActions::Post(Action action) {

@@ -1,5 +1,5 @@
-// A dialog as it stood at one moment: what crosses from the host's thread to the window that shows it. And the way
-// back: what a person did, in order, for the host's thread to carry out on the model.
+// What crosses between the host's thread and the window of a dialog: snapshots of the model one way; the other way
+// actions of the user, in order, which the host's thread carries out on the model.
 #ifndef HOST_DESKTOP_DIALOG_SNAPSHOT_H
 #define HOST_DESKTOP_DIALOG_SNAPSHOT_H
 
@@ -14,7 +14,7 @@
 
 namespace desktop {
 
-struct DialogPicture {
+struct DialogSnapshot {
   kit::DialogTemplate layout;
   std::string title;
   std::vector<host::DialogItem> items;
@@ -22,10 +22,10 @@ struct DialogPicture {
   int32_t cancelItem = 0;
   int32_t focus = 0;
   std::optional<host::GridModel> grid;
-  size_t served = 0; // how many of the window's actions it already shows the effect of
+  size_t served = 0; // how many of the window's actions it includes the effect of
 };
 
-[[nodiscard]] DialogPicture TakePicture(const host::DialogModel &dialog, size_t served);
+[[nodiscard]] DialogSnapshot TakeSnapshot(const host::DialogModel &dialog, size_t served);
 
 class DialogActions {
 public:

@@ -38,7 +38,7 @@ wxWindow *MakeText(wxWindow *parent, int id, const DialogItem &item) {
   return text;
 }
 
-// Whether Return means nothing to the control itself. A grid's box is inside the grid.
+// Whether the control does not use Return itself. The text box of a grid's cell is a child of the grid.
 bool LeavesReturn(const wxWindow *control) {
   const auto *parent = control ? dynamic_cast<const wxDialog *>(control->GetParent()) : nullptr;
   return parent && (dynamic_cast<const wxTextCtrl *>(control) || dynamic_cast<const wxRadioButton *>(control) ||
@@ -47,17 +47,17 @@ bool LeavesReturn(const wxWindow *control) {
 
 } // namespace
 
-DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions &sink)
+DialogWindow::DialogWindow(wxWindow *parent, DialogSnapshot first, DialogActions &sink)
     : wxDialog(parent, wxID_ANY, ToWx(first.title), wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE),
-      picture(std::move(first)), actions(sink) {
-  NoteEvent("opened", picture.title);
-  // Keys that end a dialog are the model's to judge.
+      snapshot(std::move(first)), actions(sink) {
+  NoteEvent("opened", snapshot.title);
+  // The model decides what Escape does.
   SetEscapeId(wxID_NONE);
   MakeControls();
   PlaceControls();
-  ShowPicture(picture);
+  ShowSnapshot(snapshot);
   CentreOnParent();
-  if (wxWindow *control = FindControl(picture.focus))
+  if (wxWindow *control = FindControl(snapshot.focus))
     control->SetFocus();
   else if (grid)
     grid->SetFocus();
@@ -66,7 +66,7 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
     Send([](host::DialogModel &dialog) { return dialog.CloseFrame(); });
   });
   NoteActivation(*this);
-  // What had the focus may have become insensitive while another window was in front.
+  // The focused control may have become insensitive while another window was active.
   Bind(wxEVT_CHILD_FOCUS, [this](wxChildFocusEvent &event) {
     lastFocused = event.GetWindow();
     event.Skip();
@@ -78,19 +78,19 @@ DialogWindow::DialogWindow(wxWindow *parent, DialogPicture first, DialogActions 
   });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent &event) {
     if (event.GetKeyCode() == WXK_ESCAPE && event.GetModifiers() == wxMOD_NONE)
-      static_cast<void>(Press(picture.cancelItem));
+      static_cast<void>(Press(snapshot.cancelItem));
     else if (event.GetKeyCode() == WXK_RETURN && LeavesReturn(FindFocus()))
-      // The toolkit forgets a default button that was insensitive once.
-      static_cast<void>(Press(picture.defaultItem));
+      // The toolkit forgets a default button that was insensitive at some time.
+      static_cast<void>(Press(snapshot.defaultItem));
     else if (!grid || event.GetModifiers() != wxMOD_ALT || !PressByKey(event.GetKeyCode()))
       event.Skip();
   });
 }
 
-// Frames lie below what they frame; all else in tab order.
+// Group boxes first, so that they lie below their controls; the rest in tab order.
 void DialogWindow::MakeControls() {
   for (const bool framesFirst : {true, false})
-    for (const kit::DialogControl &control : picture.layout.controls) {
+    for (const kit::DialogControl &control : snapshot.layout.controls) {
       const DialogItem *item = FindItem(static_cast<int32_t>(control.id) - kit::firstItemId);
       if (!item || item->isGroupBox != framesFirst)
         continue;
@@ -100,7 +100,7 @@ void DialogWindow::MakeControls() {
       controls[item->number] = made;
       Connect(*item, made);
     }
-  if (auto *button = dynamic_cast<wxButton *>(FindControl(picture.defaultItem)))
+  if (auto *button = dynamic_cast<wxButton *>(FindControl(snapshot.defaultItem)))
     button->SetDefault();
 }
 
@@ -149,7 +149,7 @@ wxWindow *DialogWindow::MakeRadio(const DialogItem &item) {
 
 void DialogWindow::ShowEmptyGroups() {
   for (const auto &[group, none] : noneOfGroup)
-    if (std::ranges::none_of(picture.items, [number = group](const DialogItem &item) {
+    if (std::ranges::none_of(snapshot.items, [number = group](const DialogItem &item) {
           return item.kind == ItemKind::Radio && item.radioGroup == number && item.state != 0;
         }))
       none->SetValue(true);
@@ -174,11 +174,11 @@ void DialogWindow::Connect(const DialogItem &item, wxWindow *control) {
 }
 
 void DialogWindow::PlaceControls() {
-  const DialogUnits units = MeasureUnits(*this, picture, controls);
+  const DialogUnits units = MeasureUnits(*this, snapshot, controls);
   for (const auto &[number, control] : controls)
     if (const DialogItem *item = FindItem(number))
       control->SetSize(PlaceItem(units, *item, *control));
-  SetClientSize(units.Size(picture.layout.place));
+  SetClientSize(units.Size(snapshot.layout.place));
 }
 
 void DialogWindow::Send(DialogActions::Action action) {
@@ -204,30 +204,30 @@ void DialogWindow::SendChoice(int32_t number, int index) {
     Send([number, index](host::DialogModel &dialog) { return dialog.Choose(number, index); });
 }
 
-void DialogWindow::ShowPicture(DialogPicture next) {
-  picture = std::move(next);
+void DialogWindow::ShowSnapshot(DialogSnapshot next) {
+  snapshot = std::move(next);
   isShowing = true;
-  SetTitle(ToWx(picture.title));
-  for (const DialogItem &item : picture.items)
+  SetTitle(ToWx(snapshot.title));
+  for (const DialogItem &item : snapshot.items)
     ShowItem(item);
-  if (picture.served == sent)
+  if (snapshot.served == sent)
     ShowEmptyGroups();
-  if (grid && picture.grid && picture.served == sent)
-    grid->ShowModel(*picture.grid);
+  if (grid && snapshot.grid && snapshot.served == sent)
+    grid->ShowModel(*snapshot.grid);
   isShowing = false;
   KeepFocus();
-  // Everything that was done so far has had its effect.
-  if (picture.served != sent)
+  // All actions so far are included.
+  if (snapshot.served != sent)
     return;
   NoteEvent("settled", Describe());
 }
 
-// The title, how many rows there are, and what can be worked, by label or else by number.
+// The title, the number of grid rows, and the sensitive controls by label or else by number.
 std::string DialogWindow::Describe() const {
-  std::string text = picture.title + " |";
-  if (picture.grid)
-    text.append(" rows: ").append(std::to_string(picture.grid->Rows().size())).append(" |");
-  for (const DialogItem &item : picture.items)
+  std::string text = snapshot.title + " |";
+  if (snapshot.grid)
+    text.append(" rows: ").append(std::to_string(snapshot.grid->Rows().size())).append(" |");
+  for (const DialogItem &item : snapshot.items)
     if (item.IsShown() && item.sensitive && !item.isGroupBox) {
       const bool hasLabel = item.kind == ItemKind::Button || item.IsSwitch();
       const std::string label = FromWx(wxStripMenuCodes(ToWx(item.text)));
@@ -236,7 +236,7 @@ std::string DialogWindow::Describe() const {
   return text;
 }
 
-// A grid keeps keys to itself that belong to the buttons beside it.
+// A grid does not pass on the access keys of the buttons beside it.
 bool DialogWindow::PressByKey(int key) {
   for (const auto &[number, control] : controls) {
     const auto *button = dynamic_cast<wxButton *>(control);
@@ -247,14 +247,14 @@ bool DialogWindow::PressByKey(int key) {
   return false;
 }
 
-// A window without the focus anywhere would be deaf to keys.
+// A window in which no control has the focus gets no keys.
 void DialogWindow::KeepFocus() {
   const wxWindow *focused = FindFocus();
   if (!IsActive() ||
       (focused && focused != this && focused->IsEnabled() && IsDescendant(const_cast<wxWindow *>(focused))))
     return;
-  for (wxWindow *next : {static_cast<wxWindow *>(grid), FindControl(picture.focus), FindControl(picture.defaultItem),
-                         FindControl(picture.cancelItem)})
+  for (wxWindow *next : {static_cast<wxWindow *>(grid), FindControl(snapshot.focus), FindControl(snapshot.defaultItem),
+                         FindControl(snapshot.cancelItem)})
     if (next && next->IsEnabled() && next->IsShown()) {
       next->SetFocus();
       return;
@@ -271,8 +271,8 @@ void DialogWindow::ShowItem(const DialogItem &item) {
 }
 
 void DialogWindow::ShowValue(const DialogItem &item, wxWindow *control) {
-  // What a person did since is newer; the picture of that is on its way.
-  if (picture.served != sent)
+  // The user has acted since; a snapshot that includes it will follow.
+  if (snapshot.served != sent)
     return;
   if (auto *text = dynamic_cast<wxTextCtrl *>(control)) {
     if (const wxString value = ToWx(item.text); text->GetValue() != value) {
@@ -300,8 +300,8 @@ void DialogWindow::ShowValue(const DialogItem &item, wxWindow *control) {
 void DialogWindow::End() { EndModal(wxID_OK); }
 
 const DialogItem *DialogWindow::FindItem(int32_t number) const {
-  const auto found = std::ranges::find(picture.items, number, &DialogItem::number);
-  return found == picture.items.end() ? nullptr : &*found;
+  const auto found = std::ranges::find(snapshot.items, number, &DialogItem::number);
+  return found == snapshot.items.end() ? nullptr : &*found;
 }
 
 wxWindow *DialogWindow::FindControl(int32_t number) const {

@@ -1,5 +1,5 @@
-// A client's dialog as a native window: built once from a picture, shown anew from later ones. What a person does goes
-// to the model's thread as actions; nothing is decided here. The window stays until it is told that the dialog ended.
+// A client's dialog as a native window: built from the first snapshot, updated from later ones. What the user does goes
+// to the model's thread as actions; nothing is decided here. The window stays open until End.
 #ifndef HOST_DESKTOP_DIALOG_WINDOW_H
 #define HOST_DESKTOP_DIALOG_WINDOW_H
 
@@ -17,14 +17,14 @@ namespace desktop {
 class DialogWindow : public wxDialog {
 public:
   // `actions` must outlive the window.
-  DialogWindow(wxWindow *parent, DialogPicture picture, DialogActions &actions);
+  DialogWindow(wxWindow *parent, DialogSnapshot snapshot, DialogActions &actions);
 
-  void ShowPicture(DialogPicture picture);
+  void ShowSnapshot(DialogSnapshot snapshot);
   // The model is closed.
   void End();
 
-  // What a script does in place of a person: each works the control itself and has it report, as a hand would, and is
-  // refused where a hand would be.
+  // For scripts: each works on the control itself and sends the control's event. Refused where the user could not do
+  // it.
   [[nodiscard]] host::ActionResult Press(int32_t item);
   [[nodiscard]] host::ActionResult DoubleClick(int32_t item);
   [[nodiscard]] host::ActionResult Type(int32_t item, const std::string &text);
@@ -33,7 +33,7 @@ public:
   [[nodiscard]] host::ActionResult SelectInGrid(host::GridSelection place);
   [[nodiscard]] host::ActionResult EditGrid(int32_t row, int32_t cell, const std::string &value);
   [[nodiscard]] host::ActionResult CloseFrame();
-  // The item as it can be seen now; nothing when there is no such one.
+  // The item as the window shows it; nothing when there is no such item.
   [[nodiscard]] std::optional<host::DialogItem> Look(int32_t item) const;
   [[nodiscard]] const ParameterGrid *Grid() const { return grid; }
 
@@ -55,15 +55,15 @@ private:
   void SendChoice(int32_t number, int index);
   [[nodiscard]] const host::DialogItem *FindItem(int32_t number) const;
   [[nodiscard]] wxWindow *FindControl(int32_t number) const;
-  // Why a hand could not work the control, or Done.
+  // Why the user could not work the control, or Done.
   [[nodiscard]] host::ActionResult CheckReach(int32_t item) const;
 
-  DialogPicture picture;
+  DialogSnapshot snapshot;
   DialogActions &actions;
   size_t sent = 0;
-  bool isShowing = false; // the controls change because the model did, not because of a person
+  bool isShowing = false; // the controls change because of a snapshot, not because of the user
   std::map<int32_t, wxWindow *> controls;
-  // The toolkit wants one radio button of a group to be on; a hidden one is, where the model has none.
+  // The toolkit needs one radio button of a group to be on: a hidden one, while the model has none.
   std::map<int32_t, wxRadioButton *> noneOfGroup;
   ParameterGrid *grid = nullptr;
   wxWindow *lastFocused = nullptr; // of the controls, which live as long as this

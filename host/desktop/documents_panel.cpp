@@ -1,6 +1,8 @@
 #include "host/desktop/documents_panel.h"
 
+#include "host/desktop/accessible_name.h"
 #include "host/desktop/empty_page.h"
+#include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 #include "kit/paths.h"
 
@@ -16,8 +18,9 @@ namespace {
 
 constexpr size_t emptyPage = 0;
 constexpr size_t treePage = 1;
-constexpr unsigned applicationColumn = 1;
-constexpr unsigned folderColumn = 2;
+constexpr unsigned statusColumn = 1;
+constexpr unsigned applicationColumn = 2;
+constexpr unsigned folderColumn = 3;
 
 wxString KindOf(const OpenDocument &document) {
   switch (document.summary.source) {
@@ -43,10 +46,11 @@ wxString TitleOf(const OpenDocument &document) {
 DocumentsPanel::DocumentsPanel(wxWindow *parent, Actions actions)
     : wxSimplebook(parent), onAction(std::move(actions)),
       tree(new wxTreeListCtrl(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTL_SINGLE)) {
-  tree->SetName("Documents");
+  SetAccessibleName(*tree->GetView(), "Documents");
   const int letter = tree->GetCharWidth();
-  tree->AppendColumn("Document", 27 * letter);
-  tree->AppendColumn("Application", 14 * letter);
+  tree->AppendColumn("Document", 22 * letter);
+  tree->AppendColumn("Status", 10 * letter);
+  tree->AppendColumn("Application", 12 * letter);
   tree->AppendColumn("Folder", 20 * letter);
   AddPage(MakeEmptyPage(), {});
   AddPage(tree, {});
@@ -75,23 +79,38 @@ void DocumentsPanel::Show(std::vector<OpenDocument> documents) {
     }
   shown = std::move(documents);
   tree->DeleteAllItems();
+  items.clear();
   for (const OpenDocument &document : shown)
     AddDocument(document, expanded.contains(document.summary.object) || !known.contains(document.summary.object));
   ChangeSelection(shown.empty() ? emptyPage : treePage);
 }
 
+wxTreeListItem DocumentsPanel::AddItem(wxTreeListItem parent, const wxString &title, const Place &place) {
+  const wxTreeListItem item = tree->AppendItem(parent, title, -1, -1, new PlaceData(place));
+  tree->SetItemText(item, folderColumn, ShortenPath(kit::FolderOf(place.path)));
+  items.emplace(place.path, item);
+  if (const auto status = statuses.find(place.path); status != statuses.end())
+    tree->SetItemText(item, statusColumn, ToWx(status->second));
+  return item;
+}
+
+void DocumentsPanel::ShowStatus(const std::string &path, const std::string &status) {
+  statuses[path] = status;
+  for (auto [each, end] = items.equal_range(path); each != end; ++each) {
+    tree->SetItemText(each->second, statusColumn, ToWx(status));
+    NoteEvent("status", FromWx(tree->GetItemText(each->second, statusColumn)) + " " + path);
+  }
+}
+
 void DocumentsPanel::AddDocument(const OpenDocument &document, bool isExpanded) {
   const host::DocumentSummary &summary = document.summary;
-  const wxTreeListItem item =
-      tree->AppendItem(tree->GetRootItem(), TitleOf(document), -1, -1, new PlaceData({summary.path, summary.object}));
+  const wxTreeListItem item = AddItem(tree->GetRootItem(), TitleOf(document), {summary.path, summary.object});
   tree->SetItemText(item, applicationColumn, ToWx(summary.application));
-  tree->SetItemText(item, folderColumn, ShortenPath(kit::FolderOf(summary.path)));
   for (const std::string &path : document.components) {
     wxString name = ToWx(kit::FileNameOf(path));
     if (!kit::IsFile(path))
       name += wxString::FromUTF8(" \u2022 file is gone");
-    const wxTreeListItem component = tree->AppendItem(item, name, -1, -1, new PlaceData({path, 0}));
-    tree->SetItemText(component, folderColumn, ShortenPath(kit::FolderOf(path)));
+    AddItem(item, name, {path, 0});
   }
   if (isExpanded)
     tree->Expand(item);

@@ -1,4 +1,4 @@
-// The open documents; books and maps unfold into their components.
+// The open documents as a tree: below books and maps their components, and beside each how its last run ended.
 #ifndef HOST_DESKTOP_DOCUMENTS_PANEL_H
 #define HOST_DESKTOP_DOCUMENTS_PANEL_H
 
@@ -8,6 +8,7 @@
 #include <wx/treelist.h>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -28,6 +29,9 @@ public:
 
   void Show(std::vector<OpenDocument> documents);
   using wxSimplebook::Show;
+  // How the run of an input ended or stands; stays until the next text for the same input. Ignored for files that are
+  // not open, until they are.
+  void ShowStatus(const std::string &path, const std::string &status);
   // The chosen document; nothing on a component or when none is chosen.
   [[nodiscard]] std::optional<V_ObjectT> Chosen() const;
   [[nodiscard]] const OpenDocument *Active() const;
@@ -43,6 +47,7 @@ private:
   };
 
   [[nodiscard]] wxWindow *MakeEmptyPage();
+  wxTreeListItem AddItem(wxTreeListItem parent, const wxString &title, const Place &place);
   void AddDocument(const OpenDocument &document, bool isExpanded);
   [[nodiscard]] const Place *PlaceOf(wxTreeListItem item) const;
   void ShowMenu(wxTreeListItem item);
@@ -50,6 +55,8 @@ private:
   Actions onAction;
   wxTreeListCtrl *tree;
   std::vector<OpenDocument> shown;
+  std::multimap<std::string, wxTreeListItem> items; // by path
+  std::map<std::string, std::string> statuses;      // by path
 };
 
 } // namespace desktop

@@ -1,4 +1,4 @@
-// What stands where there is nothing to show yet: what this place is for, and the way on.
+// The page of a panel that has nothing to show yet: what the panel is for, and buttons for the first steps.
 #ifndef HOST_DESKTOP_EMPTY_PAGE_H
 #define HOST_DESKTOP_EMPTY_PAGE_H
 

@@ -1,5 +1,4 @@
-// The one thread that everything of a client happens on, beside the thread of the windows. Tasks run in the order of
-// posting.
+// The thread of the session and the client, beside the thread of the windows. Tasks run in the order of posting.
 #ifndef HOST_DESKTOP_HOST_THREAD_H
 #define HOST_DESKTOP_HOST_THREAD_H
 

@@ -9,7 +9,7 @@ namespace desktop {
 
 namespace {
 
-// In a square of 24, outlines two wide.
+// SVG elements in a square of 24.
 std::string_view ShapeOf(Icon icon) {
   switch (icon) {
   case Icon::Open:

@@ -1,5 +1,4 @@
-// The toolbar's pictures: drawn as vectors in the colour of the theme's text, so that they are sharp at every scale
-// and visible on every background.
+// The icons of the toolbar: vector drawings in the colour of the theme's text, for every scale and background.
 #ifndef HOST_DESKTOP_ICONS_H
 #define HOST_DESKTOP_ICONS_H
 

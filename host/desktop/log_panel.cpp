@@ -1,10 +1,13 @@
 #include "host/desktop/log_panel.h"
 
+#include "host/desktop/accessible_name.h"
+#include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 
 #include <wx/settings.h>
 #include <wx/sizer.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace desktop {
@@ -14,38 +17,53 @@ namespace {
 constexpr size_t emptyPage = 0;
 constexpr size_t textPage = 1;
 
-// Readable on light and on dark.
-wxColour ColourOf(host::LogKind kind) {
+const char *NameOf(LineStyle style) {
+  switch (style) {
+  case LineStyle::Heading:
+    return "heading";
+  case LineStyle::Success:
+    return "success";
+  case LineStyle::Warning:
+    return "warning";
+  case LineStyle::Error:
+    return "error";
+  default:
+    return "plain";
+  }
+}
+
+// Legible on light and on dark backgrounds.
+wxColour ColourOf(LineStyle style) {
   const bool isDark = wxSystemSettings::GetAppearance().IsUsingDarkBackground();
-  switch (kind) {
-  case host::LogKind::Error:
+  switch (style) {
+  case LineStyle::Error:
     return isDark ? wxColour(255, 128, 120) : wxColour(176, 0, 16);
-  case host::LogKind::Warning:
+  case LineStyle::Warning:
     return isDark ? wxColour(245, 190, 90) : wxColour(140, 84, 0);
-  case host::LogKind::Success:
+  case LineStyle::Success:
     return isDark ? wxColour(120, 210, 130) : wxColour(10, 110, 40);
   default:
     return wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT);
   }
 }
 
-// Every part of the font is said: what is left out becomes the toolkit's idea of a font, not the person's.
-wxTextAttr AttributesOf(host::LogKind kind, wxFont font, bool isLink = false) {
-  if (kind == host::LogKind::Heading)
+// With the whole font: the toolkit replaces parts that are not set with its own defaults.
+wxTextAttr AttributesOf(LineStyle style, wxFont font, bool isLink = false) {
+  if (style == LineStyle::Heading)
     font.MakeBold();
   if (isLink)
     font.MakeUnderlined();
-  return {ColourOf(kind), wxNullColour, font};
+  return {ColourOf(style), wxNullColour, font};
 }
 
 } // namespace
 
-LogPanel::LogPanel(wxWindow *parent, std::function<void(const host::LogPlace &)> follow)
+LogPanel::LogPanel(wxWindow *parent, std::function<void(const host::FilePlace &)> follow)
     : wxSimplebook(parent), followPlace(std::move(follow)), sheet(new wxPanel(this)),
       text(new wxTextCtrl(sheet, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize,
                           wxTE_MULTILINE | wxTE_READONLY | wxTE_RICH2 | wxTE_NOHIDESEL | wxBORDER_NONE)) {
-  text->SetName("Log");
-  // Boxes of many lines have no margins of their own everywhere.
+  SetAccessibleName(*text, "Log");
+  // Text controls of several lines have no margins on some platforms.
   sheet->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
   auto *sizer = new wxBoxSizer(wxVERTICAL);
   sizer->Add(text, wxSizerFlags(1).Expand().Border(wxLEFT, FromDIP(8)));
@@ -66,41 +84,46 @@ void LogPanel::SetEmptyPage(wxWindow *page) {
   ChangeSelection(emptyPage);
 }
 
-void LogPanel::Append(const std::vector<std::string> &lines) {
-  ChangeSelection(textPage);
+void LogPanel::Append(const std::vector<RunItem> &items) {
   text->Freeze();
-  for (const std::string &line : lines)
-    AppendLine(line);
+  for (const RunItem &item : items)
+    if (const auto *line = std::get_if<std::string>(&item))
+      AppendLine(*line);
+    else
+      lines.TakeEvent(std::get<host::RunEvent>(item));
   text->Thaw();
+  if (text->IsEmpty())
+    return;
+  ChangeSelection(textPage);
   text->ShowPosition(text->GetLastPosition());
 }
 
 void LogPanel::Clear() {
   text->Clear();
   links.clear();
-  lastFollowed = -1;
+  lines.Clear();
+  lastFollowed.reset();
   ChangeSelection(emptyPage);
 }
 
 void LogPanel::AppendLine(const std::string &line) {
-  const host::LogKind kind = host::ClassifyLogLine(line);
-  const std::optional<host::LogPlace> place = host::FindLogPlace(line);
+  const LogLine shown = lines.TakeLine(line);
   const wxFont font = text->GetFont();
-  text->SetDefaultStyle(AttributesOf(kind, font));
-  if (place) {
-    text->AppendText(ToWx(line.substr(0, place->begin)));
+  text->SetDefaultStyle(AttributesOf(shown.style, font));
+  text->AppendText(ToWx(line.substr(0, shown.linkBegin)));
+  const bool isLink = shown.problem && shown.linkBegin < shown.linkEnd;
+  if (isLink) {
     const long begin = text->GetLastPosition();
-    text->SetDefaultStyle(AttributesOf(kind, font, true));
-    text->AppendText(ToWx(line.substr(place->begin, place->end - place->begin)));
-    links[begin] = {text->GetLastPosition(), *place};
-    text->SetDefaultStyle(AttributesOf(kind, font));
-    text->AppendText(ToWx(line.substr(place->end)) + "\n");
-  } else {
-    text->AppendText(ToWx(line) + "\n");
+    text->SetDefaultStyle(AttributesOf(shown.style, font, true));
+    text->AppendText(ToWx(line.substr(shown.linkBegin, shown.linkEnd - shown.linkBegin)));
+    links[begin] = {text->GetLastPosition(), *shown.problem};
+    text->SetDefaultStyle(AttributesOf(shown.style, font));
   }
+  text->AppendText(ToWx(line.substr(shown.linkEnd)) + "\n");
+  NoteEvent(std::string("log ") + NameOf(shown.style) + (isLink ? " link" : ""), line);
 }
 
-const host::LogPlace *LogPanel::PlaceAt(const wxPoint &point) const {
+const host::FilePlace *LogPanel::PlaceAt(const wxPoint &point) const {
   long position = 0;
   if (text->HitTest(point, &position) != wxTE_HT_ON_TEXT)
     return nullptr;
@@ -108,28 +131,30 @@ const host::LogPlace *LogPanel::PlaceAt(const wxPoint &point) const {
   if (link == links.begin())
     return nullptr;
   --link;
-  return position < link->second.end ? &link->second.place : nullptr;
+  return position < link->second.end ? &lines.Problems()[link->second.problem] : nullptr;
 }
 
 bool LogPanel::FollowNext() {
-  if (links.empty())
+  const size_t count = lines.Problems().size();
+  if (count == 0)
     return false;
-  auto next = links.upper_bound(lastFollowed);
-  if (next == links.end())
-    next = links.begin();
-  lastFollowed = next->first;
-  text->SetSelection(next->first, next->second.end);
-  text->ShowPosition(next->first);
-  followPlace(next->second.place);
+  const size_t next = lastFollowed ? (*lastFollowed + 1) % count : 0;
+  lastFollowed = next;
+  const auto link = std::ranges::find(links, next, [](const auto &each) { return each.second.problem; });
+  if (link != links.end()) {
+    text->SetSelection(link->first, link->second.end);
+    text->ShowPosition(link->first);
+  }
+  followPlace(lines.Problems()[next]);
   return true;
 }
 
-// A click that ends a selection is meant for the selection.
+// A click at the end of a selection selects only.
 void LogPanel::FollowAt(const wxPoint &point) {
   long from = 0;
   long to = 0;
   text->GetSelection(&from, &to);
-  if (const host::LogPlace *place = from == to ? PlaceAt(point) : nullptr)
+  if (const host::FilePlace *place = from == to ? PlaceAt(point) : nullptr)
     followPlace(*place);
 }
 

@@ -1,8 +1,9 @@
-// The log of the runs as it arrives, with places in files that lead there.
+// The log of the runs as it arrives, with links to the places of diagnostics.
 #ifndef HOST_DESKTOP_LOG_PANEL_H
 #define HOST_DESKTOP_LOG_PANEL_H
 
-#include "host/log_place.h"
+#include "host/desktop/desktop_front.h"
+#include "host/desktop/log_lines.h"
 
 #include <wx/panel.h>
 #include <wx/simplebook.h>
@@ -10,6 +11,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,34 +19,37 @@ namespace desktop {
 
 class LogPanel : public wxSimplebook {
 public:
-  // `follow` opens a place; `emptyPage` shows what to do while there is no log.
-  LogPanel(wxWindow *parent, std::function<void(const host::LogPlace &)> follow);
+  // `follow` opens a place.
+  LogPanel(wxWindow *parent, std::function<void(const host::FilePlace &)> follow);
 
-  // Takes a window whose parent is this panel.
+  // The page that is shown while the log is empty. Takes a window whose parent is this panel.
   void SetEmptyPage(wxWindow *page);
-  void Append(const std::vector<std::string> &lines);
+  void Append(const std::vector<RunItem> &items);
+  // The lines that follow belong to no run.
+  void EndRequest() { lines.EndRequest(); }
   void Clear();
-  // What files may be dropped on.
+  // The window that files may be dropped on.
   [[nodiscard]] wxWindow *Target() const { return text; }
-  // Shows the next place that the log names and follows it, from the last one followed on and round again; false when
-  // there is none.
+  // Follows the next problem's place, after the last one the first again, and selects it in the log; false without any.
   bool FollowNext();
 
 private:
+  struct Link {
+    long end;
+    size_t problem;
+  };
+
   void AppendLine(const std::string &line);
   void FollowAt(const wxPoint &point);
   void PointAt(const wxPoint &point);
-  [[nodiscard]] const host::LogPlace *PlaceAt(const wxPoint &point) const;
+  [[nodiscard]] const host::FilePlace *PlaceAt(const wxPoint &point) const;
 
-  std::function<void(const host::LogPlace &)> followPlace;
+  std::function<void(const host::FilePlace &)> followPlace;
   wxPanel *sheet; // the margins around the text
   wxTextCtrl *text;
-  struct Link {
-    long end;
-    host::LogPlace place;
-  };
+  LogLines lines;
   std::map<long, Link> links; // by where they begin in the text
-  long lastFollowed = -1;     // of these beginnings
+  std::optional<size_t> lastFollowed;
 };
 
 } // namespace desktop

@@ -1,12 +1,12 @@
-// The files that runs wrote, newest first, to open them or to find them.
+// The files that runs wrote, newest first, and what can be done with the selected one. Windows' thread only.
 #ifndef HOST_DESKTOP_OUTPUTS_PANEL_H
 #define HOST_DESKTOP_OUTPUTS_PANEL_H
 
 #include <wx/button.h>
 #include <wx/dataview.h>
 #include <wx/panel.h>
-#include <wx/stattext.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,23 +15,29 @@ namespace desktop {
 
 class OutputsPanel : public wxPanel {
 public:
+  using Action = std::function<void(const std::string &path)>;
   struct Actions {
-    std::function<void(const std::string &path)> open;
-    std::function<void(const std::string &path)> showInFolder;
+    Action view;
+    Action openInBrowser;
+    Action saveAs;
+    Action open;
+    Action showInFolder;
   };
-  OutputsPanel(wxWindow *parent, Actions actions);
+  OutputsPanel(wxWindow *parent, const Actions &actions);
 
-  void Add(const std::string &path);
+  // Selects the new row, which replaces an earlier one of the same file. `kind` is V_OUTPUT_….
+  void Add(const std::string &path, int32_t kind);
+  // Selects the row of the file, if there is one.
+  void Select(const std::string &path);
 
 private:
-  void Act(const std::function<void(const std::string &)> &action);
+  void Act(const Action &action);
   void UpdateButtons();
 
-  Actions onAction;
+  Action viewSelected;
   std::vector<std::string> paths; // as the rows
   wxDataViewListCtrl *list;
-  wxButton *open;
-  wxButton *show;
+  std::vector<wxButton *> buttons;
 };
 
 } // namespace desktop

@@ -15,9 +15,7 @@ constexpr long gridStyle = wxPG_SPLITTER_AUTO_CENTER;
 bool BeginsLike(const host::GridModel &model, const host::GridModel &shown) {
   return shown.Rows().size() <= model.Rows().size() &&
          std::equal(shown.Rows().begin(), shown.Rows().end(), model.Rows().begin(),
-                    [](const host::GridRow &a, const host::GridRow &b) {
-                      return a.titles == b.titles && a.firstCellEditable == b.firstCellEditable;
-                    });
+                    [](const host::GridRow &a, const host::GridRow &b) { return a.titles == b.titles; });
 }
 
 } // namespace
@@ -29,7 +27,7 @@ ParameterGrid::ParameterGrid(wxWindow *parent, Actions actions)
   ShowHeader(true);
   GetGrid()->SetExtraStyle(wxPG_EX_HELP_AS_TOOLTIPS);
   GetGrid()->SetVerticalSpacing(4);
-  // The hint of an empty cell must not look like its value on any background.
+  // The hint of an empty cell must differ from a value on every background.
   const wxColour text = GetGrid()->GetCellTextColour();
   const wxColour ground = GetGrid()->GetCellBackgroundColour();
   const auto between = [](unsigned char a, unsigned char b) { return static_cast<unsigned char>((a + b) / 2); };
@@ -48,7 +46,7 @@ ParameterGrid::ParameterGrid(wxWindow *parent, Actions actions)
   });
 }
 
-// Whoever goes to a cell with the arrows and types means the cell.
+// A letter typed while the cell is selected replaces its value.
 void ParameterGrid::TypeOver(wxKeyEvent &event) {
   const wxChar letter = event.GetUnicodeKey();
   wxTextCtrl *editor = GetGrid()->GetEditorTextCtrl();
@@ -62,7 +60,7 @@ void ParameterGrid::TypeOver(wxKeyEvent &event) {
   editor->WriteText(wxString(wxUniChar(letter)));
 }
 
-// A cell counts from the first letter on: whoever types and then goes for OK must find it usable.
+// Every letter is reported at once, since it can make OK sensitive.
 void ParameterGrid::WatchTyping() {
   wxTextCtrl *editor = GetGrid()->GetEditorTextCtrl();
   if (!editor)
@@ -85,7 +83,7 @@ wxString ParameterGrid::HeadingOf(const host::GridRow &row) {
 
 void ParameterGrid::ShowModel(const host::GridModel &model) {
   isShowing = true;
-  // New rows come while somebody types in another one: the cell must stay as it is.
+  // Rows may be added while the user types in another one, whose editor must not be rebuilt.
   if (rows.empty() || !BeginsLike(model, shown))
     Rebuild(model);
   else
@@ -118,8 +116,6 @@ void ParameterGrid::AppendRows(const host::GridModel &model) {
       wxPGProperty *property =
           AppendIn(group, new wxStringProperty(ToWx(row.titles[cell]), wxString::Format("%s.%zu", name, cell)));
       property->SetAttribute(wxPG_ATTR_HINT, ToWx(model.NoValueText()));
-      if (cell == 0 && !row.firstCellEditable)
-        property->ChangeFlag(wxPG_PROP_READONLY, true);
     }
   }
 }
@@ -133,7 +129,7 @@ void ParameterGrid::ShowValues(const host::GridModel &model) {
       wxPGProperty *property = rows[row]->Item(cell);
       const wxString value = ToWx(source.values[cell]);
       const wxTextCtrl *editor = GetGrid()->GetSelection() == property ? GetGrid()->GetEditorTextCtrl() : nullptr;
-      // Setting the value would put the caret elsewhere under the hands of the person.
+      // Setting the value would move the caret while the user types.
       if (editor && editor->GetValue() == value)
         continue;
       if (property->GetValueAsString() != value)

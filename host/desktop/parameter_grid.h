@@ -21,13 +21,13 @@ public:
   ParameterGrid(wxWindow *parent, Actions actions);
 
   void ShowModel(const host::GridModel &model);
-  // What is being typed into a cell.
+  // Takes over what is being typed into a cell.
   void Commit();
 
-  // For a script that stands in for a person.
+  // For scripts.
   [[nodiscard]] host::ActionResult SelectPlace(host::GridSelection place);
   [[nodiscard]] host::ActionResult EditCell(int32_t row, int32_t cell, const std::string &value);
-  // The grid as it can be seen now.
+  // The grid as the window shows it.
   [[nodiscard]] host::GridModel Look() const;
 
 private:

@@ -97,7 +97,7 @@ private:
       if (!chosen)
         return;
       ShowResult("Loading...");
-      // The window may be gone by the time the answer is here.
+      // The window may be closed before the answer arrives.
       const wxWeakRef<Preferences> self(this);
       CheckProcessor(Change().after, *chosen, [self](const wxString &text) {
         if (self)

@@ -1,5 +1,5 @@
-// The settings of the configuration file in a window: processors with a button that really loads them, applications,
-// catalogs and Java. Changes nothing by itself: the caller gets the change when the person agrees.
+// The window for the configuration file: processors, with a button that loads one as a check, applications, catalogs
+// and Java. Writes nothing itself: the caller gets the change when the user presses OK.
 #ifndef HOST_DESKTOP_PREFERENCES_H
 #define HOST_DESKTOP_PREFERENCES_H
 
@@ -11,7 +11,7 @@ class wxWindow;
 
 namespace desktop {
 
-// Nothing when the person leaves everything as it was.
+// Nothing when the user cancels.
 [[nodiscard]] std::optional<host::ConfigurationChange> AskForPreferences(wxWindow *parent,
                                                                          const host::Configuration &configuration);
 

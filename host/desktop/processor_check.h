@@ -1,5 +1,5 @@
-// Whether a processor really loads: the running program starts itself once more with just this processor configured,
-// since a Java virtual machine that is running already would not see new settings.
+// Checks that a processor loads: starts this program a second time with only that processor configured, since a Java
+// virtual machine that is already running does not see new settings.
 #ifndef HOST_DESKTOP_PROCESSOR_CHECK_H
 #define HOST_DESKTOP_PROCESSOR_CHECK_H
 
@@ -11,7 +11,7 @@
 
 namespace desktop {
 
-// `done` is called on the windows' thread with a text for the person, unless the program ends first.
+// `done` is called on the windows' thread with a text for the user, unless the program ends first.
 void CheckProcessor(const host::Configuration &configuration, const host::ProcessorSetting &processor,
                     std::function<void(const wxString &text)> done);
 

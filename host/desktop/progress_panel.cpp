@@ -1,6 +1,7 @@
 #include "host/desktop/progress_panel.h"
 
 #include "host/desktop/window_texts.h"
+#include "host/fronts/time_left.h"
 #include "kit/paths.h"
 
 #include <wx/sizer.h>
@@ -58,14 +59,14 @@ void ProgressPanel::Describe() {
   wxString what = progress.count == 0 ? wxString("Working")
                                       : wxString::Format("%d of %d: ", progress.index + 1, progress.count) +
                                             ToWx(kit::FileNameOf(progress.path));
-  const wxString left =
-      DescribeTimeLeft(std::chrono::steady_clock::now() - begun, progress.index, progress.count - progress.index);
+  const std::string left =
+      host::DescribeTimeLeft(std::chrono::steady_clock::now() - begun, progress.index, progress.count - progress.index);
   if (cancelling)
     what += " (stopping when this one is done)";
   else if (!left.empty())
     what += ", " + left;
   text->SetLabel(what);
-  // A single input has no measure of its own.
+  // The progress within one input is unknown.
   if (progress.count < 2) {
     gauge->Pulse();
     return;

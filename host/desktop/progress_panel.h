@@ -1,4 +1,4 @@
-// How far a run has come, and the button that stops it. Hidden while nothing runs.
+// The progress of a run and the button that cancels it. Hidden while nothing runs.
 #ifndef HOST_DESKTOP_PROGRESS_PANEL_H
 #define HOST_DESKTOP_PROGRESS_PANEL_H
 
@@ -31,7 +31,7 @@ private:
   wxStaticText *text;
   wxGauge *gauge;
   wxButton *cancel;
-  wxTimer pulse; // moves the bar while there is nothing to measure, and the time that is left
+  wxTimer pulse; // updates the time left, and moves the bar of a run with one input
   host::Progress progress;
   bool cancelling = false;
   std::chrono::steady_clock::time_point begun;

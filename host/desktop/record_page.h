@@ -21,7 +21,7 @@
 
 namespace desktop {
 
-// One value a line, for lists in a text box.
+// One value per line, for lists in a text box.
 [[nodiscard]] std::string JoinLines(const std::vector<std::string> &items);
 [[nodiscard]] std::vector<std::string> SplitLines(const std::string &text);
 
@@ -164,7 +164,7 @@ private:
   }
 
   std::vector<Record> records;
-  std::vector<int> origins; // where each one was at first; -1 for a new one
+  std::vector<int> origins; // index in the given records; -1 for a new one
   Rules rules;
   wxString nameOfNew;
   wxListBox *list;

@@ -4,12 +4,10 @@
 #include "host/desktop/progress_panel.h"
 #include "host/desktop/window_events.h"
 #include "host/editor_command.h"
-#include "host/log_place.h"
 
 #include <wx/frame.h>
 #include <wx/sizer.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace desktop {
@@ -19,7 +17,7 @@ public:
   RunWindow(std::function<void()> cancel, std::function<void()> close)
       : wxFrame(nullptr, wxID_ANY, "XSLT Run"), cancelRun(std::move(cancel)), closed(std::move(close)),
         log(new LogPanel(this,
-                         [](const host::LogPlace &place) {
+                         [](const host::FilePlace &place) {
                            static_cast<void>(host::StartProgram(host::ComposeEditorCommand({}, place)));
                          })),
         progress(new ProgressPanel(this, [this] { Cancel(); })) {
@@ -35,7 +33,7 @@ public:
     wxFrame::Show();
   }
 
-  void Append(const std::vector<std::string> &lines) { log->Append(lines); }
+  void Append(const std::vector<RunItem> &items) { log->Append(items); }
   void ShowInput(const host::Progress &next) { progress->Show(next); }
   void Finish() {
     isDone = true;
@@ -43,7 +41,7 @@ public:
   }
 
 private:
-  // A run that is cancelled is over soon, and the window with it.
+  // During a run the window cancels it, and closes when it has ended.
   void OnClose(wxCloseEvent &event) {
     if (isDone) {
       closed();
@@ -69,15 +67,17 @@ private:
 RequestView::RequestView(std::function<void()> cancel, std::function<void()> close)
     : cancelRun(std::move(cancel)), closed(std::move(close)) {}
 
-void RequestView::ShowConsole(const std::vector<std::string> &lines) {
-  PrintLines(lines);
-  hasErrors = hasErrors || std::ranges::any_of(lines, [](const std::string &line) {
-                return host::ClassifyLogLine(line) == host::LogKind::Error;
-              });
+void RequestView::ShowRun(const std::vector<RunItem> &items) {
+  PrintLines(items);
+  for (const RunItem &item : items)
+    if (const auto *event = std::get_if<host::RunEvent>(&item)) {
+      summary.TakeEvent(*event);
+      hasErrors = hasErrors || summary.HasErrors();
+    }
   if (window)
-    window->Append(lines);
+    window->Append(items);
   else
-    early.insert(early.end(), lines.begin(), lines.end());
+    early.insert(early.end(), items.begin(), items.end());
 }
 
 void RequestView::ShowProgress(const host::Progress &progress) {

@@ -37,7 +37,7 @@ SavedPreferences SavePreferences(const host::ConfigurationChange &change, const 
   host::ConfigurationResult saved = host::ReadConfiguration(path, installation);
   if (saved.problems.empty())
     return {std::move(saved.configuration), {}};
-  // What cannot be read back must not stay.
+  // Restores the file when the new text cannot be read back.
   if (isOwn)
     static_cast<void>(WriteWhole(path, read.bytes));
   return {{}, saved.problems.front()};

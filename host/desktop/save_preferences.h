@@ -1,4 +1,4 @@
-// Carries a change of preferences into the configuration file.
+// Writes a change of preferences into the configuration file.
 #ifndef HOST_DESKTOP_SAVE_PREFERENCES_H
 #define HOST_DESKTOP_SAVE_PREFERENCES_H
 
@@ -10,11 +10,11 @@
 namespace desktop {
 
 struct SavedPreferences {
-  host::Configuration configuration; // as it is read back
+  host::Configuration configuration; // as read back
   std::string error;                 // not empty when nothing was written
 };
 
-// The installed default is never written to: the person gets a file of their own.
+// The installed default is never changed: the user gets a configuration file of their own instead.
 [[nodiscard]] SavedPreferences SavePreferences(const host::ConfigurationChange &change,
                                                const host::Installation &installation);
 

@@ -7,10 +7,10 @@
 
 namespace desktop {
 
-// Each act works a control; what the control reports is then carried out on the model before the act is over.
-class WindowHand final : public host::DialogHand {
+// Each action works on a control, then carries out on the model what the control reported.
+class WindowDriver final : public host::DialogDriver {
 public:
-  explicit WindowHand(ShownDialog &shownDialog) : shown(shownDialog) {}
+  explicit WindowDriver(ShownDialog &shownDialog) : shown(shownDialog) {}
 
   host::ActionResult Click(int32_t item) override {
     return Act([item](DialogWindow &window) { return window.Press(item); });
@@ -63,10 +63,10 @@ private:
 };
 
 ShownDialog::ShownDialog(host::DialogModel &dialog) : model(dialog) {
-  // The call that shows the window returns when it is gone, so nobody waits for that one here.
-  PostToWindows([this, picture = TakePicture(model, served)] {
+  // Does not wait: ShowModal returns only when the window closes.
+  PostToWindows([this, snapshot = TakeSnapshot(model, served)] {
     {
-      DialogWindow shown(TopWindow(), picture, actions);
+      DialogWindow shown(TopWindow(), snapshot, actions);
       const InnermostWindow innermost(&shown);
       window = &shown;
       shown.ShowModal();
@@ -85,7 +85,7 @@ host::ActionResult ShownDialog::Serve(const DialogActions::Action &action) {
   const host::ActionResult result = action(model);
   ++served;
   if (model.IsOpen())
-    PostToWindows([this, picture = TakePicture(model, served)] { window->ShowPicture(picture); });
+    PostToWindows([this, snapshot = TakeSnapshot(model, served)] { window->ShowSnapshot(snapshot); });
   return result;
 }
 
@@ -107,6 +107,6 @@ host::ActionResult ShownDialog::ServeWaiting() {
   return result;
 }
 
-std::unique_ptr<host::DialogHand> ShownDialog::MakeHand() { return std::make_unique<WindowHand>(*this); }
+std::unique_ptr<host::DialogDriver> ShownDialog::MakeDriver() { return std::make_unique<WindowDriver>(*this); }
 
 } // namespace desktop

@@ -1,5 +1,5 @@
-// A dialog while its window is on screen. Made and used on the host's thread, where the model is; the window lives on
-// its own. Modal windows nest as the client's dialogs do.
+// A dialog while its window is on screen. Created and used on the host's thread, where the model is; the window belongs
+// to the windows' thread. Modal windows nest as the client's dialogs do.
 #ifndef HOST_DESKTOP_SHOWN_DIALOG_H
 #define HOST_DESKTOP_SHOWN_DIALOG_H
 
@@ -16,27 +16,27 @@ class ShownDialog {
 public:
   // The dialog is open and outlives this.
   explicit ShownDialog(host::DialogModel &dialog);
-  // Returns when the window is gone.
+  // Returns when the window is closed.
   ~ShownDialog();
   ShownDialog(const ShownDialog &) = delete;
   ShownDialog &operator=(const ShownDialog &) = delete;
 
-  // Waits for something that a person does, and carries it out. False when there are no windows any more.
+  // Waits for an action of the user, and carries it out. False when the windows are gone.
   [[nodiscard]] bool ServeNext();
-  // Carries out what was done already; Done when there was nothing.
+  // Carries out the actions that are waiting; Done when there are none.
   host::ActionResult ServeWaiting();
-  // Works the window's controls. Must not outlive this.
-  [[nodiscard]] std::unique_ptr<host::DialogHand> MakeHand();
+  // A driver that works on the window's controls. Must not outlive this.
+  [[nodiscard]] std::unique_ptr<host::DialogDriver> MakeDriver();
 
 private:
   host::ActionResult Serve(const DialogActions::Action &action);
 
-  friend class WindowHand;
+  friend class WindowDriver;
   host::DialogModel &model;
   DialogActions actions;
   size_t served = 0;
   DialogWindow *window = nullptr; // touched on the windows' thread only
-  bool isGone = false;            // the window, not the windows
+  bool isGone = false;            // this window is closed
 };
 
 } // namespace desktop

@@ -1,26 +1,24 @@
-// Going away at once: the display is lost, or a signal asks the program to end. What is being transformed is finished
-// or dropped whole, questions that stand open are declined, temporary files go, and the program ends without the
-// windows' help, since those may not answer any more.
+// Ends the program when the display is lost or a signal asks for it: cancels the run, declines open questions, removes
+// temporary files and exits without the windows, which may not respond any more. The output of the current input is
+// written whole or not at all.
 #ifndef HOST_DESKTOP_SHUTDOWN_H
 #define HOST_DESKTOP_SHUTDOWN_H
+
+#include "host/exit_codes.h"
 
 #include <chrono>
 #include <functional>
 
 namespace desktop {
 
-// What the program ends with.
-constexpr int failedCode = 1;
-constexpr int interruptedCode = 130;
+// Cancels the work and waits for its end; false when it takes longer than `maxTime`.
+using FinishWork = std::function<bool(std::chrono::seconds maxTime)>;
 
-// Stops the work and waits for its end, for so long at most; false when it takes longer.
-using FinishWork = std::function<bool(std::chrono::seconds longest)>;
+// Called once, on the windows' thread, when the toolkit is initialised.
+void WatchForShutdown(FinishWork finish);
 
-// Called once, on the windows' thread, as soon as the toolkit stands.
-void WatchForDeparture(FinishWork finish);
-
-// On the windows' thread. Outputs are whole or not there, however short the wait is.
-[[noreturn]] void Depart(const char *why, int exitCode, std::chrono::seconds longest);
+// On the windows' thread. Outputs are whole or absent, however short `maxTime` is.
+[[noreturn]] void ShutDown(const char *why, host::ExitCode code, std::chrono::seconds maxTime);
 
 } // namespace desktop
 

@@ -16,42 +16,42 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds patience{30};
+constexpr std::chrono::seconds maxShutdownTime{30};
 
 FinishWork &Finish() {
   static FinishWork finish;
   return finish;
 }
 
-int OnDisplayLost(Display *) { Depart("the display went away", failedCode, patience); }
+int OnDisplayLost(Display *) { ShutDown("the display went away", host::ExitCode::Failed, maxShutdownTime); }
 
 int OnSignal(void *) {
-  Depart("interrupted", interruptedCode, patience);
+  ShutDown("interrupted", host::ExitCode::Cancelled, maxShutdownTime);
   return G_SOURCE_REMOVE;
 }
 
 } // namespace
 
-void WatchForDeparture(FinishWork finish) {
+void WatchForShutdown(FinishWork finish) {
   Finish() = std::move(finish);
   XSetIOErrorHandler(OnDisplayLost);
-  // A display that is gone is an error of its own; programs that are started from here get the usual signal.
+  // A lost display is reported above. A handler, unlike SIG_IGN, is not inherited by started programs.
   std::signal(SIGPIPE, [](int) {});
   for (const int signal : {SIGINT, SIGTERM, SIGHUP})
     g_unix_signal_add(signal, OnSignal, nullptr);
 }
 
-void Depart(const char *why, int exitCode, std::chrono::seconds longest) {
-  // Whoever asks twice means it.
+void ShutDown(const char *why, host::ExitCode code, std::chrono::seconds maxTime) {
+  // A second signal ends the process at once.
   for (const int signal : {SIGINT, SIGTERM, SIGHUP})
     std::signal(signal, SIG_DFL);
   std::fprintf(stderr, "vlxslt: %s\n", why);
-  NoteEvent("departing", why);
+  NoteEvent("shutdown", why);
   LoseWindows();
-  if (!Finish()(longest))
+  if (!Finish()(maxTime))
     std::fputs("vlxslt: the transformation that was going on is dropped, and its output with it\n", stderr);
   std::fflush(nullptr);
-  _exit(exitCode);
+  _exit(static_cast<int>(code));
 }
 
 } // namespace desktop

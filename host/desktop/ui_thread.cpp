@@ -7,8 +7,7 @@ namespace desktop {
 
 namespace {
 
-// One lock for all that crosses between the two threads: it is held for moments only, and a wait for anything can end
-// because of the windows.
+// One lock for everything that crosses between the two threads, so that every wait can also end when the windows go.
 std::mutex mutex;
 std::condition_variable changed;
 bool areGone = false;
@@ -30,9 +29,9 @@ bool WaitForWindows(const std::function<bool()> &isDone) {
   return isDone();
 }
 
-bool WaitFor(std::chrono::seconds longest, const std::function<bool()> &isDone) {
+bool WaitFor(std::chrono::seconds maxTime, const std::function<bool()> &isDone) {
   std::unique_lock lock(mutex);
-  return changed.wait_for(lock, longest, isDone);
+  return changed.wait_for(lock, maxTime, isDone);
 }
 
 void ChangeShared(const std::function<void()> &change) {

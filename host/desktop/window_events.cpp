@@ -27,7 +27,7 @@ void NoteEvent(std::string_view what, std::string_view detail) {
   if (!detail.empty())
     line.append(" ").append(detail);
   line += '\n';
-  // One write a line: threads must not mix theirs.
+  // One write per line, so that lines of different threads do not mix.
   std::fwrite(line.data(), 1, line.size(), events);
   std::fflush(events);
 }

@@ -1,5 +1,5 @@
-// A line for everything that a person would notice, into the file or pipe that VLXSLT_WINDOW_EVENTS names. For whoever
-// watches the windows from outside, a test above all: it can wait for what happens instead of for time to pass.
+// Writes a line for each visible change into the file or pipe that VLXSLT_WINDOW_EVENTS names, so that tests can wait
+// for events instead of sleeping.
 #ifndef HOST_DESKTOP_WINDOW_EVENTS_H
 #define HOST_DESKTOP_WINDOW_EVENTS_H
 
@@ -9,9 +9,9 @@ class wxTopLevelWindow;
 
 namespace desktop {
 
-// Does nothing when nobody watches. From any thread.
+// Does nothing without VLXSLT_WINDOW_EVENTS. From any thread.
 void NoteEvent(std::string_view what, std::string_view detail = {});
-// "active" and the title whenever the window gets the keys.
+// Writes "active" and the title whenever the window becomes the active one.
 void NoteActivation(wxTopLevelWindow &window);
 
 } // namespace desktop

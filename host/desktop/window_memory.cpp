@@ -10,7 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr size_t recentFiles = 9;
+constexpr size_t maxRecentFiles = 9;
 
 wxString FindStore() {
   wxString folder;
@@ -21,9 +21,9 @@ wxString FindStore() {
 
 } // namespace
 
-WindowMemory::WindowMemory() : recent(recentFiles) {
+WindowMemory::WindowMemory() : recent(maxRecentFiles) {
   const wxString path = FindStore();
-  // A home that cannot be written to only costs the memory.
+  // In a home folder that is not writable nothing is remembered.
   const wxLogNull silence;
   wxFileName::Mkdir(wxFileName(path).GetPath(), wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL);
   store = std::make_unique<wxFileConfig>("vlxslt", wxEmptyString, path, wxEmptyString, wxCONFIG_USE_LOCAL_FILE);

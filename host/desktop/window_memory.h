@@ -1,5 +1,5 @@
-// What the windows remember from one time to the next: places, sizes, recent files. Kept beside the user's other state,
-// away from the configuration, which is for people to write.
+// What the windows remember between sessions: positions, sizes, recent files. Kept in the user's state folder, apart
+// from the configuration, which people write.
 #ifndef HOST_DESKTOP_WINDOW_MEMORY_H
 #define HOST_DESKTOP_WINDOW_MEMORY_H
 
@@ -21,7 +21,7 @@ public:
 
   [[nodiscard]] int Read(const wxString &key, int otherwise) const;
   void Write(const wxString &key, int value);
-  // At once; otherwise at the end.
+  // Writes the file now; the destructor does it otherwise.
   void Save();
   [[nodiscard]] wxFileHistory &RecentFiles() { return recent; }
   void NoteFile(const std::string &path);

@@ -1,22 +1,19 @@
-// Host strings to the toolkit's and back, and texts that several windows show.
+// Conversion between UTF-8 and the toolkit's strings, and texts that several windows show.
 #ifndef HOST_DESKTOP_WINDOW_TEXTS_H
 #define HOST_DESKTOP_WINDOW_TEXTS_H
 
 #include <wx/string.h>
 
-#include <chrono>
 #include <cstddef>
 #include <string>
 
 namespace desktop {
 
-// Bytes that are no UTF-8, as old file names hold, stay readable.
+// Bytes that are not UTF-8, as in old file names, are read as Latin-1.
 [[nodiscard]] wxString ToWx(const std::string &text);
 [[nodiscard]] std::string FromWx(const wxString &text);
 
-// "about 2 min left"; empty before there is anything to judge by.
-[[nodiscard]] wxString DescribeTimeLeft(std::chrono::steady_clock::duration spent, int done, int left);
-// The home folder as "~", so that the end of a path stays in sight.
+// With "~" for the home folder, so that the end of a long path stays visible.
 [[nodiscard]] wxString ShortenPath(const std::string &path);
 
 } // namespace desktop

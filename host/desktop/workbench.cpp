@@ -8,9 +8,7 @@
 #include "host/desktop/top_window.h"
 #include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
-#include "host/editor_command.h"
 #include "kit/paths.h"
-#include "kit/request_builder.h"
 
 #include <wx/aboutdlg.h>
 #include <wx/dnd.h>
@@ -18,6 +16,7 @@
 #include <wx/msgdlg.h>
 #include <wx/sizer.h>
 
+#include <array>
 #include <utility>
 
 namespace desktop {
@@ -40,8 +39,6 @@ private:
   Workbench &workbench;
 };
 
-constexpr std::string_view runRequestName = "XSLTRunTrScenario ";
-
 } // namespace
 
 Workbench::Workbench(const host::WorkbenchRequest &request)
@@ -54,18 +51,19 @@ Workbench::Workbench(const host::WorkbenchRequest &request)
   }());
   MakeMenus();
   MakeToolBar();
-  CreateStatusBar();
+  constexpr std::array statusWidths = {-4, -1}; // summary, problems
+  CreateStatusBar(statusWidths.size())->SetStatusWidths(statusWidths.size(), statusWidths.data());
   MakePanels();
   RestorePlaces();
-  // A text would take what is dropped on it for its own.
-  for (wxWindow *target : {static_cast<wxWindow *>(this), log->Target()})
+  // A text control would insert the names of dropped files.
+  for (wxWindow *target : {static_cast<wxWindow *>(this), log->Target(), result->Target()})
     target->SetDropTarget(new FileDrop(*this));
   Bind(wxEVT_CLOSE_WINDOW, &Workbench::OnClose, this);
   Bind(wxEVT_SIZE, &Workbench::PlaceSashes, this);
   UpdateCommands();
   host = std::make_unique<WorkbenchHost>(settings, *this,
                                          [this](std::vector<OpenDocument> open) { ShowDocuments(std::move(open)); });
-  // What happened to the files meanwhile is seen on coming back.
+  // Files may have changed while another window was active.
   Bind(wxEVT_ACTIVATE, [this](wxActivateEvent &event) {
     if (event.GetActive())
       NoteEvent("active", "workbench");
@@ -85,21 +83,33 @@ void Workbench::MakePanels() {
                                            .close = [this](V_ObjectT object) { host->Close(object); },
                                            .openComponent = [this](const std::string &path) { OpenPaths({path}); },
                                            .edit = [this](const std::string &path) { Edit({path}); }});
-  log = new LogPanel(rows, [this](const host::LogPlace &place) { Edit(place); });
+  pages = new wxNotebook(rows, wxID_ANY);
+  log = new LogPanel(pages, [this](const host::FilePlace &place) { Edit(place); });
   log->SetEmptyPage(MakeEmpty(
       log, "Nothing has run yet", "Open a document, then choose what to do with it.\nWhat happens is shown here.",
       {{"&Advanced Run...", [this] { AskForRun(); }}, {"&New Transformation...", [this] { MakeTransformation(); }}}));
-  outputs = new OutputsPanel(rows, {.open = [this](const std::string &path) { OpenOutput(path); },
+  result = new ResultPanel(pages);
+  pages->AddPage(log, "Log");
+  pages->AddPage(result, "Result");
+  outputs = new OutputsPanel(rows, {.view =
+                                        [this](const std::string &path) {
+                                          ViewOutput(path);
+                                          result->FocusText();
+                                        },
+                                    .openInBrowser = [this](const std::string &path) { BrowseOutput(path); },
+                                    .saveAs = [this](const std::string &path) { SaveOutput(path); },
+                                    .open = [this](const std::string &path) { OpenOutput(path); },
                                     .showInFolder = [this](const std::string &path) { ShowInFolder(path); }});
   info = new wxInfoBar(this);
   progress = new ProgressPanel(this, [this] { CancelRun(); });
   for (wxSplitterWindow *splitter : {columns, rows})
     splitter->SetMinimumPaneSize(FromDIP(120));
   columns->SplitVertically(documents, rows);
-  rows->SplitHorizontally(log, outputs);
-  // Changed ones come from changes of size too; only changing ones are a person's.
+  rows->SplitHorizontally(pages, outputs);
+  rows->SetSashGravity(1); // the info bar takes its space from the pages
+  // CHANGED also comes with changes of size; CHANGING comes only from the user.
   columnsWanted = memory.Read("documents", 430);
-  outputsWanted = memory.Read("outputs", 150);
+  outputsWanted = memory.Read("outputs", 160);
   columns->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING,
                 [this](wxSplitterEvent &event) { columnsWanted = ToDIP(event.GetSashPosition()); });
   rows->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING, [this](wxSplitterEvent &event) {
@@ -118,7 +128,7 @@ void Workbench::RestorePlaces() {
   Maximize(memory.Read("maximized", 0) != 0);
 }
 
-// At every change of size, since a window on its way to the screen is tiny at first and pushes the sashes together.
+// At every change of size: a window that is not mapped yet is tiny, which moves the sashes.
 void Workbench::PlaceSashes(wxSizeEvent &event) {
   event.Skip();
   Layout();
@@ -133,8 +143,8 @@ void Workbench::OnClose(wxCloseEvent &event) {
     return;
   }
   RememberPlaces();
-  if (isBusy) // the person's session ends, and nothing holds it up
-    Depart("closed during a run", failedCode, std::chrono::seconds(2));
+  if (isBusy) // the desktop session ends and does not wait
+    ShutDown("closed during a run", host::ExitCode::Failed, std::chrono::seconds(2));
   Destroy();
 }
 
@@ -142,19 +152,19 @@ void Workbench::AskToStop() {
   if (!Confirm("A run is going on. Stop it after the current input, and close?", wxYES_DEFAULT))
     return;
   isClosing = true;
-  // It may have ended while the question stood.
+  // The run may have ended while the question was open.
   if (isBusy)
     CancelRun();
   else
     CallAfter([this] { Close(); });
 }
 
-// A stylesheet may never come to an end.
+// A stylesheet may loop endlessly.
 void Workbench::AskToQuit() {
   if (!Confirm("The current input is not done yet. Quit at once, without its output?", wxNO_DEFAULT) || !isBusy)
     return;
   RememberPlaces();
-  Depart("closed during a run", failedCode, std::chrono::seconds(0));
+  ShutDown("closed during a run", host::ExitCode::Failed, std::chrono::seconds(0));
 }
 
 bool Workbench::Confirm(const wxString &question, long defaultButton) {
@@ -176,7 +186,7 @@ void Workbench::RememberPlaces() {
   memory.Save();
 }
 
-bool Workbench::FinishWithin(std::chrono::seconds longest) { return host->EndWithin(longest); }
+bool Workbench::FinishWithin(std::chrono::seconds maxTime) { return host->EndWithin(maxTime); }
 
 void Workbench::ShowDocuments(std::vector<OpenDocument> open) {
   documents->Show(std::move(open));
@@ -233,143 +243,6 @@ void Workbench::CloseChosen() {
     host->Close(*chosen);
   else if (const OpenDocument *active = documents->Active())
     host->Close(active->summary.object);
-}
-
-// ---- Requests
-
-void Workbench::Send(const std::string &request, std::function<void(const RequestOutcome &)> then) {
-  if (isBusy)
-    return;
-  isBusy = true;
-  info->Dismiss();
-  UpdateCommands();
-  host->Send(request, [this, then = std::move(then)](const RequestOutcome &outcome) {
-    FinishRequest(outcome);
-    if (then && !isClosing)
-      then(outcome);
-  });
-}
-
-void Workbench::FinishRequest(const RequestOutcome &outcome) {
-  isBusy = false;
-  progress->End();
-  for (const std::string &request : outcome.record.requests)
-    if (request.starts_with(runRequestName))
-      lastRun = request;
-  for (const std::string &path : outcome.record.opened)
-    outputs->Add(path);
-  UpdateCommands();
-  if (!outcome.error.empty())
-    Tell(ToWx(outcome.error), wxICON_ERROR);
-  else if (outcome.status == V_ERROR_FAILED)
-    Tell("The run failed. The log says why; F4, or a click on a file name in it, opens the place.", wxICON_WARNING);
-  NoteEvent("idle");
-  if (isClosing)
-    Close();
-}
-
-void Workbench::RunAgain() { Send(lastRun, {}); }
-void Workbench::AskForRun() { Send("XSLTAdvanceRunDlg ", {}); }
-void Workbench::ManageTransformations() { Send("XSLTManageTranDlg ", {}); }
-void Workbench::MakeTransformation() { Send("NewTransformationDlg ", {}); }
-
-void Workbench::ChooseAndRun() {
-  Send("XSLTChooseTranDlg ", [this](const RequestOutcome &chosen) { RunChosen(chosen); });
-}
-
-// The reply holds catalogue, name and application; without a name nothing was chosen.
-void Workbench::RunChosen(const RequestOutcome &chosen) {
-  if (chosen.texts.size() < 3 || chosen.texts[1].empty())
-    return;
-  const OpenDocument *active = documents->Active();
-  if (!active) {
-    Tell(wxString::Format("Open a document to run \"%s\" on it.", ToWx(chosen.texts[1])), wxICON_INFORMATION);
-    return;
-  }
-  kit::RequestBuilder request(runRequestName);
-  const bool isBook = active->summary.source == host::ComponentSource::Book;
-  request.Add(isBook ? "-currentfilewithchildren" : "-currentfile");
-  if (chosen.texts[2].empty())
-    request.Add("-trfile", {chosen.texts[0]});
-  else
-    request.Add("-appname", {chosen.texts[2]});
-  request.Add("-trname", {chosen.texts[1]});
-  if (request.Problem().empty())
-    Send(request.Text(), {});
-  else
-    Tell(ToWx(request.Problem()), wxICON_ERROR);
-}
-
-void Workbench::CancelRun() {
-  host->Cancel();
-  progress->ShowCancelling();
-  NoteEvent("cancelling");
-}
-
-void Workbench::ShowConsole(const std::vector<std::string> &lines) {
-  log->Append(lines);
-  for (const std::string &line : lines) {
-    NoteEvent("log", line);
-    NoteOutputs(line);
-  }
-}
-
-void Workbench::ShowProgress(const host::Progress &next) {
-  if (next.count == 0) {
-    progress->End();
-    return;
-  }
-  NoteEvent("progress", next.path);
-  if (next.index == 0)
-    progress->Begin();
-  progress->Show(next);
-}
-
-void Workbench::NoteOutputs(const std::string &line) {
-  constexpr std::string_view announcement = "Output:";
-  constexpr std::string_view success = "Transformation Successful.";
-  if (line.starts_with(announcement))
-    announcedOutput = line.substr(announcement.size());
-  if (line.starts_with(success) && kit::IsFile(announcedOutput))
-    outputs->Add(std::exchange(announcedOutput, {}));
-}
-
-void Workbench::FollowNextProblem() {
-  if (!log->FollowNext())
-    Tell("The log names no place in a file.", wxICON_INFORMATION);
-}
-
-void Workbench::ClearLog() { log->Clear(); }
-
-// ---- Other programs
-
-void Workbench::Edit(const host::LogPlace &place) {
-  NoteEvent("edit", place.path);
-  if (!kit::Exists(place.path))
-    Tell(ToWx("There is no file " + place.path), wxICON_WARNING);
-  else if (!host::StartProgram(host::ComposeEditorCommand(settings.configuration.editor, place)))
-    Tell("The editor cannot be started. The preferences say which program it is.", wxICON_ERROR);
-}
-
-void Workbench::OpenOutput(const std::string &path) {
-  if (!kit::IsFile(path))
-    Tell(ToWx(path + " is gone."), wxICON_WARNING);
-  else
-    LaunchOutput(path);
-}
-
-void Workbench::LaunchOutput(const std::string &path) {
-  outputs->Add(path);
-  if (!host::StartProgram(host::ComposeOpenCommand(path)))
-    Tell(ToWx("No program can be started for " + path), wxICON_ERROR);
-}
-
-void Workbench::ShowInFolder(const std::string &path) {
-  const std::string folder = kit::FolderOf(path);
-  if (!kit::IsFolder(folder))
-    Tell(ToWx("The folder " + folder + " is gone."), wxICON_WARNING);
-  else if (!host::StartProgram(host::ComposeOpenCommand(folder)))
-    Tell("No file manager can be started.", wxICON_ERROR);
 }
 
 void Workbench::ShowPreferences() {

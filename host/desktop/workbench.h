@@ -1,5 +1,5 @@
-// The main window: open documents, commands, the log as it arrives, outputs, progress. It only shows; the session is
-// behind WorkbenchHost. While a request is served the window lives, takes Cancel, and everything else waits.
+// The main window: open documents, commands, the log of the runs, their outputs, the progress. The session is behind
+// WorkbenchHost, on another thread. While a request is served the window responds, but only Cancel can be used.
 #ifndef HOST_DESKTOP_WORKBENCH_H
 #define HOST_DESKTOP_WORKBENCH_H
 
@@ -8,14 +8,20 @@
 #include "host/desktop/log_panel.h"
 #include "host/desktop/outputs_panel.h"
 #include "host/desktop/progress_panel.h"
+#include "host/desktop/result_panel.h"
+#include "host/desktop/run_summary.h"
 #include "host/desktop/window_memory.h"
 #include "host/desktop/workbench_host.h"
 
 #include <wx/frame.h>
 #include <wx/infobar.h>
+#include <wx/notebook.h>
 #include <wx/splitter.h>
 
 #include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,15 +33,15 @@ public:
   explicit Workbench(const host::WorkbenchRequest &request);
   ~Workbench() override;
 
-  void ShowConsole(const std::vector<std::string> &lines) override;
+  void ShowRun(const std::vector<RunItem> &items) override;
   void ShowProgress(const host::Progress &progress) override;
   void LaunchOutput(const std::string &path) override;
 
   // The files become open documents, the last one the active one.
   void OpenPaths(const std::vector<std::string> &paths);
 
-  // Stops and ends the session behind; false when that takes longer. No window is touched.
-  [[nodiscard]] bool FinishWithin(std::chrono::seconds longest);
+  // Cancels the run and ends the session; false when that takes longer. Touches no window.
+  [[nodiscard]] bool FinishWithin(std::chrono::seconds maxTime);
 
   // What the commands do.
   void AskForFiles();
@@ -70,8 +76,14 @@ private:
   void Send(const std::string &request, std::function<void(const RequestOutcome &)> then);
   void FinishRequest(const RequestOutcome &outcome);
   void RunChosen(const RequestOutcome &chosen);
-  void NoteOutputs(const std::string &line);
-  void Edit(const host::LogPlace &place);
+  void TakeEvent(const host::RunEvent &event);
+  void TellOutcome(const RequestOutcome &outcome);
+  void Edit(const host::FilePlace &place);
+  // False, and a message, when the file is gone.
+  [[nodiscard]] bool CheckIsThere(const std::string &path);
+  void ViewOutput(const std::string &path);
+  void BrowseOutput(const std::string &path);
+  void SaveOutput(const std::string &path);
   void OpenOutput(const std::string &path);
   void ShowInFolder(const std::string &path);
   void Tell(const wxString &text, int icon);
@@ -80,19 +92,23 @@ private:
   host::WorkbenchRequest settings;
   WindowMemory memory;
   DocumentsPanel *documents = nullptr;
+  wxNotebook *pages = nullptr; // log and result
   LogPanel *log = nullptr;
+  ResultPanel *result = nullptr;
   OutputsPanel *outputs = nullptr;
   ProgressPanel *progress = nullptr;
   wxInfoBar *info = nullptr;
   wxSplitterWindow *columns = nullptr;
   wxSplitterWindow *rows = nullptr;
 
-  int columnsWanted = 0; // widths and heights as the person left them
+  int columnsWanted = 0; // positions of the sashes as the user left them
   int outputsWanted = 0;
   bool isBusy = false;
-  bool isClosing = false; // as soon as the request is served
+  bool isClosing = false; // closes when the request is served
   std::string lastRun;
-  std::string announcedOutput; // named in the log, not written yet
+  RunSummary summary;                    // of the last run
+  std::map<int32_t, std::string> inputs; // of the last run, by job
+  std::string openedOutput;              // the newest one of the request
   std::unique_ptr<WorkbenchHost> host;
 };
 

@@ -26,7 +26,7 @@ struct Command {
   void (Workbench::*act)();
   std::optional<Icon> icon;
   const char *toolLabel;
-  bool beginsGroup = false; // a line stands above it in the menu
+  bool beginsGroup = false; // has a separator above it in the menu
 };
 
 constexpr std::array<const char *, menuCount> menuTitles = {"&File", "&Run", "&Transformations", "&Help"};
@@ -71,7 +71,7 @@ const std::array commands = {
     Command{firstCommand + 5,
             RunMenu,
             "Next &Problem\tF4",
-            "Open the next file and line that the log names in the editor",
+            "Open the place of the next problem in the editor",
             When::Always,
             &Workbench::FollowNextProblem,
             {},

@@ -33,7 +33,7 @@ WorkbenchHost::WorkbenchHost(const host::WorkbenchRequest &request, RunView &vie
   });
 }
 
-// Something is active whenever anything is open: whoever opens a file means to work on it.
+// While any document is open, one is active.
 void WorkbenchHost::ActivateOne() {
   const std::vector<host::DocumentSummary> documents = session->ListDocuments();
   if (!documents.empty() && std::ranges::none_of(documents, &host::DocumentSummary::isActive))
@@ -45,13 +45,13 @@ WorkbenchHost::~WorkbenchHost() {
   thread.reset();
 }
 
-bool WorkbenchHost::EndWithin(std::chrono::seconds longest) {
+bool WorkbenchHost::EndWithin(std::chrono::seconds maxTime) {
   front.Cancel();
   EndSession();
-  return WaitFor(longest, [this] { return hasEnded; });
+  return WaitFor(maxTime, [this] { return hasEnded; });
 }
 
-// A session begins and ends on its thread.
+// The session is created and destroyed on its thread.
 void WorkbenchHost::EndSession() {
   thread->Post([this] {
     session.reset();
@@ -69,7 +69,7 @@ void WorkbenchHost::Open(std::vector<std::string> paths, std::function<void(std:
     for (const std::string &path : paths)
       if (std::string problem; !session->OpenFile(path, host::OpenAs::ActiveDocument, problem))
         problems.append(problems.empty() ? "" : "\n").append(problem);
-    // Whatever was active before, now there is one active thing.
+    // The opened one is the only active one, be it a document or a book.
     const std::string last = paths.empty() ? std::string() : kit::AbsolutePath(kit::UrlToPath(paths.back()));
     for (const host::DocumentSummary &each : session->ListDocuments())
       if (each.path == last)
@@ -106,7 +106,7 @@ void WorkbenchHost::Send(std::string request, std::function<void(RequestOutcome)
     RequestOutcome outcome{reply.status, reply.error, ReadTexts(reply.values), session->TakeRecord()};
     TellDocuments();
     windows.Post([this, done, outcome = std::move(outcome)] {
-      front.FlushConsole();
+      front.ShowWaiting();
       done(outcome);
     });
   });

@@ -1,5 +1,5 @@
 // The session behind a workbench, on its own thread. Everything here is called on the windows' thread and answered
-// there later, in the order of asking; the session itself never leaves the other thread.
+// there later, in the order of the calls; the session is used on the other thread only.
 #ifndef HOST_DESKTOP_WORKBENCH_HOST_H
 #define HOST_DESKTOP_WORKBENCH_HOST_H
 
@@ -22,7 +22,7 @@ namespace desktop {
 struct OpenDocument {
   host::DocumentSummary summary;
   std::vector<std::string> components;
-  bool isMissing = false; // the file went away
+  bool isMissing = false; // the file does not exist
 };
 
 struct RequestOutcome {
@@ -36,12 +36,12 @@ class WorkbenchHost {
 public:
   using DocumentsSink = std::function<void(std::vector<OpenDocument>)>;
 
-  // `showDocuments` is told of the open documents after whatever may have changed them.
+  // `showDocuments` gets the open documents after everything that may have changed them.
   WorkbenchHost(const host::WorkbenchRequest &request, RunView &view, DocumentsSink showDocuments);
-  // Waits for the request that is being served; no question must be open.
+  // Waits for the request that is being served. No question may be open.
   ~WorkbenchHost();
-  // Cancels what is being served and ends the session; false when that takes longer. Nothing may be asked afterwards.
-  [[nodiscard]] bool EndWithin(std::chrono::seconds longest);
+  // Cancels the request and ends the session; false when that takes longer. Nothing may be called afterwards.
+  [[nodiscard]] bool EndWithin(std::chrono::seconds maxTime);
   WorkbenchHost(const WorkbenchHost &) = delete;
   WorkbenchHost &operator=(const WorkbenchHost &) = delete;
 
@@ -49,11 +49,11 @@ public:
   void Open(std::vector<std::string> paths, std::function<void(std::string problems)> done);
   void Activate(V_ObjectT object);
   void Close(V_ObjectT object);
-  // Looks at the files again.
+  // Reads the state of the files again.
   void Refresh();
   void Send(std::string request, std::function<void(RequestOutcome)> done);
   void Cancel() { front.Cancel(); }
-  // A new session with the same documents. `done` is called when it stands.
+  // Starts a new session with the same documents, then calls `done`.
   void Reconfigure(host::Configuration next, std::function<void()> done);
 
 private:

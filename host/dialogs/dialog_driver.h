@@ -1,5 +1,5 @@
-// What a person can do to an open dialog, and what a person sees of it: the side of a dialog that scripts play on. One
-// hand works the model itself, another one the controls of a window. Host's thread only.
+// Drives an open dialog in place of a person, for scripts: what can be done to it, and what it shows. ModelDriver works
+// on the model itself; the desktop has one that works on the controls of the window. Host's thread only.
 #ifndef HOST_DIALOGS_DIALOG_DRIVER_H
 #define HOST_DIALOGS_DIALOG_DRIVER_H
 
@@ -10,9 +10,9 @@
 
 namespace host {
 
-class DialogHand {
+class DialogDriver {
 public:
-  virtual ~DialogHand() = default;
+  virtual ~DialogDriver() = default;
 
   [[nodiscard]] virtual ActionResult Click(int32_t item) = 0;
   [[nodiscard]] virtual ActionResult DoubleClick(int32_t item) = 0;
@@ -31,10 +31,10 @@ public:
   [[nodiscard]] virtual std::optional<GridModel> LookAtGrid() = 0;
 };
 
-class ModelHand final : public DialogHand {
+class ModelDriver final : public DialogDriver {
 public:
-  // The dialog must outlive the hand.
-  explicit ModelHand(DialogModel &worked) : dialog(worked) {}
+  // The dialog must outlive the driver.
+  explicit ModelDriver(DialogModel &worked) : dialog(worked) {}
 
   [[nodiscard]] ActionResult Click(int32_t item) override { return dialog.Click(item); }
   [[nodiscard]] ActionResult DoubleClick(int32_t item) override { return dialog.DoubleClick(item); }

@@ -54,9 +54,7 @@ ActionResult GridModel::EditCell(int32_t row, int32_t cell, const std::string &v
   if (cell < 0 || !HasPlace({row, cell}))
     return ActionResult::BadValue;
   GridRow &edited = rows[static_cast<size_t>(row)];
-  if (cell == 0 && !edited.firstCellEditable)
-    return ActionResult::ReadOnly;
-  // What stands for "no value" is no value, whoever writes it.
+  // What stands for "no value" is no value.
   edited.values[static_cast<size_t>(cell)] = value == noValueText ? std::string() : value;
   selection = {row, cell};
   return ActionResult::Done;

@@ -14,7 +14,6 @@ namespace host {
 struct GridRow {
   std::vector<std::string> titles; // one for each value
   std::vector<std::string> values;
-  bool firstCellEditable = true;
 };
 
 struct GridSelection {

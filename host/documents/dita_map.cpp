@@ -38,11 +38,6 @@ std::string OneOf(std::string first, std::string_view second) {
   return first.empty() ? std::string(second) : std::move(first);
 }
 
-bool HasScheme(std::string_view href) {
-  const size_t colon = href.find(':');
-  return colon != std::string_view::npos && colon > 1 && href.find_first_of("/?#") > colon;
-}
-
 TargetKind KindOf(const std::string &target, const std::string &scope, const std::string &format) {
   if (target.empty())
     return TargetKind::None;
@@ -62,10 +57,10 @@ std::string FormatOf(const std::string &target) {
 } // namespace
 
 std::string ResolveHref(std::string_view href, const std::string &fromPath) {
-  if (HasScheme(href) && !kit::IsFileUrl(href))
-    return std::string(href);
   if (kit::IsFileUrl(href))
     return kit::AbsolutePath(kit::UrlToPath(href));
+  if (!kit::UrlScheme(href).empty())
+    return std::string(href);
   const std::string_view file = href.substr(0, href.find_first_of("?#"));
   if (file.empty())
     return {};

@@ -33,7 +33,17 @@ V_ObjectT Documents::After(V_ObjectT object) const {
   return next == documents.end() ? 0 : (*next)->object;
 }
 
+void Documents::Activate(V_ObjectT object) {
+  const Document *document = Find(object);
+  const bool isBook = document && document->source == ComponentSource::Book;
+  activeBook = isBook ? object : 0;
+  activeDocument = document && !isBook ? object : 0;
+}
+
 void Documents::Close(V_ObjectT object) {
+  for (V_ObjectT *active : {&activeDocument, &activeBook})
+    if (*active == object)
+      *active = 0;
   std::erase_if(documents, [object](const auto &each) { return each->object == object; });
 }
 

@@ -33,10 +33,22 @@ public:
   [[nodiscard]] V_ObjectT First() const { return documents.empty() ? 0 : documents.front()->object; }
   [[nodiscard]] V_ObjectT After(V_ObjectT object) const;
   void Close(V_ObjectT object);
+
+  // One document and one book can be active; 0 for none. A map counts as either.
+  [[nodiscard]] V_ObjectT ActiveDocument() const { return activeDocument; }
+  [[nodiscard]] V_ObjectT ActiveBook() const { return activeBook; }
+  [[nodiscard]] bool IsActive(V_ObjectT object) const { return object == activeDocument || object == activeBook; }
+  void SetActiveDocument(V_ObjectT object) { activeDocument = object; }
+  void SetActiveBook(V_ObjectT object) { activeBook = object; }
+  // The only active one from then on, in the role that it can have.
+  void Activate(V_ObjectT object);
+
   [[nodiscard]] const std::vector<std::unique_ptr<Document>> &All() const { return documents; }
 
 private:
   V_ObjectT nextObject = 256;
+  V_ObjectT activeDocument = 0;
+  V_ObjectT activeBook = 0;
   std::vector<std::unique_ptr<Document>> documents;
 };
 

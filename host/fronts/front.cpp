@@ -4,9 +4,9 @@
 
 namespace host {
 
-void Front::PlayDialog(DialogModel &dialog, const std::function<void(DialogHand &hand)> &player) {
-  ModelHand hand(dialog);
-  player(hand);
+void Front::PlayDialog(DialogModel &dialog, const std::function<void(DialogDriver &driver)> &player) {
+  ModelDriver driver(dialog);
+  player(driver);
 }
 
 std::string_view WithoutLineEnd(std::string_view text) {

@@ -4,6 +4,7 @@
 #define HOST_FRONTS_FRONT_H
 
 #include "host/record/run_event.h"
+#include "kit/vdk.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,11 +14,16 @@
 
 namespace host {
 
-class DialogHand;
+class DialogDriver;
 class DialogModel;
 
-enum class AlertKind : int32_t { Plain = 0, YesNo = 1, YesNoDefaultNo = 2, OkCancel = 3 };
-enum class ChooserKind : int32_t { Open = 0, Folder = 1, Save = 2 };
+enum class AlertKind : int32_t {
+  Plain = V_ALERT_PLAIN,
+  YesNo = V_ALERT_YES_NO,
+  YesNoDefaultNo = V_ALERT_YES_NO_DEFAULT_NO,
+  OkCancel = V_ALERT_OK_CANCEL
+};
+enum class ChooserKind : int32_t { Open = V_CHOOSE_OPEN, Folder = V_CHOOSE_FOLDER, Save = V_CHOOSE_SAVE };
 enum class Answer { Decline, Proceed };
 
 struct FileChooser {
@@ -44,7 +50,7 @@ public:
   // Shows the dialog and drives it until it is closed. Dialogs nest.
   virtual void RunDialog(DialogModel &dialog) = 0;
   // Lets `player` drive the dialog in place of a person: on what the front shows when it shows any, else on the model.
-  virtual void PlayDialog(DialogModel &dialog, const std::function<void(DialogHand &hand)> &player);
+  virtual void PlayDialog(DialogModel &dialog, const std::function<void(DialogDriver &driver)> &player);
 
   // One line, or a lone line feed for a blank one.
   virtual void WriteConsole(std::string_view text) = 0;

@@ -53,7 +53,7 @@ std::optional<int32_t> ReadState(const std::string &word) {
   return word == "-1" ? std::optional(-1) : std::nullopt;
 }
 
-ActionResult SetItem(DialogHand &dialog, int32_t number, const std::string &value) {
+ActionResult SetItem(DialogDriver &dialog, int32_t number, const std::string &value) {
   const std::optional<DialogItem> item = dialog.Look(number);
   if (!item)
     return ActionResult::NoSuchItem;
@@ -70,7 +70,7 @@ ActionResult SetItem(DialogHand &dialog, int32_t number, const std::string &valu
 int32_t CellOf(const std::string &word) { return word == "name" ? 0 : 1; }
 
 // Writes into the empty row at the end, as a person would.
-ActionResult AddToGrid(DialogHand &dialog, const GridModel &grid, const std::string &name,
+ActionResult AddToGrid(DialogDriver &dialog, const GridModel &grid, const std::string &name,
                        const std::string &expression) {
   const std::vector<GridRow> &rows = grid.Rows();
   const auto isEmpty = [](const std::string &value) { return value.empty(); };
@@ -81,7 +81,7 @@ ActionResult AddToGrid(DialogHand &dialog, const GridModel &grid, const std::str
   return named == ActionResult::Done && !expression.empty() ? dialog.EditGrid(last, 1, expression) : named;
 }
 
-ActionResult ActInGrid(const ScriptStep &step, DialogHand &dialog) {
+ActionResult ActInGrid(const ScriptStep &step, DialogDriver &dialog) {
   const std::optional<GridModel> grid = dialog.LookAtGrid();
   if (!grid)
     return ActionResult::WrongKind;
@@ -140,7 +140,7 @@ std::string ExpectLabels(const ScriptStep &step, const DialogItem &item) {
   return "the labels of " + ItemName(step, 1) + " are" + (found.empty() ? " none" : found);
 }
 
-std::string Expect(const ScriptStep &step, DialogHand &dialog) {
+std::string Expect(const ScriptStep &step, DialogDriver &dialog) {
   if (step.kind == StepKind::ExpectTitle)
     return Differs("the title", dialog.Title(), step.Word(2));
   if (step.kind == StepKind::ExpectGridRow || step.kind == StepKind::ExpectGridRows)
@@ -224,18 +224,18 @@ void ScriptFront::RunDialog(DialogModel &dialog) {
     FailAt(*opening, asked + " opens");
     return;
   }
-  screen.PlayDialog(dialog, [&](DialogHand &hand) {
-    while (hand.IsOpen()) {
+  screen.PlayDialog(dialog, [&](DialogDriver &driver) {
+    while (driver.IsOpen()) {
       const ScriptStep *step = Take(acts, asked + " is open and waits for an action");
       if (!step)
         return;
-      if (const std::string problem = Play(*step, hand); !problem.empty())
+      if (const std::string problem = Play(*step, driver); !problem.empty())
         FailAt(*step, problem);
     }
   });
 }
 
-std::string ScriptFront::Play(const ScriptStep &step, DialogHand &dialog) {
+std::string ScriptFront::Play(const ScriptStep &step, DialogDriver &dialog) {
   switch (step.kind) {
   case StepKind::Set:
     return Describe(ItemName(step, 1), SetItem(dialog, step.Number(1), step.Word(2)));

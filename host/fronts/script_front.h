@@ -37,7 +37,7 @@ private:
   // The next step when it is one of these; null, and a failure that names `asked`, when it is not.
   [[nodiscard]] const ScriptStep *Take(std::span<const StepKind> kinds, const std::string &asked);
   // Empty, or why the step does not fit the dialog.
-  [[nodiscard]] std::string Play(const ScriptStep &step, DialogHand &dialog);
+  [[nodiscard]] std::string Play(const ScriptStep &step, DialogDriver &dialog);
   void Fail(const std::string &problem);
   void FailAt(const ScriptStep &step, const std::string &problem);
 

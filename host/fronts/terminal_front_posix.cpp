@@ -1,6 +1,7 @@
 #include "host/fronts/terminal_front.h"
 
 #include "host/fronts/cancellation.h"
+#include "host/fronts/time_left.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 
@@ -61,15 +62,6 @@ bool IsSet(const char *variable) {
 size_t TerminalWidth() {
   winsize size = {};
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
-}
-
-std::string DescribeTimeLeft(std::chrono::steady_clock::duration spent, int32_t done, int32_t left) {
-  if (done <= 0)
-    return {};
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(spent / done * left).count();
-  if (seconds < 60)
-    return ", " + std::to_string(seconds + 1) + " s left";
-  return ", " + std::to_string(seconds / 60) + " min " + std::to_string(seconds % 60) + " s left";
 }
 
 } // namespace
@@ -136,8 +128,8 @@ void TerminalFront::ReportProgress(const Progress &next) {
     return;
   const std::string left =
       DescribeTimeLeft(std::chrono::steady_clock::now() - begun, next.index, next.count - next.index);
-  progress =
-      std::to_string(next.index + 1) + "/" + std::to_string(next.count) + left + "  " + kit::FileNameOf(next.path);
+  progress = std::to_string(next.index + 1) + "/" + std::to_string(next.count) + (left.empty() ? "" : ", ") + left +
+             "  " + kit::FileNameOf(next.path);
   ShowProgress();
 }
 

@@ -19,7 +19,7 @@ namespace processors {
 
 namespace {
 
-constexpr auto longestUnused = std::chrono::hours(24 * 30);
+constexpr auto maxUnused = std::chrono::hours(24 * 30);
 
 std::string FindCacheFolder() {
   if (std::getenv("VLXSLT_NO_CLASS_ARCHIVE"))
@@ -46,17 +46,17 @@ std::string DescribeFile(const std::string &file) {
   return file + '|' + std::to_string(size) + '|' + std::to_string(time) + '\n';
 }
 
-// Archives of class paths that nobody uses any more would pile up.
+// Archives of class paths that are no longer in use would pile up.
 void DropUnused(const std::string &folder) {
   std::error_code error;
   const auto now = fs::file_time_type::clock::now();
   for (const auto &entry : fs::directory_iterator(folder, error))
     if (std::error_code failed; entry.path().filename().string().starts_with("classes-") &&
-                                now - entry.last_write_time(failed) > longestUnused && !failed)
+                                now - entry.last_write_time(failed) > maxUnused && !failed)
       fs::remove(entry.path(), failed);
 }
 
-// Gone with the last of the words that the child needs; nothing may be allocated between fork and exec.
+// Made before the fork: nothing may be allocated between fork and exec.
 struct ChildCommand {
   std::vector<std::string> words;
   std::vector<char *> pointers;
@@ -87,7 +87,7 @@ struct ChildCommand {
   _exit(0);
 }
 
-// The first of several processes that end at the same time does it; one that died over it is given up soon.
+// Of several processes that end at the same time the first writes it; the claim of one that died expires soon.
 bool ClaimList(const std::string &list) {
   std::error_code error;
   if (fs::file_time_type::clock::now() - fs::last_write_time(list, error) > std::chrono::minutes(5) && !error)
@@ -138,7 +138,7 @@ void ClassArchive::WriteInBackground(const std::string &javaHome, const std::vec
   for (std::string &word : command.words)
     command.pointers.push_back(word.data());
   command.pointers.push_back(nullptr);
-  // Twice, so that nobody has to wait for it.
+  // Twice, so that the writer is no child of this process, which would have to wait for it.
   const pid_t between = fork();
   if (between == 0) {
     if (fork() == 0)

@@ -1,11 +1,14 @@
 #include "processors/java/java_handler.h"
 
 #include "kit/utf16.h"
+#include "kit/values.h"
 #include "processors/entity_resolver.h"
 #include "processors/java/java_machine.h"
 #include "report/xslt_error_handler.h"
 
 #include <array>
+#include <string>
+#include <vector>
 
 namespace VLXSLT {
 
@@ -14,6 +17,7 @@ namespace {
 using processors::ReadString;
 
 processors::JavaPump *pumpOfMachine = nullptr;
+thread_local processors::JobResult *resultOfThread = nullptr;
 
 // Runs on the host's thread while this one waits. No C++ exception crosses a Java frame; what cannot be carried out for
 // lack of memory is left out.
@@ -38,10 +42,10 @@ using ReportDiagnostic = void (VLXSLTJavaHandlerImpl::*)(const VLXSLTJavaHandler
 
 template <ReportDiagnostic Method>
 void JNICALL NativeReport(JNIEnv *environment, jobject, jstring message, jstring publicId, jstring systemId, jint line,
-                          jint column) noexcept {
+                          jint column, jstring code) noexcept {
   OnHost([diagnostic = VLXSLTJavaHandlerImpl::Diagnostic{
               ReadString(environment, message), ReadString(environment, publicId), ReadString(environment, systemId),
-              line, column}] { (Handler().*Method)(diagnostic); });
+              ReadString(environment, code), line, column}] { (Handler().*Method)(diagnostic); });
 }
 
 void JNICALL NativeMessage(JNIEnv *environment, jobject, jstring message) noexcept {
@@ -65,6 +69,30 @@ void JNICALL NativeEnd(JNIEnv *, jobject) noexcept {
   OnHost([] { Handler().EndDocument(); });
 }
 
+std::vector<std::string> ReadStrings(JNIEnv *environment, jobjectArray array) {
+  std::vector<std::string> texts;
+  const jsize count = environment->GetArrayLength(array);
+  texts.reserve(static_cast<size_t>(count));
+  for (jsize index = 0; index < count; ++index) {
+    jobject text = environment->GetObjectArrayElement(array, index);
+    texts.push_back(ReadString(environment, static_cast<jstring>(text)));
+    environment->DeleteLocalRef(text);
+  }
+  return texts;
+}
+
+// Stays on the thread of the job: the host has no part in it.
+void JNICALL NativeJobDone(JNIEnv *environment, jobject, jobjectArray outputs, jobjectArray files) noexcept {
+  try {
+    if (resultOfThread) {
+      resultOfThread->secondaryOutputs = ReadStrings(environment, outputs);
+      resultOfThread->filesRead = ReadStrings(environment, files);
+    }
+  } catch (...) {
+    return; // for lack of memory
+  }
+}
+
 template <class Function> JNINativeMethod Method(const char *name, const char *signature, Function function) {
   // The table's texts are not written to.
   return {const_cast<char *>(name), const_cast<char *>(signature), reinterpret_cast<void *>(function)};
@@ -79,17 +107,18 @@ VLXSLTJavaHandlerImpl &VLXSLTJavaHandlerImpl::GetInstance() {
 
 void VLXSLTJavaHandlerImpl::FatalError(const Diagnostic &what) {
   report::XSLTErrorHandler::GetInst().ReportFatalError(what.message.c_str(), what.publicId.c_str(),
-                                                       what.systemId.c_str(), what.line, what.column);
+                                                       what.systemId.c_str(), what.line, what.column,
+                                                       kit::OrNull(what.code));
 }
 
 void VLXSLTJavaHandlerImpl::Error(const Diagnostic &what) {
   report::XSLTErrorHandler::GetInst().ReportError(what.message.c_str(), what.publicId.c_str(), what.systemId.c_str(),
-                                                  what.line, what.column);
+                                                  what.line, what.column, kit::OrNull(what.code));
 }
 
 void VLXSLTJavaHandlerImpl::Warning(const Diagnostic &what) {
   report::XSLTErrorHandler::GetInst().ReportWarn(what.message.c_str(), what.publicId.c_str(), what.systemId.c_str(),
-                                                 what.line, what.column);
+                                                 what.line, what.column, kit::OrNull(what.code));
 }
 
 void VLXSLTJavaHandlerImpl::Message(const std::string &message) {
@@ -109,9 +138,13 @@ void VLXSLTJavaHandlerImpl::StartDocument(const std::string &filePath) {
 
 void VLXSLTJavaHandlerImpl::EndDocument() { processors::VLXSLTEntityResolverC::GetInstance().End(); }
 
+ResultOfJob::ResultOfJob(processors::JobResult &result) { resultOfThread = &result; }
+
+ResultOfJob::~ResultOfJob() { resultOfThread = nullptr; }
+
 bool RegisterHandler(JNIEnv *environment, processors::JavaPump &pump) {
   pumpOfMachine = &pump;
-  constexpr const char *diagnostic = "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;II)V";
+  constexpr const char *diagnostic = "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;IILjava/lang/String;)V";
   using Impl = VLXSLTJavaHandlerImpl;
   const std::array methods = {
       Method("FatalError", diagnostic, NativeReport<&Impl::FatalError>),
@@ -123,6 +156,7 @@ bool RegisterHandler(JNIEnv *environment, processors::JavaPump &pump) {
              NativeResolve),
       Method("StartDocument", "(Ljava/lang/String;)V", NativeStart),
       Method("EndDocument", "()V", NativeEnd),
+      Method("JobDone", "([Ljava/lang/String;[Ljava/lang/String;)V", NativeJobDone),
   };
   jclass handler = environment->FindClass("vlxslt/NativeHandler");
   return handler && environment->RegisterNatives(handler, methods.data(), static_cast<jint>(methods.size())) == JNI_OK;

@@ -3,6 +3,7 @@
 #define PROCESSORS_JAVA_JAVA_HANDLER_H
 
 #include "processors/java/java_pump.h"
+#include "processors/processor.h"
 
 #include <cstdint>
 #include <jni.h>
@@ -16,7 +17,7 @@ public:
   [[nodiscard]] static VLXSLTJavaHandlerImpl &GetInstance();
 
   struct Diagnostic {
-    std::string message, publicId, systemId;
+    std::string message, publicId, systemId, code;
     int32_t line = -1;
     int32_t column = -1;
   };
@@ -29,6 +30,15 @@ public:
                                           const std::string &systemId);
   void StartDocument(const std::string &filePath);
   void EndDocument();
+};
+
+// While it lives, the end of a job on this thread leaves its outputs and the files it read in `result`.
+class ResultOfJob {
+public:
+  explicit ResultOfJob(processors::JobResult &result);
+  ~ResultOfJob();
+  ResultOfJob(const ResultOfJob &) = delete;
+  ResultOfJob &operator=(const ResultOfJob &) = delete;
 };
 
 // Ties the native methods of the Java class vlxslt.NativeHandler to the handler; calls travel through `pump`, which

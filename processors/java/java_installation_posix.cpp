@@ -17,7 +17,7 @@ namespace processors {
 
 namespace {
 
-constexpr int oldestVersion = 17;
+constexpr int minVersion = 17;
 constexpr std::array libraryPlaces = {"lib/server/libjvm.so", "jre/lib/amd64/server/libjvm.so", "lib/client/libjvm.so"};
 
 std::string FindLibrary(const std::string &home) {
@@ -70,7 +70,7 @@ std::vector<std::string> HomesToTry() {
   for (const auto &entry : fs::directory_iterator("/usr/lib/jvm", error))
     if (!FindLibrary(entry.path().string()).empty())
       homes.push_back(entry.path().string());
-  // The newest first, behind those that somebody chose.
+  // The newest first, behind the chosen ones.
   std::sort(homes.begin() + chosen, homes.end(), [](const std::string &left, const std::string &right) {
     const int leftMajor = MajorVersion(ReadVersion(left));
     const int rightMajor = MajorVersion(ReadVersion(right));
@@ -86,7 +86,7 @@ JavaInstallation Examine(const std::string &home, const std::string &origin) {
   const int major = MajorVersion(found.version);
   if (found.library.empty())
     found.problem = "There is no Java in " + home + ", which " + origin + " names." + OnlyHint();
-  else if (major != 0 && major < oldestVersion)
+  else if (major != 0 && major < minVersion)
     found.problem = "The Java in " + home + " is too old: " + found.version + "." + OnlyHint();
   return found;
 }

@@ -42,8 +42,8 @@ jint JNICALL ListenToMachine(FILE *stream, const char *format, va_list values) {
   return length;
 }
 
-// A stylesheet's extension may call System.exit, and some options make the machine give up: neither may take the host
-// down. This thread stays here for ever.
+// A stylesheet's extension may call System.exit, and some options make the machine give up: neither may end the host's
+// process. The thread must not return to the machine, so it stops here.
 void JNICALL RefuseExit(jint) {
   TheCreation().abandon();
   for (;;)
@@ -97,7 +97,7 @@ constexpr std::array ownOptions = {
     "-XX:TieredStopAtLevel=1",
     "-Dfile.encoding=UTF-8",
     "-Djava.awt.headless=true",
-    // What a stylesheet fetches from the network may take its time, but not for ever.
+    // What a stylesheet fetches from the network may take its time, but must end.
     "-Dsun.net.client.defaultConnectTimeout=10000",
     "-Dsun.net.client.defaultReadTimeout=30000",
 };

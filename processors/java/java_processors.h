@@ -1,4 +1,5 @@
-// The processors that run in a Java virtual machine inside this process, for whoever puts a client together.
+// The processors that run in a Java virtual machine inside this process, for the entry points that put the client
+// together.
 #ifndef PROCESSORS_JAVA_JAVA_PROCESSORS_H
 #define PROCESSORS_JAVA_JAVA_PROCESSORS_H
 

@@ -1,4 +1,4 @@
-// Two threads that take turns: the host's thread hands work to the Java thread and waits; while it waits, it carries
+// Two threads that take turns: the host's thread gives work to the Java thread and waits; while it waits, it carries
 // out whatever the Java thread asks of the host, in order, and the Java thread waits for the answer. So no kit call is
 // ever made from another thread, and stylesheets that recurse deeply get a stack of their own.
 #ifndef PROCESSORS_JAVA_JAVA_PUMP_H
@@ -25,7 +25,7 @@ public:
   [[nodiscard]] bool RunOnJava(const Task &task);
   // From the Java thread, or another one that it started, inside a task; dropped when there is none.
   void RunOnHost(const Task &call);
-  // From any thread but the host's: the Java thread will never come back. What the host's thread waits for is over, and
+  // From any thread but the host's: the Java thread will not return. The host's thread stops waiting for it, and
   // nothing more can be run.
   void Abandon();
   // Waits for the Java thread to end, unless it was abandoned.

@@ -7,7 +7,7 @@ namespace processors {
 
 namespace {
 
-// Enough for recursion over long documents; one that never ends meets the end of it within a second or two.
+// Enough for recursion over long documents; endless recursion exhausts it within a second or two.
 constexpr size_t stackSize = size_t{256} << 20;
 
 } // namespace
@@ -76,7 +76,7 @@ bool JavaPump::RunOnJava(const Task &given) {
 
 void JavaPump::RunOnHost(const Task &given) {
   std::unique_lock lock(mutex);
-  // A processor may use threads of its own: they take turns. Nobody listens between tasks.
+  // A processor may use threads of its own: they take turns. Between tasks the host's thread is elsewhere.
   changed.wait(lock, [this] { return !call; });
   if (!task || isAbandoned)
     return;

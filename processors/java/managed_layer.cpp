@@ -11,8 +11,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
+#include <utility>
 
 namespace VLXSLT {
 
@@ -35,22 +34,18 @@ std::vector<std::string> SplitClassPath(const std::string &classPath) {
   return entries;
 }
 
-// The bridge's own jar, then the parser that reads every input.
+// The Java layer, then the parser that reads every input.
 std::vector<std::string> OwnJars() {
   const std::string folder = processors::OwnFolder();
-  std::vector<std::string> parsers;
-  std::error_code error;
-  for (const auto &entry : std::filesystem::directory_iterator(kit::JoinPath(folder, "parser"), error))
-    parsers.push_back(entry.path().string());
-  std::ranges::sort(parsers);
-  parsers.insert(parsers.begin(), kit::JoinPath(folder, "vlxslt-java.jar"));
-  return parsers;
+  return {kit::JoinPath(folder, "vlxslt-java.jar"), kit::JoinPath(folder, "parser/xercesImpl.jar")};
 }
 
-struct ClassPathParts {
-  std::vector<std::string> jars;
-  std::string folders; // each with ";" behind it
-};
+std::string NameMissingJar() {
+  for (const std::string &jar : OwnJars())
+    if (!kit::IsFile(jar))
+      return "A part of this program is missing: " + jar + ". Install it again.";
+  return {};
+}
 
 // Folders go to a loader of their own behind the jars: with a folder on the class path proper, Java would refuse to
 // keep an archive of its classes.
@@ -82,9 +77,7 @@ void XSLTManagedLayer::SetClassPath(const std::string &given) {
 }
 
 // Java never takes a jar back or exchanges it, but it can be given more.
-void XSLTManagedLayer::HandOverClassPath() {
-  hasNewClassPath = false;
-  const ClassPathParts parts = SortClassPath(classPath);
+void XSLTManagedLayer::ApplyClassPath() {
   std::string entries = parts.folders;
   for (const std::string &jar : parts.jars)
     if (std::ranges::find(jarsFromStart, jar) == jarsFromStart.end())
@@ -93,25 +86,31 @@ void XSLTManagedLayer::HandOverClassPath() {
 }
 
 bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
-  if (!isStarted) {
-    isStarted = true;
-    const processors::JavaInstallation java = processors::FindJava(kit::GetString(V_SESSION, V_SP_JAVA_HOME));
-    problem = java.problem;
-    if (problem.empty()) {
-      jarsFromStart = SortClassPath(classPath).jars;
-      const processors::MachineSetup setup{
-          java.home, java.library, purpose, jarsFromStart, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS), [this] {
-            pump.Abandon();
-          }};
-      if (!pump.RunOnJava([&] { StartOnJava(setup); }))
-        problem = processors::MachineWords();
-    }
-  }
-  if (problem.empty() && (isParked || hasNewClassPath) && !pump.RunOnJava([this] { ResumeOnJava(); }))
+  const bool isNewClassPath = std::exchange(hasNewClassPath, false);
+  if (isNewClassPath)
+    parts = SortClassPath(classPath);
+  if (!isStarted)
+    Start(purpose);
+  else if (problem.empty() && (isParked || isNewClassPath) && !pump.RunOnJava([this] { ResumeOnJava(); }))
     problem = processors::MachineWords();
   if (!problem.empty())
     Report(problem);
   return problem.empty();
+}
+
+void XSLTManagedLayer::Start(const std::string &purpose) {
+  isStarted = true;
+  const processors::JavaInstallation java = processors::FindJava(kit::GetString(V_SESSION, V_SP_JAVA_HOME));
+  problem = java.problem.empty() ? NameMissingJar() : java.problem;
+  if (!problem.empty())
+    return;
+  jarsFromStart = parts.jars;
+  const processors::MachineSetup setup{
+      java.home, java.library, purpose, jarsFromStart, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS), [this] {
+        pump.Abandon();
+      }};
+  if (!pump.RunOnJava([&] { StartOnJava(setup); }))
+    problem = processors::MachineWords();
 }
 
 void XSLTManagedLayer::ResumeOnJava() {
@@ -121,7 +120,7 @@ void XSLTManagedLayer::ResumeOnJava() {
   }
   isParked = false;
   const processors::LocalFrame frame(machine->Environment());
-  HandOverClassPath();
+  ApplyClassPath();
 }
 
 void XSLTManagedLayer::StartOnJava(const processors::MachineSetup &setup) {
@@ -152,7 +151,7 @@ bool XSLTManagedLayer::ConnectLayer() {
     return false;
   methods.layer = java->NewGlobalRef(layer);
   java->CallVoidMethod(layer, setHandler, handler);
-  HandOverClassPath();
+  ApplyClassPath();
   return !java->ExceptionCheck();
 }
 
@@ -211,6 +210,7 @@ processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &
   processors::JobResult result;
   if (EnsureJava({})) {
     RunInJava([&](JNIEnv &java) {
+      const ResultOfJob end(result);
       jobjectArray parameters = job.parameters.empty() ? nullptr : machine->MakeStringArray(job.parameters);
       if (java.CallIntMethod(methods.layer, methods.transform, machine->MakeString(job.input.c_str()),
                              machine->MakeString(kit::OrNull(job.stylesheet)), machine->MakeString(job.output.c_str()),
@@ -251,12 +251,12 @@ void XSLTManagedLayer::ShutDown() {
   isParked = pump.RunOnJava([this] { machine->Park(); });
   pump.Stop();
   if (!isParked) {
-    (void)machine.release(); // its thread is lost; the process ends soon
+    (void)machine.release(); // its thread never comes back; the process ends soon
     problem = "Java has been shut down.";
     return;
   }
   // A process cannot make a second machine, and a host may start its clients anew: this one goes with the process. One
-  // that is in use again by then is left alone: to destroy it would be to wait for its thread for ever.
+  // that is in use again by then is left alone: to destroy it would wait for its thread without end.
   static const bool isLeft = std::atexit([] {
                                if (XSLTManagedLayer &layer = GetInstance(); layer.isParked)
                                  layer.machine.reset();

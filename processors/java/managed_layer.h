@@ -8,11 +8,16 @@
 #include "processors/processor.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace VLXSLT {
+
+// A class path as Java is given it.
+struct ClassPathParts {
+  std::vector<std::string> jars;
+  std::string folders; // each with ";" behind it
+};
 
 class XSLTManagedLayer final : public processors::Processor {
 public:
@@ -38,10 +43,11 @@ private:
 
   // `purpose` tells apart what is worth a class archive of its own.
   [[nodiscard]] bool EnsureJava(const std::string &purpose);
+  void Start(const std::string &purpose);
   void StartOnJava(const processors::MachineSetup &setup);
   [[nodiscard]] bool ConnectLayer();
   void ResumeOnJava();
-  void HandOverClassPath();
+  void ApplyClassPath();
   [[nodiscard]] bool FindMethods(JNIEnv *java, jclass type);
   void NameMissingEntries() const;
   // Runs on the Java thread with the machine; a pending exception becomes a message. False when Java is gone.
@@ -49,6 +55,7 @@ private:
   void NoteLoss();
 
   std::string classPath;
+  ClassPathParts parts; // of the class path, once Java needs them
   std::vector<std::string> jarsFromStart;
   processors::JavaPump pump;
   std::unique_ptr<processors::JavaMachine> machine; // made and destroyed on the Java thread
@@ -56,7 +63,7 @@ private:
   std::string problem; // why Java cannot be used; asked for again every time
   bool isStarted = false;
   bool isParked = false; // between a shutdown and the next use
-  bool hasNewClassPath = false;
+  bool hasNewClassPath = true;
 };
 
 } // namespace VLXSLT

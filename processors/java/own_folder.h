@@ -1,4 +1,4 @@
-// Where the client's shared object lies; its jar and its parser lie beside it.
+// Where the client's shared object lies; the jar of the Java layer and the parser lie beside it.
 #ifndef PROCESSORS_JAVA_OWN_FOLDER_H
 #define PROCESSORS_JAVA_OWN_FOLDER_H
 

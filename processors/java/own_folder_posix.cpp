@@ -7,7 +7,7 @@
 namespace processors {
 
 std::string OwnFolder() {
-  // Any object of ours tells which file it was loaded from.
+  // The address of any object here leads to the file that it was loaded from.
   static const char here = 0;
   Dl_info info{};
   if (dladdr(&here, &info) == 0 || !info.dli_fname)

@@ -1,4 +1,4 @@
-# The windows, on displays of their own; 77 means that there is no Xvfb, openbox or xdotool.
+# Window tests on virtual displays; 77 means that Xvfb, openbox or xdotool is missing.
 set(desktop_tests ${CMAKE_CURRENT_LIST_DIR})
 
 # vlxslt_add_window_tests(FILE CLASS NAME...)
@@ -16,13 +16,14 @@ vlxslt_add_window_tests(test_dialogs.py DialogTest a_run_asks_before_it_overwrit
 vlxslt_add_window_tests(test_workbench.py WorkbenchTest a_map_unfolds_and_runs_with_its_topics
                         documents_are_opened_with_the_chooser_and_again_from_the_recent_ones files_are_dragged_in
                         a_document_whose_file_is_gone_does_no_harm a_problem_opens_the_editor_at_its_line
+                        an_opened_result_is_viewed_and_saved
                         preferences_check_a_processor_and_keep_comments
                         a_processor_that_is_added_after_a_run_can_be_used)
-vlxslt_add_window_tests(test_leaving.py LeavingTest a_long_run_is_cancelled closing_during_a_run_asks_and_ends_whole
+vlxslt_add_window_tests(test_shutdown.py ShutdownTest a_long_run_is_cancelled closing_during_a_run_asks_and_ends_whole
                         a_run_that_never_ends_can_be_left a_display_that_goes_away_loses_nothing
                         a_signal_ends_a_dialog_and_a_question)
 
-# The scripts of these cases work the windows' controls, and everything comes out as it does without windows.
+# Dialog cases whose scripts drive the windows' controls; the results are those of a run without windows.
 foreach(name dialog-advanced dialog-choose dialog-manage dialog-new dialog-scripts)
   add_test(NAME windows.${name}
            COMMAND Python3::Interpreter ${desktop_tests}/on_display.py ${Python3_EXECUTABLE} ${desktop_tests}/../run_cases.py

@@ -1,4 +1,4 @@
-"""A display of its own with a small window manager, and the hands of a person on it."""
+"""A virtual display with a window manager, and the keyboard and mouse on it."""
 
 import os
 import select
@@ -20,7 +20,7 @@ def await_line(stream, line):
 
 
 class Display:
-    """Xvfb and openbox; gone when the block ends."""
+    """Xvfb and openbox; they end with the block."""
 
     def __init__(self, size="1400x1000", extra=()):
         self.size = size
@@ -38,7 +38,7 @@ class Display:
         with os.fdopen(reading) as number:
             self.name = ":" + number.readline().strip()
         reading, writing = os.pipe()
-        # The window manager tells when it is ready to manage.
+        # Runs the command when the window manager is ready.
         self.manager = subprocess.Popen(["openbox", "--sm-disable", "--startup", "echo ready"], stdout=writing,
                                         stderr=subprocess.DEVNULL, env=self.environment())
         os.close(writing)
@@ -59,26 +59,26 @@ class Display:
                               timeout=60).stdout
 
     def find(self, title):
-        """The number of the visible window of that title, waiting for it, and the focus on it."""
+        """Waits for the visible window of that title, gives it the focus and returns its number."""
         deadline = time.monotonic() + 60
         while time.monotonic() < deadline:
             number = self.see(title)
             try:
-                # Asked again and again: the window manager may not know the window yet.
+                # Repeated, since the window manager may not know the window yet.
                 self.tool("windowactivate", number)
                 for _ in range(50):
                     if self.tool("getactivewindow").strip() == number:
                         return number
                     time.sleep(0.01)
             except subprocess.CalledProcessError:
-                continue  # a window that comes or goes while the tool looks around makes it give up
-        raise AssertionError(f"'{title}' never got the keys")
+                continue  # xdotool fails when a window opens or closes while it searches
+        raise AssertionError(f"'{title}' never got the focus")
 
     def see(self, title, seconds=60):
-        """The number of the visible window of that title, waiting for it."""
+        """Waits for the visible window of that title and returns its number."""
         deadline = time.monotonic() + seconds
         while True:
-            # The tool's own way of waiting looks twice a second only.
+            # The tool's --sync looks only twice a second.
             try:
                 return self.tool("search", "--onlyvisible", "--name", title).split()[-1]
             except subprocess.CalledProcessError:
@@ -86,11 +86,11 @@ class Display:
                     raise
                 time.sleep(0.01)
 
-    def take_picture(self, path):
+    def take_screenshot(self, path):
         subprocess.run(["import", "-window", "root", path], env=self.environment(), check=False)
 
     def drag(self, source, x, y):
-        """From a process of drag_source.py to a point of the screen."""
+        """Drags from the window of a drag_source.py process to a point of the screen."""
         self.tool("mousemove", "--sync", "60", "60")
         self.tool("mousedown", "1")
         for step in range(1, 9):
@@ -109,14 +109,14 @@ class Display:
 
 
 class Windows:
-    """A vlxslt with windows, and what it says that a person would notice."""
+    """A running vlxslt with windows, and its window events."""
 
     def __init__(self, display, program, words, environment, folder):
         self.pipe = os.path.join(tempfile.mkdtemp(dir=folder), "events")
         os.mkfifo(self.pipe)
         self.reading = os.open(self.pipe, os.O_RDWR | os.O_NONBLOCK)
         self.pending = b""
-        self.dialogs = {}  # what the open ones show, by title
+        self.dialogs = {}  # what the open dialogs show, by title
         self.process = subprocess.Popen([program, *words], cwd=folder, stdin=subprocess.DEVNULL,
                                         env=display.environment() | environment | {"VLXSLT_WINDOW_EVENTS": self.pipe})
 
@@ -142,16 +142,20 @@ class Windows:
         return event
 
     def wait(self, beginning, seconds=30):
-        """The next event that begins so; what comes before it is passed over."""
+        """The next event with that beginning; earlier ones are skipped."""
+        return self.wait_for_all(beginning, seconds)[-1]
+
+    def wait_for_all(self, beginning, seconds=30):
+        """All events up to the next one with that beginning."""
         seen = []
         while (event := self.next(seconds)) is not None:
             seen.append(event)
             if event.startswith(beginning):
-                return event
+                return seen
         raise AssertionError(f"no event '{beginning}'; there were {seen}")
 
     def wait_until_shown(self, title, part):
-        """Until the dialog has settled with a button that can be pressed, or with "rows: N"."""
+        """Until the dialog has settled with that button sensitive, or with "rows: N"."""
         while f"| {part} |" not in self.dialogs.get(title, ""):
             if self.next(30) is None:
                 raise AssertionError(f"'{title}' never showed '{part}'; it shows {self.dialogs}")

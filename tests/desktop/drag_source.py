@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""A window that files can be dragged from; it says on standard output how far a drag has come. drag_source.py FILE..."""
+"""A window that files can be dragged from; prints the progress of a drag. Usage: drag_source.py FILE..."""
 
 import pathlib
 import sys

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs a command on a display of its own: on_display.py COMMAND... Exit status: the command's; 77 without a display."""
+"""Runs a command on a virtual display: on_display.py COMMAND... Exit status: the command's; 77 without a display."""
 
 import subprocess
 import sys

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Takes the pictures of docs/images: the workbench and every dialog, at 100 % and 200 %, light and dark.
+"""Takes the screenshots of docs/images: the workbench and every dialog, at 100 % and 200 %, light and dark.
 
 usage: take_screenshots.py --build FOLDER --into FOLDER
 """
@@ -9,6 +9,7 @@ import os
 import shutil
 import subprocess
 import tempfile
+import time
 
 from display import Display, Windows
 
@@ -17,15 +18,16 @@ LOOKS = {"": {}, "-dark": {"GTK_THEME": "Adwaita:dark"}, "-200": {"GDK_SCALE": "
 MAIN = "XSLT Workbench"
 
 
-class Photographer:
-    """Walks through the windows as a person would, over the examples."""
+class ScreenshotWalk:
+    """Opens the windows one after the other, on the examples."""
 
     def __init__(self, display, options, look):
         self.display, self.options, self.look = display, options, look
         self.windows = None
 
     def shoot(self, name, title):
-        """The frame of the window manager belongs to the picture."""
+        """With the frame of the window manager."""
+        time.sleep(0.5)  # windows report what they show before they paint it
         path = os.path.join(self.options.into, f"{name}{self.look}.png")
         subprocess.run(["import", "-frame", "-window", self.display.find(title), path], env=self.display.environment(),
                        check=True)
@@ -93,7 +95,7 @@ class Photographer:
 
 
 def prepare(home):
-    """A person's home with the examples in it."""
+    """A home folder with the examples in it."""
     shutil.copytree(os.path.join(PROJECT, "examples"), os.path.join(home, "examples"))
     os.makedirs(os.path.join(home, "build", "demo"))
     os.symlink(os.path.join(PROJECT, "build", "processors"), os.path.join(home, "build", "processors"))
@@ -108,10 +110,10 @@ def main():
     options = parser.parse_args()
     os.makedirs(options.into, exist_ok=True)
     for look, change in LOOKS.items():
-        home = tempfile.mkdtemp(prefix="vlxslt-pictures-")
+        home = tempfile.mkdtemp(prefix="vlxslt-screenshots-")
         try:
             with Display(size="2800x2000" if "200" in look else "1400x1000") as display:
-                Photographer(display, options, look).visit(home, prepare(home) | change)
+                ScreenshotWalk(display, options, look).visit(home, prepare(home) | change)
         finally:
             shutil.rmtree(home, ignore_errors=True)
 

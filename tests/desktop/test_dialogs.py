@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The dialogs, worked with real keys.
+"""The dialogs, driven with real keys.
 
 usage: test_dialogs.py --build FOLDER [TEST...]
 """
@@ -18,7 +18,7 @@ class DialogTest(WindowTest):
 
     def open_parameters(self, windows):
         self.open_editor(windows)
-        # From the stylesheet on to the button behind the processor.
+        # From the stylesheet to the button behind the processor.
         self.press(windows, "Edit Transformation", "Parameters...", "alt+x")
         self.display.keys(*["Tab"] * 4, "space")
         self.reach(windows, "Stylesheet Parameters")
@@ -94,7 +94,7 @@ class DialogTest(WindowTest):
         self.display.keys("Home", "Down", "Up")
         windows.wait_until_shown("Manage Transformations", "Delete")
         self.display.keys(*["Tab"] * 3)
-        for key in ("Escape", "Return", "alt+y"):  # no is the default
+        for key in ("Escape", "Return", "alt+y"):  # No is the default
             self.assertEqual(self.names(), ["Beside"])
             self.display.keys("space")
             self.answer(windows, "Delete the selected transformation?", key)
@@ -107,7 +107,7 @@ class DialogTest(WindowTest):
         self.add_transformation("One", "--xsl", self.path("text.xsl"), "--suffix", "-out")
         windows = self.workbench("a.xml")
         self.open_parameters(windows)
-        windows.wait_until_shown("Stylesheet Parameters", "rows: 2")  # the stylesheet's own one, and the empty one
+        windows.wait_until_shown("Stylesheet Parameters", "rows: 2")  # the stylesheet's parameter and the empty row
         self.display.keys(*["Down"] * 5)
         self.display.type("width")
         windows.wait_until_shown("Stylesheet Parameters", "rows: 3")
@@ -135,7 +135,7 @@ class DialogTest(WindowTest):
         self.display.keys("alt+c")
         windows.wait("cancelling")
         windows.wait("idle")
-        # Something failed, so it stays until it is closed.
+        # An input failed, so the window stays open.
         self.display.find("XSLT Run")
         self.display.keys("alt+F4")
         self.assertEqual(windows.end(), 130)

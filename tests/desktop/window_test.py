@@ -1,5 +1,5 @@
-"""What the tests of the windows share: each drives a real program with real keys on a display of its own, waits for what
-it says that a person would notice, and looks at what comes of it in files."""
+"""The base of the window tests: each drives the real program with real keys on a virtual display, waits for its window
+events and checks the files that result."""
 
 import argparse
 import os
@@ -38,7 +38,7 @@ TEXT_XSL = """\
 </xsl:stylesheet>
 """
 
-# Every input takes long enough for a person to press a button meanwhile.
+# Takes long enough for keys to be pressed during each input.
 SLOW_XSL = """\
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
   <xsl:output method="text"/>
@@ -58,7 +58,7 @@ SLOW_XSL = """\
 </xsl:stylesheet>
 """
 
-# More than are done before a person has stopped the run, on a busy machine too.
+# More inputs than are done before the test cancels the run, also on a busy machine.
 SLOW_INPUTS = [f"in/{number}.xml" for number in range(1, 6)]
 
 
@@ -104,7 +104,7 @@ class WindowTest(unittest.TestCase):
         return windows
 
     def reach(self, windows, title):
-        """The window of that title, when the keys go there."""
+        """Waits until the window of that title has the focus."""
         windows.wait(f"active {title}")
         self.display.find(title)
 
@@ -113,20 +113,20 @@ class WindowTest(unittest.TestCase):
         self.reach(windows, title)
 
     def close_dialog(self, windows):
-        """The last one that is open."""
+        """Closes the only open dialog."""
         self.display.keys("Escape")
         windows.wait("idle")
         self.display.find("XSLT Workbench")
 
     def add_transformation(self, name, *more):
-        """In the application's catalogue, through the command line."""
+        """Adds to the application's catalogue with the command line."""
         status = os.spawnve(os.P_WAIT, os.path.join(BUILD, "bin", "vlxslt"),
                             ["vlxslt", "add", name, "--application", "DITA", "--yes", *more],
                             os.environ | {"VLXSLT_CONFIG": self.path("vlxslt.toml")})
         self.assertEqual(status, 0)
 
     def wait_for_file(self, name):
-        """What a program leaves that nobody can wait for."""
+        """For files of other programs, which write no window events."""
         deadline = time.monotonic() + 30
         while not os.path.exists(self.path(name)):
             self.assertLess(time.monotonic(), deadline, name + " did not appear")
@@ -138,7 +138,7 @@ class WindowTest(unittest.TestCase):
         self.display.keys(key)
 
     def insist(self, windows, key, event):
-        """Choosers swallow keys while they read a folder, and say nothing of it."""
+        """Repeats the key until the event comes: file choosers drop keys while they read a folder."""
         for _ in range(20):
             self.display.keys(key)
             try:
@@ -148,11 +148,11 @@ class WindowTest(unittest.TestCase):
         raise AssertionError(f"{key} never led to '{event}'")
 
     def choose_first(self, windows):
-        """The first transformation of the list, in the dialog that has just opened."""
+        """Chooses the first transformation in the dialog that has just opened."""
         self.press(windows, "Choose Transformation", "OK", "alt+o", "Home", "Down", "Up")
 
     def run_first(self, windows, *scope):
-        """The first transformation of the list on what the keys choose, in the dialog for an advanced run."""
+        """Runs the first transformation from the dialog for an advanced run, after the keys that choose the inputs."""
         self.display.keys(*scope, "alt+t", "Tab", "Tab", "space")
         self.reach(windows, "Choose Transformation")
         self.choose_first(windows)
@@ -160,7 +160,7 @@ class WindowTest(unittest.TestCase):
         self.press(windows, "Advanced Run", "Run", "alt+r")
 
     def press(self, windows, title, button, key, *keys_before):
-        """As soon as what was done before has made the button one that can be pressed."""
+        """Presses the key when the button is sensitive."""
         self.display.keys(*keys_before) if keys_before else None
         windows.wait_until_shown(title, button)
         self.display.keys(key)
@@ -187,8 +187,8 @@ class WindowTest(unittest.TestCase):
         self.display.find("XSLT Workbench")
 
 
-class PictureTaker(unittest.TextTestResult):
-    """Keeps what the screen showed when a test went wrong."""
+class ScreenshotTaker(unittest.TextTestResult):
+    """Keeps a screenshot of each failed test."""
 
     def addError(self, test, error):
         self.take(test)
@@ -201,11 +201,11 @@ class PictureTaker(unittest.TextTestResult):
     def take(self, test):
         folder = os.path.join(BUILD, "tests", "windows")
         os.makedirs(folder, exist_ok=True)
-        test.display.take_picture(os.path.join(folder, test.id().rpartition(".")[2] + ".png"))
+        test.display.take_screenshot(os.path.join(folder, test.id().rpartition(".")[2] + ".png"))
 
 
 def main():
-    """Runs the tests of the program that calls it. Exit status 77 without a display."""
+    """Runs the tests of the calling module. Exit status 77 without a display."""
     global BUILD
     parser = argparse.ArgumentParser()
     parser.add_argument("--build", required=True)
@@ -217,6 +217,6 @@ def main():
     except NotThere as missing:
         print(f"SKIPPED: {missing} is not installed")
         sys.exit(77)
-    runner = unittest.TextTestRunner(resultclass=PictureTaker, verbosity=2)
+    runner = unittest.TextTestRunner(resultclass=ScreenshotTaker, verbosity=2)
     result = unittest.main(argv=[sys.argv[0], *rest], exit=False, testRunner=runner).result
     sys.exit(0 if result.wasSuccessful() else 1)

@@ -66,8 +66,8 @@ TEST_F(CatalogueTest, ApplicationsAreThoseWithACatalogue) {
   EXPECT_EQ(catalogue::GetTransformationFile("DITA"), install + "dita/T.xml");
   EXPECT_EQ(catalogue::GetTransformationFile("Bare"), "");
   EXPECT_EQ(catalogue::GetTransformationFile("dita"), "");
-  // A quote ends the name for whoever reads the request, so the name that is asked for ends there too.
-  EXPECT_EQ(catalogue::GetTransformationFile("DITA\" and more"), install + "dita/T.xml");
+  EXPECT_EQ(catalogue::GetTransformationFile("DITA\" and more"), "");
+  EXPECT_EQ(host.requests.back().second, "XSLTGetTrScenarioFile  -appname 'DITA\" and more'");
   const size_t requestsBefore = host.requests.size();
   EXPECT_EQ(catalogue::GetTransformationFile(""), "");
   EXPECT_EQ(host.requests.size(), requestsBefore);
@@ -110,8 +110,8 @@ TEST_F(CatalogueTest, ApplicationsAreThoseWithACatalogue) {
   EXPECT_EQ(catalogue::GetTransformationNames("Bare"), std::nullopt);
   stored["Bare"] = "/no such file";
   EXPECT_EQ(catalogue::GetTransformationNames("Bare"), Strings());
-  EXPECT_EQ(catalogue::GetApplicationTransformation("DITA", "two")->xslPath, "two.xsl");
-  EXPECT_FALSE(catalogue::GetFileTransformation("dita/T.xml", "Two"));
+  EXPECT_EQ(catalogue::GetTransformation("", "DITA", "two")->xslPath, "two.xsl");
+  EXPECT_FALSE(catalogue::GetTransformation("dita/T.xml", "", "Two"));
 }
 
 TEST_F(CatalogueTest, TheDefaultCatalogueIsAskedForOnce) {

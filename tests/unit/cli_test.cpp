@@ -4,10 +4,8 @@
 #include "host/cli/retry.h"
 #include "host/cli/run_inputs.h"
 #include "host/cli/run_report.h"
-#include "host/cli/transformation_record.h"
+#include "kit/request_builder.h"
 #include "kit/text.h"
-#include "kit/values.h"
-#include "tests/unit/fake_host.h"
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
@@ -23,11 +21,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using cli::OutputPolicy;
-using cli::RecordOptions;
 using cli::RunInput;
 using cli::RunOptions;
-using cli::TransformationRecord;
 using Strings = std::vector<std::string>;
 
 class Inputs : public testing::Test {
@@ -123,80 +118,6 @@ TEST_F(Inputs, OfAMapBringTheirComponents) {
   folder.Write("m/bad.ditamap", "<map><topicref href='t.dita'/>");
   EXPECT_EQ(Find({.inputs = {"m/bad.ditamap"}, .takesComponents = true}).size(), 2U);
   EXPECT_EQ(warnings.size(), 1U);
-}
-
-TEST(Records, OptionsChangeWhatTheyNameAndNothingElse) {
-  TransformationRecord original;
-  original.name = "T";
-  original.stylesheet = "s.xsl";
-  original.processor = "Saxon";
-  original.parameters = {"a", "1", "b", "2"};
-  original.output = OutputPolicy::Folder;
-  original.folder = "out";
-  std::string error;
-  const auto change = [&](const RecordOptions &options) {
-    TransformationRecord record = original;
-    error.clear();
-    const bool isDone = cli::ApplyOptions(record, options, error);
-    EXPECT_EQ(isDone, error.empty());
-    return record;
-  };
-  const TransformationRecord same = change({});
-  EXPECT_EQ(same.parameters, original.parameters);
-  EXPECT_EQ(cli::DescribeOutput(same), "folder out");
-  EXPECT_EQ(change({.newName = "U"}).name, "U");
-  EXPECT_TRUE(change({.usesInstruction = true}).usesInstruction);
-  EXPECT_EQ(change({.usesInstruction = true}).stylesheet, "");
-  EXPECT_EQ(change({.parameters = {"b=x=y", "c="}}).parameters, (Strings{"a", "1", "b", "x=y", "c", ""}));
-  EXPECT_EQ(change({.parameters = {"a=9"}, .droppedParameters = {"a"}}).parameters, (Strings{"b", "2", "a", "9"}));
-  EXPECT_EQ(cli::DescribeOutput(change({.suffix = "_x"})), "beside the input, suffix _x");
-  EXPECT_EQ(cli::DescribeOutput(change({.suffix = ""})), "replaces the input");
-  EXPECT_EQ(cli::DescribeOutput(change({.output = "donotsave"})), "not saved");
-  EXPECT_EQ(cli::DescribeOutput(change({.output = "prompt", .suffix = "_x"})), "asks") << "the word outweighs the rest";
-  EXPECT_EQ(change({.openOutput = "default"}).openOutput, 2);
-  for (const RecordOptions &wrong : {RecordOptions{.parameters = {"novalue"}}, RecordOptions{.parameters = {"=x"}},
-                                     RecordOptions{.droppedParameters = {"c"}}, RecordOptions{.output = "DirPath"},
-                                     RecordOptions{.openOutput = "1"}}) {
-    (void)change(wrong);
-    EXPECT_NE(error, "");
-  }
-}
-
-TEST(Records, AreReadFromRepliesHoweverShort) {
-  FakeHost host;
-  kit::TypedValues reply;
-  kit::TypedValues whole;
-  whole.AddString("T");
-  kit::TypedValues input;
-  input.AddInteger(1);
-  input.AddString("kept.xsl");
-  whole.AddValues(std::move(input));
-  whole.AddString("P");
-  whole.AddStrings({"n", "v"});
-  kit::TypedValues output;
-  output.AddInteger(3);
-  output.AddString("");
-  output.AddString("_s");
-  output.AddInteger(1);
-  whole.AddValues(std::move(output));
-  reply.AddValues(std::move(whole));
-  reply.AddString("no record");
-  kit::TypedValues cut;
-  cut.AddString("short");
-  cut.AddString("where a list should be");
-  reply.AddValues(std::move(cut));
-  reply.AddValues(kit::TypedValues());
-  const std::vector<TransformationRecord> records = cli::ReadRecords(reply.Get());
-  ASSERT_EQ(records.size(), 3U);
-  EXPECT_TRUE(records[0].usesInstruction);
-  EXPECT_EQ(records[0].stylesheet, "kept.xsl");
-  EXPECT_EQ(records[0].parameters, (Strings{"n", "v"}));
-  EXPECT_EQ(records[0].output, OutputPolicy::SameLocation);
-  EXPECT_EQ(records[0].suffix, "_s");
-  EXPECT_EQ(records[0].openOutput, 1);
-  EXPECT_EQ(records[1].name, "short");
-  EXPECT_EQ(records[1].processor, "");
-  EXPECT_EQ(records[2].name, "");
 }
 
 // ---- Retries

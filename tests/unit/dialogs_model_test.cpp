@@ -215,13 +215,12 @@ TEST(DialogModel, HandlesLeadOnlyToWhatIsThere) {
 
 TEST(GridModel, KeepsRowsCellsAndOneSelection) {
   host::GridModel grid("Parameters", "<no value>");
-  EXPECT_EQ(grid.AddRow({{"Name", "Expression"}, {"depth", ""}, false}), 0);
-  EXPECT_EQ(grid.AddRow({{"Name", "Expression"}, {}, true}), 1);
+  EXPECT_EQ(grid.AddRow({{"Name", "Expression"}, {"depth", ""}}), 0);
+  EXPECT_EQ(grid.AddRow({{"Name", "Expression"}, {}}), 1);
   EXPECT_EQ(grid.Shown(0, 0), "depth");
   EXPECT_EQ(grid.Shown(0, 1), "<no value>");
   EXPECT_EQ(grid.Shown(0, 2), "");
   EXPECT_EQ(grid.Shown(-1, 0), "");
-  EXPECT_EQ(grid.EditCell(0, 0, "x"), ActionResult::ReadOnly);
   EXPECT_EQ(grid.EditCell(2, 0, "x"), ActionResult::BadValue);
   EXPECT_EQ(grid.EditCell(1, 1, "<no value>"), ActionResult::Done);
   EXPECT_EQ(grid.Rows()[1].values[1], "");

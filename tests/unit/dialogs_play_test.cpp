@@ -123,8 +123,8 @@ private:
     table.makeGrid = [](void *, V_ObjectT dialog, int32_t item, int32_t frame, const char *header, const char *none) {
       return current->models.MakeGrid(dialog, item, frame, host::GridModel(header, none));
     };
-    table.gridAddRow = [](void *, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values, int32_t) {
-      return current->models.FindGrid(grid)->AddRow({kit::ReadStrings(*titles), kit::ReadStrings(*values), true});
+    table.gridAddRow = [](void *, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values) {
+      return current->models.FindGrid(grid)->AddRow({kit::ReadStrings(*titles), kit::ReadStrings(*values)});
     };
     table.gridRowCount = [](void *, V_ObjectT grid) {
       return static_cast<int32_t>(current->models.FindGrid(grid)->Rows().size());

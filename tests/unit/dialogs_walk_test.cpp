@@ -1,6 +1,7 @@
 // Ten thousand things that a person might do in each dialog, at random but repeatable. After every one the rules of
 // what is sensitive, visible and on are checked against what the items show; what a person could not do must be
 // refused. The whole client is there but the Java processors.
+#include "host/dialogs/dialog_model.h"
 #include "host/session.h"
 #include "kit/paths.h"
 #include "tests/unit/host_fixture.h"

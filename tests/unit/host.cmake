@@ -12,6 +12,10 @@ vlxslt_add_unit_test(host_test SOURCES desktop_support_test.cpp host_catalogs_te
                                        host_components_test.cpp host_configuration_edit_test.cpp
                                        host_configuration_test.cpp host_xml_test.cpp
                      LIBRARIES vlxslt_host)
+# The parts of the desktop's library that need no window.
+target_sources(host_test PRIVATE ${CMAKE_SOURCE_DIR}/host/desktop/log_lines.cpp
+                                 ${CMAKE_SOURCE_DIR}/host/desktop/result_text.cpp
+                                 ${CMAKE_SOURCE_DIR}/host/desktop/run_summary.cpp)
 target_compile_definitions(host_test PRIVATE VLXSLT_STUB_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/stub_clients"
                                              VLXSLT_HALF_CLIENTS="${CMAKE_CURRENT_BINARY_DIR}/half_clients")
 add_dependencies(host_test vlxslt_stub_client vlxslt_half_client)
@@ -23,7 +27,7 @@ add_dependencies(many_requests_test XSLT)
 
 # The program is no library: what works out a command line is compiled in.
 vlxslt_add_unit_test(cli_test SOURCES cli_test.cpp LIBRARIES vlxslt_host nlohmann_json::nlohmann_json)
-set(cli_sources dry_run printing request_commands retry run_inputs run_report transformation_record)
+set(cli_sources dry_run printing request_commands retry run_inputs run_report)
 list(TRANSFORM cli_sources REPLACE "(.+)" "${CMAKE_SOURCE_DIR}/host/cli/\\1.cpp")
 target_sources(cli_test PRIVATE ${cli_sources})
 target_compile_definitions(cli_test PRIVATE VLXSLT_VERSION="${PROJECT_VERSION}")

@@ -21,6 +21,22 @@ TEST_F(Clients, AreLoadedAtTheFirstRequestAndShutDownAtTheEnd) {
   EXPECT_EQ(front.console, (Names{"initialised", "shut down"}));
 }
 
+TEST_F(Clients, BelongToOneSessionAfterTheOther) {
+  Open(VLXSLT_STUB_CLIENTS);
+  EXPECT_EQ(session->Send("XSLT", "nest a").values.String(0), "a()");
+  session.reset();
+  front.console.clear();
+  V_ApiWriteConsole("too late");
+  EXPECT_EQ(V_ApiGetString(V_SESSION, V_SP_PRODUCT_NAME), nullptr);
+
+  test::SilentFront second;
+  host::Session next(configuration, {VLXSLT_STUB_CLIENTS, "/none/"}, second);
+  EXPECT_EQ(next.Send("XSLT", "nest bc").values.String(0), "bc(c())");
+  EXPECT_EQ(next.Record().requests.size(), 3U);
+  EXPECT_EQ(second.console, Names{"initialised"});
+  EXPECT_EQ(front.console, Names());
+}
+
 TEST_F(Clients, ThatAreDamagedAreNamed) {
   std::string error = Open(folder.Path("")).Send("XSLT", "x").error;
   EXPECT_EQ(error, "the client " + folder.Path("XSLT.so") +

@@ -75,6 +75,21 @@ TEST(Paths, UrlAndBackIsTheSamePath) {
   }
 }
 
+TEST(Paths, SchemesOfUrls) {
+  const struct {
+    std::string_view text, scheme;
+    bool isUrl;
+  } cases[] = {
+      {"http://h/x", "http", true},    {"FILE:a", "FILE", true}, {"svn+ssh://h", "svn+ssh", true},
+      {"mailto:a@b", "mailto", false}, {"c:/x", "", false},      {"/a:b", "", false},
+      {"a b://c", "", false},          {"", "", false},          {"plain", "", false},
+  };
+  for (const auto &each : cases) {
+    EXPECT_EQ(kit::UrlScheme(each.text), each.scheme) << each.text;
+    EXPECT_EQ(kit::IsUrl(each.text), each.isUrl) << each.text;
+  }
+}
+
 TEST(Paths, NamesAndExtensions) {
   const struct {
     std::string_view path, folder, base, extension;

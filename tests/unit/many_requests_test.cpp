@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
 #include <malloc.h>
 
 #include <string>
@@ -42,6 +43,8 @@ TEST(ManyRequests, GiveBackWhatTheyTook) {
       "XSLTRunTrScenario -file \"" + input + "\" -xslfilepath s.xsl",
       "XSLTRunTrScenario -currentfilewithchildren -trname T" + file,
       "XSLTRunTrScenario -file \"" + input + "\" -outputfilepath o -trname T" + file + " -sparam a b",
+      "VlxsltListTransformations" + file,
+      "VlxsltEditTransformation" + file + " -trname T -output nowhere",
       "VlxsltStylesheetParams -xslfilepath \"" + input + "\"",
       "XSLTChooseXSLDlg ",
       "XSLTChooseTranDlg ",
@@ -58,6 +61,31 @@ TEST(ManyRequests, GiveBackWhatTheyTook) {
   const size_t after = mallinfo2().uordblks;
   // The host itself keeps what was asked and shown, some hundred bytes a request.
   EXPECT_LT(after, before + (size_t{1} << 20)) << "grew by " << after - before;
+}
+
+// The library stays in memory; what it says after its session ended must reach nobody.
+TEST(ManyRequests, OfAnEndedSessionAreNotHeard) {
+  const host::Configuration configuration;
+  test::SilentFront first;
+  test::SilentFront second;
+  const std::string broken = "VlxsltEditTransformation -trname T -trfile /none.xml";
+  const auto serve = [&](test::SilentFront &front) {
+    host::Session session(configuration, {VLXSLT_CLIENTS, VLXSLT_SHARE "/"}, front);
+    EXPECT_EQ(session.Send("XSLT", broken).values.Integer(0), 0);
+    EXPECT_FALSE(front.console.empty());
+    front.console.clear();
+  };
+  serve(first);
+  void *library = dlopen(VLXSLT_CLIENTS "/XSLT.so", RTLD_NOW | RTLD_NOLOAD);
+  ASSERT_NE(library, nullptr);
+  const auto notify = reinterpret_cast<decltype(&V_ClientNotify)>(dlsym(library, "V_ClientNotify"));
+  ASSERT_NE(notify, nullptr);
+  notify(V_NOTIFY_CALL_CLIENT, V_SESSION, broken.c_str(), 0);
+  serve(second);
+  notify(V_NOTIFY_CALL_CLIENT, V_SESSION, broken.c_str(), 0);
+  EXPECT_TRUE(first.console.empty());
+  EXPECT_TRUE(second.console.empty());
+  dlclose(library);
 }
 
 } // namespace

@@ -9,7 +9,7 @@ import java.nio.charset.StandardCharsets;
  * no internal subset, which may change anything in the external one. What the scan cannot read counts as "no".
  */
 final class DoctypeScan {
-  private static final int LIMIT = 1 << 14;
+  private static final int MAX_LENGTH = 1 << 14;
   private final String text;
   private int at;
 
@@ -21,8 +21,8 @@ final class DoctypeScan {
   static boolean hasPlainDoctype(InputStream stream) throws IOException {
     if (stream == null || !stream.markSupported())
       return false;
-    stream.mark(LIMIT);
-    byte[] start = stream.readNBytes(LIMIT);
+    stream.mark(MAX_LENGTH);
+    byte[] start = stream.readNBytes(MAX_LENGTH);
     stream.reset();
     // Markup is ASCII in every encoding that matters here; UTF-16 shows as text without a "<!DOCTYPE".
     return new DoctypeScan(new String(start, StandardCharsets.ISO_8859_1)).isPlain();

@@ -2,7 +2,6 @@ package vlxslt;
 
 import java.io.IOException;
 import java.util.Set;
-import java.util.function.Consumer;
 import org.xml.sax.ContentHandler;
 import org.xml.sax.DTDHandler;
 import org.xml.sax.EntityResolver;
@@ -13,8 +12,8 @@ import org.xml.sax.SAXNotRecognizedException;
 import org.xml.sax.XMLReader;
 
 /**
- * The XMLReader that processors get. It takes their handlers for content, and keeps its own for entities and errors:
- * those are settled for the whole run.
+ * The XMLReader that processors get. It takes their handlers for content, and keeps its own for entities, and for errors
+ * in all but data: those are settled for the whole job.
  */
 final class DocumentReader implements XMLReader {
   private static final String FEATURES = "http://xml.org/sax/features/";
@@ -29,21 +28,20 @@ final class DocumentReader implements XMLReader {
       Set.of(PROPERTIES + "lexical-handler", PROPERTIES + "declaration-handler");
 
   private final Documents documents;
-  private final Diagnostics diagnostics;
-  private final Consumer<String> onRead;
+  private final FilesRead files;
+  private final Documents.Purpose purpose;
   private final ParserSettings settings = new ParserSettings();
-  private ErrorHandler errors;
   private EntityResolver entities;
 
-  DocumentReader(Documents documents, Diagnostics diagnostics, Consumer<String> onRead) {
+  DocumentReader(Documents documents, FilesRead files, Documents.Purpose purpose) {
     this.documents = documents;
-    this.diagnostics = diagnostics;
-    this.onRead = onRead;
+    this.files = files;
+    this.purpose = purpose;
   }
 
   @Override
   public void parse(InputSource input) throws IOException, SAXException {
-    documents.read(input, diagnostics, onRead, settings);
+    documents.read(input, settings, files, purpose);
   }
 
   @Override
@@ -105,12 +103,12 @@ final class DocumentReader implements XMLReader {
 
   @Override
   public void setErrorHandler(ErrorHandler handler) {
-    errors = handler;
+    settings.errors = handler;
   }
 
   @Override
   public ErrorHandler getErrorHandler() {
-    return errors;
+    return settings.errors;
   }
 
   @Override

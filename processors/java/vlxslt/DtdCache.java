@@ -1,36 +1,37 @@
 package vlxslt;
 
-import java.util.ArrayList;
-import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.concurrent.ConcurrentHashMap;
+import org.apache.xerces.impl.dtd.DTDGrammar;
 
 /**
  * Grammars of external DTD subsets, so that a run over many topics reads each document type once. A grammar is used
- * again while every file that it was read from is unchanged and the host still resolves to the same files.
+ * again while every file that it was read from is unchanged and the host still resolves to the same files. Shared by
+ * all jobs.
  */
 final class DtdCache {
   /** One entity that was read for the DTD, and where it came from. */
   record Module(String name, String publicId, String baseUri, String systemId, String address, FileStamp stamp) {}
 
   static final class Entry {
-    final Object grammar;
-    private final List<Module> modules;
-    private int generation;
+    final DTDGrammar grammar;
+    final List<Module> modules;
+    private volatile int generation;
 
-    Entry(Object grammar, List<Module> modules, int generation) {
+    Entry(DTDGrammar grammar, List<Module> modules, int generation) {
       this.grammar = grammar;
       this.modules = modules;
       this.generation = generation;
     }
   }
 
-  private final Map<String, Entry> entries = new HashMap<>();
-  private int generation;
+  private final Map<String, Entry> entries = new ConcurrentHashMap<>();
+  private volatile int generation;
 
   /** A new run begins: the host's catalogs may have changed since the last one. */
-  void startRun() {
-    generation++;
+  void startRun(int run) {
+    generation = run;
   }
 
   void clear() {
@@ -40,24 +41,24 @@ final class DtdCache {
   Entry find(String publicId, String address, EntityResolution resolution) {
     String key = key(publicId, address);
     Entry entry = entries.get(key);
-    if (entry != null && !isCurrent(entry, resolution)) {
-      entries.remove(key);
-      return null;
-    }
-    return entry;
+    if (entry == null || isCurrent(entry, resolution))
+      return entry;
+    entries.remove(key, entry);
+    return null;
   }
 
-  void keep(String publicId, String address, Object grammar, List<Module> modules) {
+  void keep(String publicId, String address, DTDGrammar grammar, List<Module> modules) {
     if (modules.stream().allMatch(module -> module.stamp() != null))
-      entries.put(key(publicId, address), new Entry(grammar, new ArrayList<>(modules), generation));
+      entries.put(key(publicId, address), new Entry(grammar, List.copyOf(modules), generation));
   }
 
   private boolean isCurrent(Entry entry, EntityResolution resolution) {
     if (!entry.modules.stream().allMatch(module -> module.stamp().isCurrent()))
       return false;
-    if (entry.generation == generation)
+    int run = generation;
+    if (entry.generation == run)
       return true;
-    entry.generation = generation;
+    entry.generation = run;
     return entry.modules.stream().allMatch(module -> module.address().equals(
         resolution.resolve(module.name(), module.publicId(), module.baseUri(), module.systemId())));
   }

@@ -3,13 +3,12 @@ package vlxslt;
 import java.io.IOException;
 import java.io.InputStream;
 import java.nio.file.Files;
-import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
 import org.xml.sax.InputSource;
 
 /** Finds what documents refer to: the host is asked first, then the address itself is taken. */
 final class EntityResolution {
-  /** Says itself why something cannot be read; processors wrap it in words that do not. */
+  /** Its text says why something cannot be read; that of the processor's wrapper often does not. */
   static final class ReadFailure extends IOException {
     private static final long serialVersionUID = 1;
 
@@ -48,8 +47,8 @@ final class EntityResolution {
     if (Files.isDirectory(file))
       throw new ReadFailure(file + " is a folder.");
     if (!Files.exists(file))
-      throw new NoSuchFileException(file.toString());
-    // To open a pipe is to wait for whoever writes into it, perhaps for ever.
+      throw new ReadFailure("The file does not exist: " + file);
+    // To open a pipe would block until something writes into it.
     if (!Files.isRegularFile(file))
       throw new ReadFailure(file + " is a pipe or a device, not a file.");
     return new java.io.BufferedInputStream(Files.newInputStream(file), 1 << 16);

@@ -1,15 +1,18 @@
 package vlxslt;
 
-/** The handler on the other side of JNI. Each call returns when the host's thread has carried it out. */
+/** The handler behind JNI. Each call returns when the host's thread has carried it out. */
 final class NativeHandler implements IVLXSLTJavaHandler {
   @Override
-  public native void FatalError(String message, String publicId, String systemId, int lineNumber, int columnNumber);
+  public native void FatalError(String message, String publicId, String systemId, int lineNumber, int columnNumber,
+      String code);
 
   @Override
-  public native void Error(String message, String publicId, String systemId, int lineNumber, int columnNumber);
+  public native void Error(String message, String publicId, String systemId, int lineNumber, int columnNumber,
+      String code);
 
   @Override
-  public native void Warning(String message, String publicId, String systemId, int lineNumber, int columnNumber);
+  public native void Warning(String message, String publicId, String systemId, int lineNumber, int columnNumber,
+      String code);
 
   @Override
   public native void Message(String message);
@@ -23,7 +26,10 @@ final class NativeHandler implements IVLXSLTJavaHandler {
   @Override
   public native void EndDocument();
 
-  // Nobody listens to these, so they stay on this side of the border.
+  @Override
+  public native void JobDone(String[] secondaryOutputs, String[] filesRead);
+
+  // The host has no use for the others, so they do not cross to it.
 
   @Override
   public void StartEntity(String name) {}

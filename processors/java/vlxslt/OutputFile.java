@@ -18,15 +18,18 @@ import java.util.concurrent.atomic.AtomicInteger;
  * A target that is a link keeps being one, an existing file keeps its owner and permissions.
  */
 final class OutputFile extends OutputStream {
+  private static final int MAX_LINKS = 40;
   private static final AtomicInteger counter = new AtomicInteger();
 
-  private final Path target;
+  private final Path named;
+  private final Path target; // what it leads to, when it is a link
   private final Path written;
   private final boolean renames;
   private OutputStream stream;
   private IOException failure;
 
   OutputFile(Path target) throws IOException {
+    named = target;
     this.target = followLinks(target);
     if (Files.isDirectory(this.target))
       throw new IOException("The output is a folder: " + target);
@@ -112,9 +115,9 @@ final class OutputFile extends OutputStream {
         && Files.readString(written, StandardCharsets.ISO_8859_1).matches("(<\\?xml[^?]*\\?>)?\\s*");
   }
 
-  @Override
-  public String toString() {
-    return target.toString();
+  /** As it was asked for. */
+  Path path() {
+    return named;
   }
 
   private OutputStream open() throws IOException {
@@ -123,12 +126,20 @@ final class OutputFile extends OutputStream {
     return stream;
   }
 
-  /** Says itself what went wrong; processors wrap it in words that do not. */
+  /** Its text says what went wrong; that of the processor's wrapper often does not. */
   static final class WriteFailure extends IOException {
     private static final long serialVersionUID = 1;
 
-    WriteFailure(String message, IOException cause) {
+    private final String file;
+
+    WriteFailure(String file, String message, IOException cause) {
       super(message, cause);
+      this.file = file;
+    }
+
+    /** Its path; null when it is none. */
+    String file() {
+      return file;
     }
   }
 
@@ -142,7 +153,7 @@ final class OutputFile extends OutputStream {
       write.run();
     } catch (IOException e) {
       if (failure == null)
-        failure = new WriteFailure("Cannot write " + target + ": " + e.getMessage(), e);
+        failure = new WriteFailure(named.toString(), "Cannot write " + target + ": " + e.getMessage(), e);
       throw failure;
     }
   }
@@ -166,7 +177,7 @@ final class OutputFile extends OutputStream {
   private static Path followLinks(Path path) throws IOException {
     Path at = path.toAbsolutePath();
     for (int links = 0; Files.isSymbolicLink(at); links++) {
-      if (links == 40)
+      if (links == MAX_LINKS)
         throw new IOException("Too many links: " + path);
       at = at.resolveSibling(Files.readSymbolicLink(at));
     }

@@ -2,6 +2,7 @@ package vlxslt;
 
 import java.io.IOException;
 import java.io.OutputStream;
+import java.net.URI;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
@@ -36,12 +37,19 @@ final class Outputs implements AutoCloseable {
         throw new IOException("another result of the same transformation goes there");
       return output;
     } catch (IOException e) {
-      return refuse(new OutputFile.WriteFailure("Cannot write " + file + ": " + Diagnostics.textOf(e), e));
+      return refuse(new OutputFile.WriteFailure(
+          file.toString(), "Cannot write " + file + ": " + Failures.textOf(e), e));
     }
   }
 
-  /** Stands in for a result that cannot be; the commit fails with the same words. */
-  OutputStream refuse(OutputFile.WriteFailure why) {
+  /** A result that has no place in a file. */
+  OutputStream refuse(URI address) {
+    return refuse(
+        new OutputFile.WriteFailure(null, "A result can only be written to a file, not to " + address, null));
+  }
+
+  // Stands in for a result that cannot be; the commit fails with the same words.
+  private OutputStream refuse(OutputFile.WriteFailure why) {
     refusal = why;
     return new OutputStream() {
       @Override
@@ -51,7 +59,8 @@ final class Outputs implements AutoCloseable {
     };
   }
 
-  void commit() throws IOException {
+  /** Puts all results in place and returns the paths of the secondary ones, in the order of writing. */
+  List<String> commit() throws IOException {
     if (refusal != null)
       throw refusal;
     // All are closed before the first takes its place: a full disk shows here at the latest.
@@ -60,12 +69,14 @@ final class Outputs implements AutoCloseable {
     // A stylesheet that names its principal result itself leaves nothing but a declaration in the unnamed one.
     if (others().anyMatch(principal::hasTargetOf)) {
       if (!principal.isBlank())
-        throw new OutputFile.WriteFailure("Two results of the transformation go to the same file: " + principal, null);
+        throw new OutputFile.WriteFailure(principal.path().toString(),
+            "Two results of the transformation go to the same file: " + principal.path(), null);
       principal.discard();
       files.remove(principal);
     }
     for (OutputFile file : files)
       file.commit();
+    return others().filter(file -> !file.hasTargetOf(principal)).map(file -> file.path().toString()).toList();
   }
 
   @Override

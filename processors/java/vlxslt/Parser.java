@@ -1,82 +1,66 @@
 package vlxslt;
 
 import java.io.IOException;
-import java.lang.reflect.InvocationHandler;
-import java.lang.reflect.Method;
-import java.lang.reflect.Proxy;
 import java.util.ArrayList;
 import java.util.List;
-import javax.xml.parsers.ParserConfigurationException;
-import javax.xml.parsers.SAXParserFactory;
-import org.xml.sax.DTDHandler;
+import org.apache.xerces.impl.XMLEntityManager;
+import org.apache.xerces.impl.dtd.DTDGrammar;
+import org.apache.xerces.parsers.SAXParser;
+import org.apache.xerces.util.SecurityManager;
+import org.apache.xerces.util.SymbolTable;
+import org.apache.xerces.xni.XNIException;
+import org.apache.xerces.xni.grammars.Grammar;
+import org.apache.xerces.xni.grammars.XMLGrammarDescription;
+import org.apache.xerces.xni.grammars.XMLGrammarPool;
 import org.xml.sax.InputSource;
 import org.xml.sax.SAXException;
 import org.xml.sax.XMLReader;
 import org.xml.sax.ext.EntityResolver2;
 
 /**
- * One SAX parser with the entity resolution and, where it is the parser that comes with the program, the DTD cache.
- * Serves one document at a time and is used again for the next.
+ * One SAX parser with the entity resolution and the DTD cache. Serves one document at a time and is used again for the
+ * next.
  *
- * The parser's own grammar pool forgets the entities of a pooled DTD, and drops references to them without a word; so
- * they are declared anew from the grammar for every document.
+ * The parser's own grammar pool forgets the entities of a pooled DTD and silently drops references to them; so they are
+ * declared again from the grammar for every document.
  */
-final class Parser implements EntityResolver2, InvocationHandler {
-  private static final String INTERNAL = "http://apache.org/xml/properties/internal/";
+final class Parser implements EntityResolver2, XMLGrammarPool {
+  private static final String PROPERTIES = "http://apache.org/xml/properties/";
 
-  final XMLReader reader;
+  private final SAXParser parser;
+  private final XMLEntityManager entities;
   private final DtdCache cache;
-  private final DtdGrammar grammars;
-  private EntityResolution resolution;
 
   // The document under way.
+  private EntityResolution resolution;
+  private FilesRead files;
   private boolean mayUseCache;
   private String dtdPublicId;
   private String dtdAddress; // of the external subset, once asked for
-  private List<DtdCache.Module> modules = new ArrayList<>();
-  private List<String> addresses = new ArrayList<>();
+  private List<DtdCache.Module> modules;
 
-  Parser(DtdCache cache, Object symbols) throws SAXException {
+  /** `symbols` are shared by all parsers of one cache, since a grammar holds its names by identity. */
+  Parser(DtdCache cache, SymbolTable symbols) throws SAXException {
     this.cache = cache;
-    XMLReader bundled = null;
-    DtdGrammar access = null;
-    if (symbols != null) {
-      try {
-        bundled = (XMLReader) Class.forName("org.apache.xerces.parsers.SAXParser").getDeclaredConstructor().newInstance();
-        bundled.setProperty(INTERNAL + "symbol-table", symbols);
-        access = new DtdGrammar();
-        bundled.setProperty(INTERNAL + "grammar-pool",
-            Proxy.newProxyInstance(Parser.class.getClassLoader(), new Class<?>[] {access.poolInterface()}, this));
-        bundled.setProperty("http://apache.org/xml/properties/security-manager",
-            Class.forName("org.apache.xerces.util.SecurityManager").getDeclaredConstructor().newInstance());
-      } catch (ReflectiveOperationException | LinkageError | SAXException e) {
-        bundled = null;
-      }
-    }
-    reader = bundled != null ? bundled : builtInReader();
-    grammars = bundled != null ? access : null;
-    reader.setEntityResolver(this);
+    parser = new SAXParser(symbols, this);
+    parser.setProperty(PROPERTIES + "security-manager", new SecurityManager());
+    parser.setEntityResolver(this);
+    entities = (XMLEntityManager) parser.getProperty(PROPERTIES + "internal/entity-manager");
   }
 
-  /** A symbol table that all parsers share, since a grammar holds its names by identity; null without that parser. */
-  static Object newSymbols() {
-    try {
-      return Class.forName("org.apache.xerces.util.SynchronizedSymbolTable").getDeclaredConstructor().newInstance();
-    } catch (ReflectiveOperationException | LinkageError e) {
-      return null;
-    }
+  XMLReader reader() {
+    return parser;
   }
 
-  /** Reads one document; `source` has been opened. Returns the addresses of all that was read for it. */
-  List<String> parse(InputSource source, EntityResolution entityResolution) throws IOException, SAXException {
+  /** Reads one document; `source` has been opened. What is read for it joins `filesRead`. */
+  void parse(InputSource source, EntityResolution entityResolution, FilesRead filesRead)
+      throws IOException, SAXException {
     resolution = entityResolution;
-    mayUseCache = grammars != null && DoctypeScan.hasPlainDoctype(source.getByteStream());
+    files = filesRead;
+    mayUseCache = DoctypeScan.hasPlainDoctype(source.getByteStream());
     dtdAddress = null;
     modules = new ArrayList<>();
-    addresses = new ArrayList<>();
-    addresses.add(source.getSystemId());
-    reader.parse(source);
-    return addresses;
+    parser.parse(source);
   }
 
   @Override
@@ -99,54 +83,55 @@ final class Parser implements EntityResolver2, InvocationHandler {
       address = resolution.resolve(name, publicId, baseUri, systemId);
     if (address == null)
       return null;
-    modules.add(new DtdCache.Module(name, publicId, baseUri, systemId, address, FileStamp.of(address)));
-    addresses.add(address);
+    FileStamp stamp = FileStamp.of(address);
+    modules.add(new DtdCache.Module(name, publicId, baseUri, systemId, address, stamp));
     try {
-      return EntityResolution.open(address, publicId);
+      InputSource opened = EntityResolution.open(address, publicId);
+      files.add(address, stamp);
+      return opened;
     } catch (IOException e) {
-      throw grammars == null ? new SAXException(e) : grammars.locate(reader.getProperty(INTERNAL + "entity-manager"), e);
+      throw DtdGrammar.locate(entities, e);
     }
   }
 
-  /** The parser's questions to its grammar pool. */
   @Override
-  public Object invoke(Object proxy, Method method, Object[] arguments) throws Throwable {
-    return switch (method.getName()) {
-      case "retrieveGrammar" -> mayUseCache ? findGrammar(arguments[0]) : null;
-      case "cacheGrammars" -> {
-        Object[] finished = (Object[]) arguments[1];
-        if (mayUseCache && dtdAddress != null && finished.length == 1)
-          cache.keep(dtdPublicId, dtdAddress, finished[0], modules);
-        yield null;
-      }
-      case "hashCode" -> System.identityHashCode(proxy);
-      case "equals" -> proxy == arguments[0];
-      case "toString" -> "DTD cache";
-      default -> null;
-    };
-  }
-
-  private Object findGrammar(Object description) throws Exception {
-    dtdPublicId = grammars.publicId(description);
-    String systemId = grammars.systemId(description);
+  public Grammar retrieveGrammar(XMLGrammarDescription description) {
+    if (!mayUseCache)
+      return null;
+    dtdPublicId = description.getPublicId();
+    String systemId = description.getLiteralSystemId();
     if (systemId == null)
       return null;
-    dtdAddress = resolution.resolve("[dtd]", dtdPublicId, grammars.baseUri(description), systemId);
+    dtdAddress = resolution.resolve("[dtd]", dtdPublicId, description.getBaseSystemId(), systemId);
     DtdCache.Entry entry = cache.find(dtdPublicId, dtdAddress, resolution);
     if (entry == null)
       return null;
-    DTDHandler handler = reader.getDTDHandler();
-    grammars.declareEntities(entry.grammar, reader.getProperty(INTERNAL + "entity-manager"), handler);
+    try {
+      DtdGrammar.declareEntities(entry.grammar, entities, parser.getDTDHandler());
+    } catch (IOException | SAXException e) {
+      throw new XNIException(e);
+    }
+    entry.modules.forEach(module -> files.add(module.address(), module.stamp()));
     return entry.grammar;
   }
 
-  private static XMLReader builtInReader() throws SAXException {
-    try {
-      SAXParserFactory factory = SAXParserFactory.newDefaultInstance();
-      factory.setNamespaceAware(true);
-      return factory.newSAXParser().getXMLReader();
-    } catch (ParserConfigurationException e) {
-      throw new SAXException(e);
-    }
+  @Override
+  public void cacheGrammars(String type, Grammar[] grammars) {
+    if (mayUseCache && dtdAddress != null && grammars.length == 1 && grammars[0] instanceof DTDGrammar grammar)
+      cache.keep(dtdPublicId, dtdAddress, grammar, modules);
   }
+
+  @Override
+  public Grammar[] retrieveInitialGrammarSet(String type) {
+    return null;
+  }
+
+  @Override
+  public void lockPool() {}
+
+  @Override
+  public void unlockPool() {}
+
+  @Override
+  public void clear() {}
 }

@@ -5,10 +5,12 @@ import java.util.LinkedHashMap;
 import java.util.Map;
 import org.xml.sax.ContentHandler;
 import org.xml.sax.DTDHandler;
+import org.xml.sax.ErrorHandler;
 import org.xml.sax.Locator;
 import org.xml.sax.SAXException;
 import org.xml.sax.SAXParseException;
 import org.xml.sax.XMLReader;
+import org.xml.sax.helpers.DefaultHandler;
 import org.xml.sax.helpers.XMLFilterImpl;
 
 /** What a processor set on a reader before it parses; parsers are shared, so it is taken back afterwards. */
@@ -26,17 +28,18 @@ final class ParserSettings {
 
   ContentHandler content;
   DTDHandler dtd;
+  ErrorHandler errors;
   final Map<String, Boolean> features = new LinkedHashMap<>();
   final Map<String, Object> properties = new LinkedHashMap<>();
   private final Map<String, Boolean> earlier = new LinkedHashMap<>();
   private LocatingHandler locating;
 
-  void apply(XMLReader reader, Diagnostics diagnostics) throws SAXException {
+  void apply(XMLReader reader) throws SAXException {
     locating = new LocatingHandler();
     locating.setContentHandler(content);
     reader.setContentHandler(locating);
     reader.setDTDHandler(dtd);
-    reader.setErrorHandler(diagnostics);
+    reader.setErrorHandler(errors == null ? new DefaultHandler() : errors);
     for (Map.Entry<String, Boolean> feature : features.entrySet()) {
       earlier.putIfAbsent(feature.getKey(), reader.getFeature(feature.getKey()));
       reader.setFeature(feature.getKey(), feature.getValue());
@@ -45,11 +48,14 @@ final class ParserSettings {
       reader.setProperty(property.getKey(), property.getValue());
   }
 
-  /** An entity that cannot be read, at the place of its reference. */
-  SAXParseException locate(IOException e, String address) {
-    String message = Diagnostics.textOf(e);
-    return locating.locator == null ? new SAXParseException(message, null, address, -1, -1, e)
-                                    : new SAXParseException(message, locating.locator, e);
+  /** What cannot be read, at the place where the parser is: reported, and returned to be thrown. */
+  SAXParseException fail(IOException e, String address) throws SAXException {
+    String message = Failures.textOf(e);
+    SAXParseException failure = locating.locator == null ? new SAXParseException(message, null, address, -1, -1, e)
+                                                         : new SAXParseException(message, locating.locator, e);
+    if (errors != null)
+      errors.fatalError(failure);
+    return failure;
   }
 
   void restore(XMLReader reader) throws SAXException {

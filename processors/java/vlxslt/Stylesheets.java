@@ -1,68 +1,74 @@
 package vlxslt;
 
-import java.util.ArrayList;
-import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
-import java.util.stream.Collectors;
-import javax.xml.transform.Source;
-import javax.xml.transform.Templates;
+import java.util.concurrent.ConcurrentHashMap;
 import javax.xml.transform.TransformerConfigurationException;
-import javax.xml.transform.TransformerException;
-import javax.xml.transform.TransformerFactory;
+import vlxslt.Diagnostic.Severity;
+import vlxslt.ProcessorAdapter.Stylesheet;
 
-/** Compiled stylesheets, kept while every module that was read for them is as it was. */
+/** Compiled stylesheets, kept while every module that was read for them is as it was. Shared by all jobs. */
 final class Stylesheets {
   private static final class Entry {
-    Templates templates;
-    List<FileStamp> modules;
-    List<Diagnostics.Problem> problems;
-    int generation;
+    final Stylesheet stylesheet;
+    final FilesRead modules;
+    final List<Diagnostic> warnings;
+    volatile int generation;
+
+    Entry(Stylesheet stylesheet, FilesRead modules, List<Diagnostic> warnings, int generation) {
+      this.stylesheet = stylesheet;
+      this.modules = modules;
+      this.warnings = warnings;
+      this.generation = generation;
+    }
   }
 
-  private final Map<String, Entry> entries = new HashMap<>();
-  private int generation;
+  /** What may not be shared: a processor's own compiled form of one stylesheet. */
+  private record Key(ProcessorAdapter processor, String address) {}
+
+  private final Map<Key, Entry> entries = new ConcurrentHashMap<>();
+  private volatile int generation;
 
   /** A new run begins, and hears the warnings of kept stylesheets once. */
-  void startRun() {
-    generation++;
+  void startRun(int run) {
+    generation = run;
   }
 
   void clear() {
     entries.clear();
   }
 
-  /** `key` tells apart what may not be shared: the processor and the stylesheet's address. */
-  Templates compile(String key, String address, TransformerFactory factory, Documents documents,
-      Diagnostics diagnostics) throws TransformerException {
+  Stylesheet compile(ProcessorAdapter processor, String address, Job job) throws Exception {
+    Key key = new Key(processor, address);
     Entry entry = entries.get(key);
-    if (entry == null || !entry.modules.stream().allMatch(FileStamp::isCurrent)) {
+    if (entry == null || !entry.modules.areCurrent()) {
       entries.remove(key);
-      return compileAnew(key, address, factory, documents, diagnostics);
+      entry = compileAnew(processor, address, job);
+      if (entry.modules.areFiles())
+        entries.put(key, entry);
+      return entry.stylesheet;
     }
-    if (entry.generation != generation)
-      diagnostics.repeat(entry.problems);
-    entry.generation = generation;
-    return entry.templates;
+    int run = generation;
+    if (entry.generation != run)
+      job.diagnostics().repeat(entry.warnings);
+    entry.generation = run;
+    job.filesRead().addAll(entry.modules);
+    return entry.stylesheet;
   }
 
-  private Templates compileAnew(String key, String address, TransformerFactory factory, Documents documents,
-      Diagnostics diagnostics) throws TransformerException {
-    List<String> read = new ArrayList<>();
-    factory.setErrorListener(diagnostics);
-    factory.setURIResolver(documents.uriResolver(diagnostics, read::add));
-    Source source = documents.source(address, diagnostics, read::add);
-    Entry entry = new Entry();
+  private Entry compileAnew(ProcessorAdapter processor, String address, Job job) throws Exception {
+    Diagnostics diagnostics = job.diagnostics();
+    FilesRead modules = new FilesRead();
+    int before = diagnostics.count();
     diagnostics.setSubject(address);
-    entry.templates = factory.newTemplates(source);
-    if (entry.templates == null)
-      throw new TransformerConfigurationException("The stylesheet cannot be compiled.");
-    diagnostics.failOn(Diagnostics.Level.ERROR);
-    entry.modules = new ArrayList<>(read.stream().distinct().map(FileStamp::of).collect(Collectors.toList()));
-    entry.problems = diagnostics.problems();
-    entry.generation = generation;
-    if (entry.modules.stream().noneMatch(java.util.Objects::isNull))
-      entries.put(key, entry);
-    return entry.templates;
+    try {
+      Stylesheet stylesheet = processor.compile(job.documents().source(address, modules), job, modules);
+      diagnostics.failOn(Severity.ERROR);
+      if (stylesheet == null)
+        throw new TransformerConfigurationException("The stylesheet cannot be compiled.");
+      return new Entry(stylesheet, modules, diagnostics.since(before), generation);
+    } finally {
+      job.filesRead().addAll(modules);
+    }
   }
 }

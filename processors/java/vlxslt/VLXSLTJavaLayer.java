@@ -1,10 +1,8 @@
 package vlxslt;
 
-import java.io.IOException;
 import java.net.MalformedURLException;
 import java.net.URL;
 import java.net.URLClassLoader;
-import java.nio.file.Files;
 import java.nio.file.InvalidPathException;
 import java.nio.file.Path;
 import java.security.CodeSource;
@@ -13,30 +11,27 @@ import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
-import javax.xml.transform.Templates;
-import javax.xml.transform.Transformer;
 import javax.xml.transform.TransformerFactory;
 import javax.xml.transform.TransformerFactoryConfigurationError;
-import javax.xml.transform.URIResolver;
-import javax.xml.transform.sax.SAXSource;
-import javax.xml.transform.stream.StreamResult;
-import org.xml.sax.SAXParseException;
 
-/** The one object that the native side drives. Results are 1 for success; why not is told to the handler. */
+/**
+ * The one object that the native side drives. Results are 1 for success; why not is told to the handler. It holds what
+ * jobs share; what belongs to one transformation is in its Job.
+ */
 public final class VLXSLTJavaLayer {
   /** Stands for "leave the stylesheet's own default" where a value is expected. */
   private static final String NO_VALUE = "<no value>";
 
-  private record Processor(TransformerFactory factory, Family family) {}
+  private record Processor(TransformerFactory factory, ProcessorAdapter adapter) {}
 
   private static final VLXSLTJavaLayer instance = new VLXSLTJavaLayer();
 
   private final Map<String, Processor> processors = new HashMap<>();
   private final Stylesheets stylesheets = new Stylesheets();
+  private final ParserPool parsers = new ParserPool();
   private IVLXSLTJavaHandler handler;
-  private Documents documents;
   private Processor current;
-  private String currentClass;
+  private int run;
 
   private VLXSLTJavaLayer() {}
 
@@ -46,7 +41,6 @@ public final class VLXSLTJavaLayer {
 
   public void SetVLXSLTJavaHandler(IVLXSLTJavaHandler javaHandler) {
     handler = javaHandler;
-    documents = new Documents(javaHandler);
   }
 
   /** The folders of the class path, separated by ";"; its jars are on Java's own. Processors may lie in either. */
@@ -64,16 +58,16 @@ public final class VLXSLTJavaLayer {
     Thread.currentThread().setContextClassLoader(loader);
   }
 
-  /** Selects the processor by the class of its factory. */
+  /** Selects the processor by the class of its factory; a new run begins. */
   public int SetTransformer(String tClass) {
     current = null;
     if (tClass == null || tClass.isEmpty())
       return 0;
     try {
       current = find(tClass);
-      currentClass = tClass;
-      documents.startRun();
-      stylesheets.startRun();
+      run++;
+      parsers.startRun(run);
+      stylesheets.startRun(run);
       return 1;
     } catch (Throwable e) {
       handler.Message(whyNot(tClass, e));
@@ -89,87 +83,38 @@ public final class VLXSLTJavaLayer {
       CodeSource source = factory.getClass().getProtectionDomain().getCodeSource();
       String location = source == null || source.getLocation() == null ? System.getProperty("java.home")
                                                                        : Addresses.shown(source.getLocation().toString());
-      String version = processor.family().version();
+      String version = processor.adapter().version();
       return new String[] {factory.getClass().getName(), version == null ? "" : version, location, ""};
     } catch (Throwable e) {
       return new String[] {"", "", "", whyNot(tClass, e)};
     }
   }
 
-  /** Runs one transformation to its end. */
+  /** Runs one transformation to its end; the handler hears of its results last. */
   public int TransformXMLFile(String xmlFilePath, String xslFilePath, String outputFilePath,
       String[] stylesheetParams) {
-    Diagnostics diagnostics = new Diagnostics(handler);
+    Job job = new Job(new Job.Request(xmlFilePath, xslFilePath == null ? "" : xslFilePath, outputFilePath,
+        pairsOf(stylesheetParams)), handler, parsers);
     try {
       if (current == null)
         throw new IllegalStateException("No processor is selected.");
-      transform(xmlFilePath, xslFilePath == null ? "" : xslFilePath, outputFilePath, pairsOf(stylesheetParams),
-          diagnostics);
+      job.run(current.adapter(), stylesheets);
       return 1;
     } catch (Throwable e) {
       if (e instanceof OutOfMemoryError)
         forgetEverything();
-      diagnostics.end(e);
+      job.end(e);
       return 0;
+    } finally {
+      job.tellResult();
     }
-  }
-
-  private void transform(String xml, String xsl, String output, Map<String, String> parameters,
-      Diagnostics diagnostics) throws Exception {
-    Path target = Path.of(output);
-    String input = Addresses.ofPath(xml);
-    diagnostics.setSubject(input);
-    if (Files.exists(target) && Files.exists(Path.of(xml)) && Files.isSameFile(target, Path.of(xml)))
-      throw new IOException("The output is the input itself: " + output);
-    Templates templates = compile(input, xsl, diagnostics);
-    try (Outputs outputs = new Outputs(target)) {
-      String address = Addresses.ofPath(output);
-      diagnostics.setSubject(input);
-      Transformer transformer = templates.newTransformer();
-      transformer.setURIResolver(documents.uriResolver(diagnostics, read -> {}));
-      current.family().connect(transformer, address, outputs, diagnostics);
-      current.family().setParameters(transformer, parameters);
-      StreamResult result = new StreamResult(outputs.principal());
-      result.setSystemId(address);
-      transformer.transform(documents.source(input, diagnostics, read -> {}), result);
-      diagnostics.failOn(Diagnostics.Level.FATAL);
-      outputs.commit();
-    }
-  }
-
-  private Templates compile(String input, String xsl, Diagnostics diagnostics) throws Exception {
-    String address;
-    if (!xsl.isEmpty()) {
-      address = Addresses.ofPath(xsl);
-    } else {
-      String href = StylesheetInstruction.find(documents.source(input, diagnostics, read -> {}));
-      if (href == null)
-        throw new SAXParseException(
-            "No stylesheet: the input has no xml-stylesheet processing instruction for XSLT.", null, input, -1, -1);
-      if (href.startsWith("#"))
-        return compileEmbedded(input, diagnostics);
-      address = documents.resolution().resolve(null, null, input, href.replace('\\', '/'));
-    }
-    return stylesheets.compile(currentClass + '\n' + address, address, current.factory(), documents, diagnostics);
-  }
-
-  // A stylesheet inside its input is good for that input only; not kept.
-  private Templates compileEmbedded(String input, Diagnostics diagnostics) throws Exception {
-    TransformerFactory factory = current.factory();
-    factory.setErrorListener(diagnostics);
-    URIResolver others = documents.uriResolver(diagnostics, read -> {});
-    // Xalan asks for the input itself, and finds the part in it by the address.
-    factory.setURIResolver((href, base) -> href.startsWith("#") ? documents.source(input + href, diagnostics, read -> {})
-                                                                : others.resolve(href, base));
-    SAXSource source = documents.source(input, diagnostics, read -> {});
-    return factory.newTemplates(factory.getAssociatedStylesheet(source, null, null, null));
   }
 
   private Processor find(String tClass) {
     Processor processor = processors.get(tClass);
     if (processor == null) {
       TransformerFactory factory = TransformerFactory.newInstance(tClass, null);
-      processor = new Processor(factory, Family.of(factory));
+      processor = new Processor(factory, ProcessorAdapter.of(factory));
       processors.put(tClass, processor);
     }
     return processor;
@@ -200,6 +145,6 @@ public final class VLXSLTJavaLayer {
 
   private void forgetEverything() {
     stylesheets.clear();
-    documents.forget();
+    parsers.clear();
   }
 }

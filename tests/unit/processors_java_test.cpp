@@ -1,8 +1,7 @@
-// The bridge with a real Java behind it: what a transformation reports, asks for, writes and leaves alone. One process
-// has one virtual machine, so every processor is on the class path from the start.
+// The processors with a real Java behind them: what a transformation reports, asks for, writes and leaves alone. One
+// process has one virtual machine, so every processor is on the class path from the start.
 #include "kit/paths.h"
 #include "kit/utf16.h"
-#include "processors/file_listing.h"
 #include "processors/java/java_processors.h"
 #include "processors/processor_list.h"
 #include "report/transformation_log.h"
@@ -30,9 +29,9 @@ std::string Stylesheet(const std::string &body, const char *version = "1.0") {
          "</xsl:stylesheet>";
 }
 
-class BridgeTest : public testing::Test {
+class JavaProcessors : public testing::Test {
 protected:
-  BridgeTest() {
+  JavaProcessors() {
     if (!fs::exists(PROCESSORS_DIR "/saxon/Saxon-HE.jar"))
       return;
     hasProcessors = true;
@@ -98,17 +97,17 @@ size_t CountOf(const std::string &text, const std::string &part) {
   return count;
 }
 
-TEST_F(BridgeTest, PassesParametersAndMessagesWithEveryProcessor) {
+TEST_F(JavaProcessors, PassesParametersAndMessagesWithEveryProcessor) {
   const std::string xml = Write("in.xml", "<doc>\xC3\xA4\xF0\x9D\x84\x9E</doc>");
   const std::string xsl = Write("a.xsl", Stylesheet("<xsl:param name='a' select='7'/><xsl:param name='b' select='7'/>"
                                                     "<xsl:param name='c' select='7'/><xsl:param name='d' select='7'/>"
-                                                    "<xsl:template match='/'><xsl:message>one\ntwo</xsl:message>"
+                                                    "<xsl:template match='/'><xsl:message>one\n\ntwo\n</xsl:message>"
                                                     "<o a='{$a}' b='{$b}' c='{$c}' d='{$d}'>"
                                                     "<xsl:value-of select='doc'/></o></xsl:template>"));
   for (const char *className : {saxon, xalan, jdk}) {
     ASSERT_TRUE(processor.SetTransformer(className)) << report::LogText();
     EXPECT_EQ(Run(xml, xsl, {"a", "1 + 1", "b", "bare word", "c", "<no value>", "d", "'\xF0\x9D\x84\x9E'"}),
-              "one\ntwo\n");
+              "one\n\ntwo\n");
     EXPECT_TRUE(succeeded);
     const std::string out = Read("out");
     for (const char *part : {"a=\"2\"", "b=\"bare word\"", "c=\"7\""})
@@ -119,7 +118,7 @@ TEST_F(BridgeTest, PassesParametersAndMessagesWithEveryProcessor) {
   EXPECT_NE(Read("out").find("d=\"\xF0\x9D\x84\x9E\">\xC3\xA4\xF0\x9D\x84\x9E<"), std::string::npos) << Read("out");
 }
 
-TEST_F(BridgeTest, ReportsEachProblemOnceWithItsPlaceAndGoesOn) {
+TEST_F(JavaProcessors, ReportsEachProblemOnceWithItsPlaceAndGoesOn) {
   const std::string good = Write("good.xml", "<doc/>");
   const std::string plain = Write("plain.xsl", Stylesheet("<xsl:template match='/'><o/></xsl:template>"));
   struct Case {
@@ -160,7 +159,7 @@ TEST_F(BridgeTest, ReportsEachProblemOnceWithItsPlaceAndGoesOn) {
 }
 
 // Grammars are kept from input to input; each must still get every default, entity and internal subset of its own.
-TEST_F(BridgeTest, ReadsTheSameFromAKeptGrammar) {
+TEST_F(JavaProcessors, ReadsTheSameFromAKeptGrammar) {
   const std::string module = Write("real module.mod", "<!ENTITY word 'from the module'><!ATTLIST d a CDATA 'default'>");
   entities["-//T//Module"] = module;
   Write("d.dtd", "<!ELEMENT d ANY><!ENTITY % m PUBLIC '-//T//Module' 'nowhere.mod'>%m;"
@@ -190,7 +189,7 @@ TEST_F(BridgeTest, ReadsTheSameFromAKeptGrammar) {
   EXPECT_EQ(Read("out").rfind("<d a=\"newer\">from the newer module", 0), 0U) << Read("out");
 }
 
-TEST_F(BridgeTest, WritesAllOutputsOrNone) {
+TEST_F(JavaProcessors, WritesAllOutputsOrNone) {
   const std::string xml = Write("in.xml", "<?xml-stylesheet type='text/xsl' href='two%20results.xsl'?><doc/>");
   Write("two results.xsl",
         Stylesheet("<xsl:param name='fail' select='false()'/><xsl:template match='/'><main>"
@@ -216,7 +215,7 @@ TEST_F(BridgeTest, WritesAllOutputsOrNone) {
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
 }
 
-TEST_F(BridgeTest, FollowsTheInstructionThatCounts) {
+TEST_F(JavaProcessors, FollowsTheInstructionThatCounts) {
   for (const char *name : {"one.xsl", "two.xsl", "a b&c.xsl"})
     Write(name, Stylesheet("<xsl:template match='/'><o>" + std::string(name, 3) + "</o></xsl:template>"));
   const auto instruction = [](const std::string &href, const std::string &more = " type='text/xsl'") {
@@ -261,7 +260,7 @@ TEST_F(BridgeTest, FollowsTheInstructionThatCounts) {
 }
 
 // A second result that has nowhere to go ends the transformation with a reason, and takes no first one with it.
-TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
+TEST_F(JavaProcessors, SaysWhyASecondResultCannotBeWritten) {
   const std::string xml = Write("in.xml", "<doc/>");
   const auto write = [this](const std::string &main, const std::string &href) {
     return Write("two.xsl", Stylesheet("<xsl:template match='/'>" + main + "<xsl:result-document href='" + href +
@@ -293,7 +292,69 @@ TEST_F(BridgeTest, SaysWhyASecondResultCannotBeWritten) {
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << "left behind";
 }
 
-TEST_F(BridgeTest, CompilesAgainWhenAModuleChanges) {
+// Also when grammar and stylesheet are kept ones, which are not opened again.
+TEST_F(JavaProcessors, TellsWhatAJobReadAndWrote) {
+  Write("d.dtd", "<!ENTITY % m SYSTEM 'real%20module.mod'>%m;");
+  Write("real module.mod", "<!ENTITY word 'from the module'>");
+  const std::string xml = Write("in.xml", "<!DOCTYPE d SYSTEM 'd.dtd'><d>&word;</d>");
+  Write("m.xsl", Stylesheet("<xsl:template name='t'><xsl:value-of select=\"document('data.xml')\"/></xsl:template>"));
+  Write("data.xml", "<data>data</data>");
+  Write("text.txt", "text");
+  const auto write = [this](const std::string &name, const std::string &body, const char *version) {
+    return Write(name, std::string("<xsl:stylesheet version='") + version +
+                           "' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'><xsl:import href='m.xsl'/><xsl:param "
+                           "name='fail' select='false()'/><xsl:template match='/'><o><xsl:value-of select='.'/>"
+                           "<xsl:call-template name='t'/>" +
+                           body +
+                           "<xsl:if test='$fail'><xsl:message terminate='yes'>no</xsl:message></xsl:if></o>"
+                           "</xsl:template></xsl:stylesheet>");
+  };
+  const std::string plain = write("plain.xsl", "", "1.0");
+  const std::string rich =
+      write("rich.xsl",
+            "<xsl:value-of select=\"unparsed-text('text.txt')\"/><xsl:for-each select=\"'b', 'a'\">"
+            "<xsl:result-document href='more/{.}'/></xsl:for-each>",
+            "2.0");
+  using Strings = std::vector<std::string>;
+  const auto sorted = [](Strings strings) { return std::ranges::sort(strings), strings; };
+  const Strings common = {xml, Path("d.dtd"), Path("real module.mod"), Path("m.xsl"), Path("data.xml")};
+  for (const char *className : {saxon, xalan, jdk})
+    for (const std::string &xsl : className == saxon ? Strings{plain, rich} : Strings{plain}) {
+      ASSERT_TRUE(processor.SetTransformer(className));
+      Strings expected = common;
+      expected.push_back(xsl);
+      if (xsl == rich)
+        expected.push_back(Path("text.txt"));
+      for (const Strings &parameters : {Strings(), Strings(), Strings{"fail", "true()"}}) {
+        (void)Run(xml, xsl, parameters);
+        EXPECT_EQ(succeeded, parameters.empty()) << report::LogText();
+        EXPECT_EQ(sorted(result.filesRead), sorted(expected)) << className;
+        const Strings written = xsl == rich && succeeded ? Strings{Path("more/b"), Path("more/a")} : Strings();
+        EXPECT_EQ(result.secondaryOutputs, written);
+      }
+    }
+  EXPECT_EQ(Run(Path("gone.xml"), plain).find("Fatal Error at file " + Path("gone.xml")), 0U) << report::LogText();
+  EXPECT_EQ(std::ranges::count(result.filesRead, Path("gone.xml")), 0);
+}
+
+TEST_F(JavaProcessors, BlamesTheOutputThatCannotBeWritten) {
+  const std::string xml = Write("in.xml", "<doc/>");
+  const std::string xsl = Write("a.xsl", Stylesheet("<xsl:template match='/'><o/></xsl:template>"));
+  Write("file", "");
+  fs::create_directories(Path("taken"));
+  for (const char *className : {saxon, xalan, jdk}) {
+    ASSERT_TRUE(processor.SetTransformer(className));
+    for (const char *output : {"no such folder/out", "file/out", "taken"}) {
+      report::ResetLog(false);
+      EXPECT_EQ(processor.TransformXMLFile({xml, xsl, Path(output)}).status, processors::JobStatus::Failed);
+      const std::string log = report::LogText();
+      EXPECT_EQ(log.find("Fatal Error at file " + Path(output)), 0U) << className << log;
+      EXPECT_EQ(CountOf(log, "Error at file"), 1U) << className << log;
+    }
+  }
+}
+
+TEST_F(JavaProcessors, CompilesAgainWhenAModuleChanges) {
   const std::string xml = Write("in.xml", "<doc/>");
   const std::string xsl =
       Write("main.xsl", "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
@@ -308,7 +369,7 @@ TEST_F(BridgeTest, CompilesAgainWhenAModuleChanges) {
   }
 }
 
-TEST_F(BridgeTest, SaysWhyAProcessorDoesNotLoad) {
+TEST_F(JavaProcessors, SaysWhyAProcessorDoesNotLoad) {
   EXPECT_FALSE(processor.SetTransformer(""));
   EXPECT_EQ(report::LogText(), "");
   EXPECT_FALSE(processor.SetTransformer("no.such.Factory"));
@@ -318,20 +379,8 @@ TEST_F(BridgeTest, SaysWhyAProcessorDoesNotLoad) {
   EXPECT_EQ(processor.ProbeProcessor(xalan).location, PROCESSORS_DIR "/xalan/xalan.jar");
 }
 
-TEST_F(BridgeTest, ListsFoldersAndConvertsText) {
-  fs::create_directories(Path("sub/deep"));
-  Write("top", "");
-  Write("sub/middle", "x");
-  Write("sub/deep/leaf", "");
-  const auto files = processors::GetAllFilesInFolder(folder.Root().c_str(), 1).Items();
-  EXPECT_EQ(files, (std::vector<std::string>{Path("sub/deep/leaf"), Path("sub/middle"), Path("top")}));
-  EXPECT_EQ(processors::GetAllFilesInFolder(folder.Root().c_str(), 0).Items(), std::vector<std::string>{Path("top")});
-  EXPECT_TRUE(processors::GetAllFilesInFolder(Path("none").c_str(), 1).IsEmpty());
-  EXPECT_NE(report::LogText(), "");
-  EXPECT_EQ(processors::IsEmptyFile(Path("top").c_str()), 1);
-  EXPECT_EQ(processors::IsEmptyFile(Path("sub/middle").c_str()) + processors::IsEmptyFile(Path("none").c_str()) +
-                processors::IsEmptyFile(""),
-            0);
+TEST(Conversion, KeepsTextAndReplacesWhatIsNone) {
+  const FakeHost host; // gives the memory
   for (const auto &[utf8, back] : std::vector<std::pair<std::string, std::string>>{
            {"a\xC3\xA4\xE4\xB8\xAD\xF0\x9D\x84\x9E", "a\xC3\xA4\xE4\xB8\xAD\xF0\x9D\x84\x9E"},
            {"a\xFFz", "a\xEF\xBF\xBDz"}}) {

@@ -1,5 +1,4 @@
-// What the bridge keeps on the native side: the log, diagnostic lines, requests for entities, the processor list.
-// No Java here.
+// What needs no Java: the log, diagnostic lines, requests for entities, the processor list.
 #include "processors/entity_resolver.h"
 #include "processors/processor_list.h"
 #include "report/transformation_log.h"
@@ -19,10 +18,10 @@ namespace {
 using Strings = std::vector<std::string>;
 using processors::VLXSLTEntityResolverC;
 
-class BridgeParts : public testing::Test {
+class ProcessorParts : public testing::Test {
 protected:
-  BridgeParts() { report::ResetLog(false); }
-  ~BridgeParts() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
+  ProcessorParts() { report::ResetLog(false); }
+  ~ProcessorParts() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
 
   void LoadProcessors(const std::vector<Strings> &rows) {
     host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = rows;
@@ -46,7 +45,7 @@ protected:
   FakeProcessor processor;
 };
 
-TEST_F(BridgeParts, EntitiesAreAskedForInTheseWords) {
+TEST_F(ProcessorParts, EntitiesAreAskedForInTheseWords) {
   VLXSLTEntityResolverC &resolver = VLXSLTEntityResolverC::GetInstance();
   resolver.Start("/a b.xml");
   resolver.Start(nullptr);
@@ -65,7 +64,7 @@ TEST_F(BridgeParts, EntitiesAreAskedForInTheseWords) {
   EXPECT_NE(TakeRequests()[0].find(longName + "\" -baseuri"), std::string::npos);
 }
 
-TEST_F(BridgeParts, OnlyASingleStringAnswersForAnEntity) {
+TEST_F(ProcessorParts, OnlyASingleStringAnswersForAnEntity) {
   const auto answer = [this](const std::function<void(kit::TypedValues &)> &fill) {
     host.clients["XmlUtilities"] = [fill](const std::string &) {
       kit::TypedValues reply;
@@ -88,7 +87,7 @@ TEST_F(BridgeParts, OnlyASingleStringAnswersForAnEntity) {
   EXPECT_EQ(VLXSLTEntityResolverC::GetInstance().ResolveEntity("p", "b", "s").Get(), nullptr);
 }
 
-TEST_F(BridgeParts, TheClassPathBeginsWithTheDefaultProcessor) {
+TEST_F(ProcessorParts, TheClassPathBeginsWithTheDefaultProcessor) {
   struct Row {
     std::vector<Strings> processors;
     std::string defaultName, classPath;
@@ -107,7 +106,7 @@ TEST_F(BridgeParts, TheClassPathBeginsWithTheDefaultProcessor) {
   }
 }
 
-TEST_F(BridgeParts, NamesLeadToTheFirstClassAndTheLastLabel) {
+TEST_F(ProcessorParts, NamesLeadToTheFirstClassAndTheLastLabel) {
   LoadProcessors(
       {{"Saxon", "s.jar", "x.First"}, {"Xalan", "x.jar", "x.Xalan"}, {"Saxon", "t.jar", "x.Second", "more"}});
   ASSERT_NE(processors::FindProcessorClass("Saxon"), nullptr);
@@ -138,7 +137,7 @@ TEST_F(BridgeParts, NamesLeadToTheFirstClassAndTheLastLabel) {
 }
 
 // The preferences are a list in which other kinds of values may stand between the processors.
-TEST_F(BridgeParts, OtherPreferencesShiftNothing) {
+TEST_F(ProcessorParts, OtherPreferencesShiftNothing) {
   V_HostT table = host.Table();
   table.getTypedVals = [](void *, V_ObjectT, int32_t) {
     kit::TypedValues values;

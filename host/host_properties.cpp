@@ -1,6 +1,6 @@
-// What the session and its documents answer to property numbers, one table per kind of value.
+// Properties of the session and of documents, one table per kind of value.
 #include "host/applications.h"
-#include "host/session.h"
+#include "host/host_services.h"
 
 #include <algorithm>
 #include <array>
@@ -40,16 +40,16 @@ template <class Table> auto FindField(const Table &table, int32_t number) -> dec
   return found == table.end() ? nullptr : found->field;
 }
 
-int32_t Find(const std::map<int32_t, int32_t> &numbers, int32_t property) {
-  const auto found = numbers.find(property);
-  return found == numbers.end() ? 0 : found->second;
+int32_t Find(const std::map<int32_t, int32_t> &properties, int32_t property) {
+  const auto found = properties.find(property);
+  return found == properties.end() ? 0 : found->second;
 }
 
 } // namespace
 
-int32_t Session::GetInt(V_ObjectT object, int32_t property) {
+int32_t HostServices::GetInt(V_ObjectT object, int32_t property) {
   if (object == V_SESSION)
-    return property == V_OP_TYPE ? static_cast<int32_t>(V_TYPE_SESSION) : Find(settings, property);
+    return property == V_OP_TYPE ? static_cast<int32_t>(V_TYPE_SESSION) : Find(numbers, property);
   if (DialogHost::Owns(object))
     return dialogs.GetInt(object, property);
   const Document *document = documents.Find(object);
@@ -64,9 +64,9 @@ int32_t Session::GetInt(V_ObjectT object, int32_t property) {
   return Find(document->settings, property);
 }
 
-void Session::SetInt(V_ObjectT object, int32_t property, int32_t value) {
+void HostServices::SetInt(V_ObjectT object, int32_t property, int32_t value) {
   if (object == V_SESSION) {
-    settings[property] = value;
+    numbers[property] = value;
   } else if (DialogHost::Owns(object)) {
     dialogs.SetInt(object, property, value);
   } else if (Document *document = documents.Find(object)) {
@@ -77,7 +77,7 @@ void Session::SetInt(V_ObjectT object, int32_t property, int32_t value) {
   }
 }
 
-std::optional<std::string> Session::GetString(V_ObjectT object, int32_t property) {
+std::optional<std::string> HostServices::GetString(V_ObjectT object, int32_t property) {
   if (object == V_SESSION) {
     if (property == V_SP_TEMP_DIR)
       return tempFolder.Path();
@@ -94,22 +94,22 @@ std::optional<std::string> Session::GetString(V_ObjectT object, int32_t property
 }
 
 // Names of documents are the files' names; only dialogs have texts that can be written.
-void Session::SetString(V_ObjectT object, int32_t property, const std::string &value) {
+void HostServices::SetString(V_ObjectT object, int32_t property, const std::string &value) {
   dialogs.SetString(object, property, value);
 }
 
-void Session::SetStrings(V_ObjectT object, int32_t property, std::vector<std::string> value) {
+void HostServices::SetStrings(V_ObjectT object, int32_t property, std::vector<std::string> value) {
   dialogs.SetStrings(object, property, std::move(value));
 }
 
-V_ObjectT Session::GetObject(V_ObjectT object, int32_t property) {
+V_ObjectT HostServices::GetObject(V_ObjectT object, int32_t property) {
   if (object != V_SESSION)
     return property == V_OP_NEXT_OPEN_DOCUMENT && documents.Find(object) ? documents.After(object) : 0;
   switch (property) {
   case V_SP_ACTIVE_DOCUMENT:
-    return activeDocument;
+    return documents.ActiveDocument();
   case V_SP_ACTIVE_BOOK:
-    return activeBook;
+    return documents.ActiveBook();
   case V_SP_FIRST_OPEN_DOCUMENT:
     return documents.First();
   default:
@@ -117,7 +117,7 @@ V_ObjectT Session::GetObject(V_ObjectT object, int32_t property) {
   }
 }
 
-std::vector<std::string> Session::GetStrings(V_ObjectT object, int32_t property) {
+std::vector<std::string> HostServices::GetStrings(V_ObjectT object, int32_t property) {
   if (object != V_SESSION)
     return dialogs.GetStrings(object, property);
   if (property == V_SP_JAVA_OPTIONS)
@@ -129,7 +129,7 @@ std::vector<std::string> Session::GetStrings(V_ObjectT object, int32_t property)
   return names;
 }
 
-kit::TypedValues Session::GetTypedVals(V_ObjectT object, int32_t property) {
+kit::TypedValues HostServices::GetTypedVals(V_ObjectT object, int32_t property) {
   kit::TypedValues values;
   if (object == V_SESSION && property == V_SP_XSLT_PROCESSORS)
     for (const ProcessorSetting &processor : configuration.processors)
@@ -137,7 +137,7 @@ kit::TypedValues Session::GetTypedVals(V_ObjectT object, int32_t property) {
   return values;
 }
 
-std::string Session::ApplicationOf(const Document &document) const {
+std::string HostServices::ApplicationOf(const Document &document) const {
   const std::vector<std::string> names = FindApplications(configuration, document.path);
   return names.empty() ? std::string() : names.front();
 }

@@ -45,7 +45,7 @@ TEST_F(Listing, FilesOfFoldersComeBeforeThoseOfTheirParent) {
   for (const char *name : {"a/top.xml", "a/.hidden", "a/b/middle", "a/b/c/deep.dita", "a/.vlxslt-4711-1.tmp"})
     Touch(name);
   fs::create_directories(root + "/a/empty");
-  fs::create_directory_symlink("..", root + "/a/b/back"); // would lead round for ever
+  fs::create_directory_symlink("..", root + "/a/b/back"); // leads back to the start
   fs::create_symlink("top.xml", root + "/a/zlink.xml");
   Strings flat = List("a", 0);
   std::ranges::sort(flat);

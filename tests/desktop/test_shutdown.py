@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""What is left when a run is cancelled, a window closed, a display lost, a program told to end: whole files.
+"""A run that is cancelled, a window that is closed, a lost display and signals leave whole files only.
 
-usage: test_leaving.py --build FOLDER [TEST...]
+usage: test_shutdown.py --build FOLDER [TEST...]
 """
 
 import os
@@ -10,7 +10,7 @@ import signal
 from window_test import SLOW_INPUTS, SLOW_XSL, WindowTest, main
 
 
-class LeavingTest(WindowTest):
+class ShutdownTest(WindowTest):
     def test_a_long_run_is_cancelled(self):
         windows = self.start_slow_run(*SLOW_INPUTS)
         self.see_it_run(windows)
@@ -54,7 +54,7 @@ class LeavingTest(WindowTest):
         self.see_it_run(windows)
         self.display.server.kill()
         self.assertEqual(windows.end(), 1)
-        windows.wait("departing")
+        windows.wait("shutdown")
         left = sorted(set(os.listdir(self.path("in"))) - {os.path.basename(name) for name in SLOW_INPUTS})
         self.assertLess(len(left), len(SLOW_INPUTS))
         self.assertEqual(left, [f"{number}-out.xml" for number in range(1, len(left) + 1)])

@@ -1,0 +1,82 @@
+#include "host/desktop/run_summary.h"
+
+namespace desktop {
+
+namespace {
+
+struct StatusText {
+  const char *sign;
+  const char *word;    // of one input
+  const char *counted; // in a summary
+};
+
+constexpr std::array<StatusText, V_JOB_CANCELLED + 1> statusTexts = {{
+    {"\u2713", "done", "transformed"},
+    {"\u2717", "failed", "failed"},
+    {"\u2298", "refused", "refused"},
+    {"?", "missing", "missing"},
+    {"\u2013", "left out", "left out"},
+    {"\u25A0", "cancelled", "cancelled"},
+}};
+
+// From a client, which may be newer than this host.
+bool IsKnown(int32_t status) { return status >= V_JOB_DONE && status <= V_JOB_CANCELLED; }
+
+std::string Count(int32_t count, const std::string &what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+} // namespace
+
+void RunSummary::TakeEvent(const host::RunEvent &event) {
+  if (hasEnded)
+    *this = {};
+  switch (event.kind) {
+  case V_RUN_BEGINS:
+    inputs = event.count;
+    break;
+  case V_RUN_DIAGNOSTIC:
+    ++(event.severity == V_SEVERITY_WARNING ? warnings : errors);
+    if (event.severity != V_SEVERITY_WARNING && firstError.empty())
+      firstError = event.text;
+    break;
+  case V_JOB_ENDS:
+    ++ended[static_cast<size_t>(IsKnown(event.status) ? event.status : V_JOB_FAILED)];
+    break;
+  case V_RUN_ENDS:
+    hasEnded = true;
+    break;
+  default:
+    break;
+  }
+}
+
+int32_t RunSummary::NotDone() const { return CountOf(V_JOB_FAILED) + CountOf(V_JOB_REFUSED) + CountOf(V_JOB_MISSING); }
+
+std::string RunSummary::DescribeProblems() const {
+  std::string text = errors > 0 ? Count(errors, "error") : std::string();
+  if (warnings > 0)
+    text.append(text.empty() ? "" : ", ").append(Count(warnings, "warning"));
+  return text;
+}
+
+std::string SummariseRun(const RunSummary &run) {
+  if (run.Inputs() == 0)
+    return {};
+  std::string text = Count(run.Inputs(), "input");
+  const char *separator = ": ";
+  for (int32_t status = V_JOB_DONE; status <= V_JOB_CANCELLED; ++status)
+    if (const int32_t count = run.CountOf(status); count > 0) {
+      const char *word = statusTexts[static_cast<size_t>(status)].counted;
+      text.append(separator).append(std::to_string(count)).append(" ").append(word);
+      separator = ", ";
+    }
+  return text;
+}
+
+std::string DescribeStatus(int32_t status) {
+  const StatusText &text = statusTexts[static_cast<size_t>(IsKnown(status) ? status : V_JOB_FAILED)];
+  return std::string(text.sign) + " " + text.word;
+}
+
+} // namespace desktop

@@ -1,0 +1,92 @@
+package vlxslt;
+
+import java.util.Map;
+import javax.xml.transform.Source;
+import javax.xml.transform.Templates;
+import javax.xml.transform.Transformer;
+import javax.xml.transform.TransformerException;
+import javax.xml.transform.TransformerFactory;
+import javax.xml.transform.URIResolver;
+import javax.xml.transform.stream.StreamResult;
+import javax.xml.xpath.XPath;
+import javax.xml.xpath.XPathEvaluationResult;
+import javax.xml.xpath.XPathExpressionException;
+import javax.xml.xpath.XPathFactory;
+import vlxslt.Documents.Purpose;
+
+/** Any processor behind the common interface: Xalan, the JDK's own, and others. */
+final class JaxpAdapter implements ProcessorAdapter {
+  private final TransformerFactory factory;
+
+  JaxpAdapter(TransformerFactory factory) {
+    this.factory = factory;
+  }
+
+  @Override
+  public Stylesheet compile(Source source, Job job, FilesRead modules) throws TransformerException {
+    return compile(newFactory(job, job.documents().uriResolver(modules, Purpose.MODULE)), source);
+  }
+
+  @Override
+  public Stylesheet compileEmbedded(Job job) throws TransformerException {
+    URIResolver others = job.documents().uriResolver(job.filesRead(), Purpose.MODULE);
+    // Xalan asks for the input itself, and finds the part in it by the address.
+    TransformerFactory own = newFactory(job, (href, base) ->
+        href.startsWith("#") ? job.documents().source(job.input() + href, job.filesRead()) : others.resolve(href, base));
+    return compile(own, own.getAssociatedStylesheet(job.inputSource(), null, null, null));
+  }
+
+  private Stylesheet compile(TransformerFactory own, Source source) throws TransformerException {
+    Templates templates = own.newTemplates(source);
+    return templates == null ? null : (job, outputs) -> run(templates, job, outputs);
+  }
+
+  // A factory holds the listener and the resolver of one job.
+  private TransformerFactory newFactory(Job job, URIResolver resolver) {
+    TransformerFactory own =
+        TransformerFactory.newInstance(factory.getClass().getName(), factory.getClass().getClassLoader());
+    own.setErrorListener(JaxpListener.whileCompiling(job.diagnostics()));
+    own.setURIResolver(resolver);
+    return own;
+  }
+
+  private void run(Templates templates, Job job, Outputs outputs) throws TransformerException {
+    Transformer transformer = templates.newTransformer();
+    boolean isCompiler = factory.getClass().getName().contains(".xsltc.");
+    transformer.setErrorListener(JaxpListener.whileRunning(job.diagnostics(), isCompiler));
+    transformer.setURIResolver(job.documents().uriResolver(job.filesRead(), Purpose.DATA));
+    XPath xpath = XPathFactory.newDefaultInstance().newXPath();
+    for (Map.Entry<String, String> parameter : job.parameters().entrySet())
+      transformer.setParameter(parameter.getKey(), evaluate(xpath, parameter.getValue()));
+    StreamResult result = new StreamResult(outputs.principal());
+    result.setSystemId(job.outputAddress());
+    transformer.transform(job.inputSource(), result);
+  }
+
+  private static Object evaluate(XPath xpath, String expression) {
+    try {
+      XPathEvaluationResult<?> result = xpath.evaluateExpression(expression, (Object) null);
+      return switch (result.type()) {
+        case NUMBER, BOOLEAN, STRING -> result.value();
+        default -> expression;
+      };
+    } catch (XPathExpressionException | RuntimeException e) {
+      return expression;
+    }
+  }
+
+  @Override
+  public String version() {
+    try {
+      Class<?> version = Class.forName("org.apache.xalan.Version", true, factory.getClass().getClassLoader());
+      if (factory.getClass().getName().startsWith("org.apache."))
+        return String.valueOf(version.getMethod("getVersion").invoke(null));
+    } catch (ReflectiveOperationException | LinkageError e) {
+      // It is another one then.
+    }
+    Package of = factory.getClass().getPackage();
+    if (of.getImplementationVersion() != null)
+      return of.getImplementationVersion();
+    return factory.getClass().getModule().isNamed() ? "JDK " + Runtime.version() : null;
+  }
+}

@@ -1,0 +1,106 @@
+package vlxslt;
+
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.List;
+import java.util.Map;
+import javax.xml.transform.sax.SAXSource;
+import org.xml.sax.SAXParseException;
+import vlxslt.Diagnostic.Severity;
+import vlxslt.ProcessorAdapter.Stylesheet;
+
+/**
+ * One transformation: what was asked for, and everything that is told, read and written for it. Used by one thread;
+ * other jobs may run at the same time.
+ */
+final class Job {
+  /** What was asked for: paths, the stylesheet's empty when the input names it. */
+  record Request(String input, String stylesheet, String output, Map<String, String> parameters) {}
+
+  private final Request request;
+  private final IVLXSLTJavaHandler handler;
+  private final Diagnostics diagnostics;
+  private final Documents documents;
+  private final FilesRead filesRead = new FilesRead();
+  private List<String> secondaryOutputs = List.of();
+
+  Job(Request request, IVLXSLTJavaHandler handler, ParserPool parsers) {
+    this.request = request;
+    this.handler = handler;
+    diagnostics = new Diagnostics(handler);
+    documents = new Documents(handler, diagnostics, parsers);
+  }
+
+  Diagnostics diagnostics() {
+    return diagnostics;
+  }
+
+  Documents documents() {
+    return documents;
+  }
+
+  FilesRead filesRead() {
+    return filesRead;
+  }
+
+  /** The input's address. */
+  String input() {
+    return Addresses.ofPath(request.input);
+  }
+
+  SAXSource inputSource() {
+    return documents.source(input(), filesRead);
+  }
+
+  String outputAddress() {
+    return Addresses.ofPath(request.output);
+  }
+
+  Map<String, String> parameters() {
+    return request.parameters;
+  }
+
+  /** Returns when all outputs are in place; throws what ended the job before. */
+  void run(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
+    diagnostics.setSubject(input());
+    Path target = Path.of(request.output);
+    Path source = Path.of(request.input);
+    if (Files.exists(target) && Files.exists(source) && Files.isSameFile(target, source))
+      throw new IOException("The output is the input itself: " + request.output);
+    Stylesheet stylesheet = compile(processor, stylesheets);
+    diagnostics.setSubject(outputAddress());
+    try (Outputs outputs = new Outputs(target)) {
+      diagnostics.setSubject(input());
+      stylesheet.run(this, outputs);
+      diagnostics.failOn(Severity.FATAL);
+      diagnostics.setSubject(outputAddress());
+      secondaryOutputs = outputs.commit();
+    }
+  }
+
+  /** Says why `run` threw, as far as that was not said before. */
+  void end(Throwable thrown) {
+    diagnostics.end(thrown);
+  }
+
+  /** The last that the handler hears of the job. */
+  void tellResult() {
+    handler.JobDone(secondaryOutputs.toArray(new String[0]), filesRead.paths());
+  }
+
+  private Stylesheet compile(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
+    if (!request.stylesheet.isEmpty())
+      return stylesheets.compile(processor, Addresses.ofPath(request.stylesheet), this);
+    String href = StylesheetInstruction.find(inputSource());
+    if (href == null)
+      throw new SAXParseException(
+          "No stylesheet: the input has no xml-stylesheet processing instruction for XSLT.", null, input(), -1, -1);
+    if (!href.startsWith("#"))
+      return stylesheets.compile(processor, documents.resolve(input(), href.replace('\\', '/')), this);
+    // A stylesheet inside its input is good for that input only; not kept.
+    Stylesheet embedded = processor.compileEmbedded(this);
+    diagnostics.failOn(Severity.ERROR);
+    return embedded;
+  }
+}

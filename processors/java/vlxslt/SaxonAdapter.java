@@ -1,0 +1,160 @@
+package vlxslt;
+
+import java.io.OutputStream;
+import java.lang.reflect.Method;
+import java.net.URI;
+import java.nio.file.Path;
+import java.util.Map;
+import java.util.function.Consumer;
+import java.util.function.Function;
+import javax.xml.transform.Source;
+import javax.xml.transform.TransformerFactory;
+import vlxslt.Documents.Purpose;
+
+/** Saxon 9.9 and later, through its s9api; the classes are those of whichever jar the user named. */
+final class SaxonAdapter implements ProcessorAdapter {
+  private static final String API = "net.sf.saxon.s9api.";
+
+  private final TransformerFactory factory;
+  private final ClassLoader loader;
+
+  SaxonAdapter(TransformerFactory factory) {
+    this.factory = factory;
+    this.loader = factory.getClass().getClassLoader();
+  }
+
+  static boolean isFor(TransformerFactory factory) {
+    return Reflection.method(factory.getClass(), "getProcessor", 0) != null
+        && Reflection.method(factory.getClass(), "getConfiguration", 0) != null;
+  }
+
+  @Override
+  public Stylesheet compile(Source source, Job job, FilesRead modules) throws Exception {
+    return compile(newCompiler(job, modules), source);
+  }
+
+  @Override
+  public Stylesheet compileEmbedded(Job job) throws Exception {
+    Object compiler = newCompiler(job, job.filesRead());
+    return compile(compiler,
+        (Source) Reflection.call(compiler, "getAssociatedStylesheet", job.inputSource(), null, null, null));
+  }
+
+  private Object newCompiler(Job job, FilesRead modules) throws Exception {
+    Object compiler = Reflection.call(processor(), "newXsltCompiler");
+    SaxonDiagnostics.connect(compiler, job.diagnostics());
+    Reflection.call(compiler, "setURIResolver", job.documents().uriResolver(modules, Purpose.MODULE));
+    return compiler;
+  }
+
+  private Stylesheet compile(Object compiler, Source source) throws Exception {
+    Object executable = Reflection.call(compiler, compiler.getClass().getMethod("compile", Source.class), source);
+    return (job, outputs) -> run(Reflection.call(executable, "load"), job, outputs);
+  }
+
+  private void run(Object transformer, Job job, Outputs outputs) throws Exception {
+    SaxonDiagnostics.connect(transformer, job.diagnostics());
+    connectMessages(transformer, job.diagnostics());
+    Reflection.call(transformer, "setURIResolver", job.documents().uriResolver(job.filesRead(), Purpose.DATA));
+    noteTexts(transformer, job.filesRead());
+    Reflection.call(transformer, "setBaseOutputURI", job.outputAddress());
+    Function<URI, Object> destinations = uri -> openResult(uri, outputs);
+    Reflection.call(transformer, "setResultDocumentHandler", destinations);
+    setParameters(transformer, job.parameters());
+    Reflection.call(transformer, "setSource", job.inputSource());
+    Reflection.call(transformer, "setDestination", newSerializer(outputs.principal()));
+    Reflection.call(transformer, "transform");
+  }
+
+  // Before 11 a listener of its own interface, since then a plain consumer.
+  private void connectMessages(Object transformer, Diagnostics diagnostics) throws Exception {
+    if (Reflection.method(transformer.getClass(), "setMessageHandler", 1) != null) {
+      Consumer<Object> handler = message -> diagnostics.message(textOf(Reflection.find(message, "getContent")));
+      Reflection.call(transformer, "setMessageHandler", handler);
+      return;
+    }
+    Class<?> listenerType = Class.forName(API + "MessageListener2", true, loader);
+    Object listener = Reflection.implement(listenerType, (method, arguments) -> {
+      if (method.equals("message"))
+        diagnostics.message(textOf(arguments[0]));
+      return null;
+    });
+    Reflection.call(transformer, transformer.getClass().getMethod("setMessageListener", listenerType), listener);
+  }
+
+  // Mark-up is shown as mark-up, text as text and not as it would be escaped.
+  private static String textOf(Object node) {
+    String markup = String.valueOf(node);
+    return markup.indexOf('<') >= 0 ? markup : String.valueOf(Reflection.find(node, "getStringValue"));
+  }
+
+  /** The texts of unparsed-text() are read by Saxon itself. */
+  private void noteTexts(Object transformer, FilesRead files) throws Exception {
+    Object controller = Reflection.call(transformer, "getUnderlyingController");
+    Method set = Reflection.method(controller.getClass(), "setUnparsedTextURIResolver", 1);
+    Object resolver = Reflection.find(Reflection.call(factory, "getConfiguration"), "getUnparsedTextURIResolver");
+    if (set == null || resolver == null)
+      return;
+    Reflection.call(controller, set, Reflection.implement(set.getParameterTypes()[0], (method, arguments) -> {
+      Object text = Reflection.call(resolver, method, arguments);
+      files.add(((URI) arguments[0]).toASCIIString());
+      return text;
+    }));
+  }
+
+  private Object openResult(URI uri, Outputs outputs) {
+    Path file = Addresses.fileOf(uri.toString());
+    OutputStream output = file != null ? outputs.add(file) : outputs.refuse(uri);
+    try {
+      Object serializer = newSerializer(output);
+      // A book of many results must not hold them all open until its end.
+      Class<?> action = Class.forName(API + "Action", true, loader);
+      Reflection.call(serializer, "onClose", Reflection.implement(action, (method, arguments) -> {
+        output.close();
+        return null;
+      }));
+      return serializer;
+    } catch (Exception e) {
+      throw new IllegalStateException(e);
+    }
+  }
+
+  private Object newSerializer(OutputStream output) throws Exception {
+    Object processor = processor();
+    return Reflection.call(processor, processor.getClass().getMethod("newSerializer", OutputStream.class), output);
+  }
+
+  // A value is an XPath expression; what is none, or needs a document to be looked up in, is the text itself.
+  private void setParameters(Object transformer, Map<String, String> expressions) throws Exception {
+    if (expressions.isEmpty())
+      return;
+    Object compiler = Reflection.call(processor(), "newXPathCompiler");
+    Class<?> nameType = Class.forName(API + "QName", true, loader);
+    for (Map.Entry<String, String> parameter : expressions.entrySet()) {
+      String name = parameter.getKey();
+      Method parse = nameType.getMethod(name.startsWith("{") ? "fromClarkName" : "fromEQName", String.class);
+      Reflection.call(transformer, "setParameter", Reflection.call(null, parse, name),
+          evaluate(compiler, parameter.getValue()));
+    }
+  }
+
+  private Object evaluate(Object compiler, String expression) throws Exception {
+    Object value = Reflection.find(compiler, "evaluate", expression, null);
+    return value != null ? value
+                         : Class.forName(API + "XdmAtomicValue", true, loader).getConstructor(String.class)
+                               .newInstance(expression);
+  }
+
+  @Override
+  public String version() {
+    try {
+      return String.valueOf(Reflection.call(processor(), "getSaxonProductVersion"));
+    } catch (Exception e) {
+      return null;
+    }
+  }
+
+  private Object processor() throws Exception {
+    return Reflection.call(factory, "getProcessor");
+  }
+}
