@@ -69,9 +69,9 @@ ExitCode RunWithFront(const CommandLine &line, const host::Configuration &config
   return code;
 }
 
-// Only where there is a display could anybody see the program.
 bool ShowToPerson(const std::string &path) { return host::StartProgram(host::ComposeOpenCommand(path)); }
 
+// Without a display a program would have nowhere to show the file.
 host::ProgramStarter FindStarter() {
   const auto isSet = [](const char *variable) {
     const char *value = std::getenv(variable);
