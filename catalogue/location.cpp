@@ -1,7 +1,6 @@
 #include "catalogue/location.h"
 
 #include "catalogue/reader.h"
-#include "catalogue/state.h"
 #include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/request_builder.h"
