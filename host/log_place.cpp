@@ -44,8 +44,6 @@ int32_t ReadNumber(std::string_view text) {
   return std::max(number, 0);
 }
 
-bool IsLeadable(const std::string &path) { return kit::IsAbsolutePath(path); }
-
 std::optional<LogPlace> FindClientPlace(std::string_view line) {
   constexpr std::string_view before = " at file ";
   constexpr std::string_view lineWord = ", line ";
@@ -59,7 +57,7 @@ std::optional<LogPlace> FindClientPlace(std::string_view line) {
   place.line = ReadNumber(line.substr(lineAt + lineWord.size()));
   if (const size_t columnAt = line.find(columnWord, lineAt); columnAt != std::string_view::npos)
     place.column = ReadNumber(line.substr(columnAt + columnWord.size()));
-  return IsLeadable(place.path) ? std::optional(place) : std::nullopt;
+  return kit::IsAbsolutePath(place.path) ? std::optional(place) : std::nullopt;
 }
 
 // "/a/b.xml:3:7: message", anywhere in the line.

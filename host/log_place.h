@@ -1,4 +1,4 @@
-// Which place of a file a line of the log speaks of, so that a front can lead there: "... at file F, line L, char C,
+// The place of a file that a line of the log names, so that a front can open it: "... at file F, line L, char C,
 // Message: ..." of the client, and "F:L:C: ..." of everything else.
 #ifndef HOST_LOG_PLACE_H
 #define HOST_LOG_PLACE_H
@@ -22,7 +22,7 @@ struct LogPlace {
 };
 
 [[nodiscard]] LogKind ClassifyLogLine(std::string_view line);
-// Only an absolute path counts, or a file URL: nobody could tell what another one is relative to.
+// Only an absolute path or a file URL counts, since a line does not say what a relative path is relative to.
 [[nodiscard]] std::optional<LogPlace> FindLogPlace(std::string_view line);
 
 } // namespace host

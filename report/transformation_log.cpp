@@ -57,7 +57,7 @@ void WriteStartSection(std::string_view input, std::string_view xsl, std::string
     AppendLine(LoadMessage(MessageId::LogOutput).append(output));
   WriteBlankLine();
   if (!processor.empty())
-    AppendLine(kit::Truncate(FormatMessage(MessageId::LogProcessorMessages, {processor}), kit::longestText));
+    AppendLine(kit::Truncate(FormatMessage(MessageId::LogProcessorMessages, {processor}), kit::maxTextSize));
 }
 
 void WriteEndSection(bool success) {

@@ -122,7 +122,7 @@ TEST(DialogModel, OnlyPushButtonsAndTheFrameClose) {
     EXPECT_EQ(model.Find(4)->state, 1);
     EXPECT_EQ(model.Click(6), ActionResult::Done);
     EXPECT_TRUE(model.IsOpen());
-    EXPECT_EQ(model.Click(5), ActionResult::Done) << "kept up once is not for ever";
+    EXPECT_EQ(model.Click(5), ActionResult::Done) << "kept up for one event only";
     EXPECT_FALSE(model.IsOpen());
   });
 }

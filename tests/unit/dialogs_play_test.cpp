@@ -241,7 +241,7 @@ TEST_F(AdvancedDialog, LooksForANameThatWasTyped) {
   EXPECT_EQ(Advanced("set 10 PDF\nclick 14\n"), "XSLTRunTrScenario  -currentfile -appname Two Words -trname \"PDF\"");
   EXPECT_EQ(Advanced("expect 10 text PDF\nset 10 Plain\nclick 14\n"),
             "XSLTRunTrScenario  -currentfile -appname <Defaults> -trname \"Plain\"");
-  // Nobody has it; the run will say so.
+  // No catalogue has it; the run says so.
   EXPECT_EQ(Advanced("set 10 None\nclick 14\n"),
             "XSLTRunTrScenario  -currentfile -appname <Defaults> -trname \"None\"");
 }
@@ -317,7 +317,7 @@ TEST_F(ChooseDialog, SaysWhenTheHostHasNoSuchDialog) {
     void RunDialog(host::DialogModel &dialog) override {
       opensDialogs = false;
       EXPECT_EQ(dialog.Click(8), host::ActionResult::Done);
-      EXPECT_TRUE(opensDialogs) << "nobody was told";
+      EXPECT_TRUE(opensDialogs) << "no message was shown";
       EXPECT_TRUE(dialog.IsOpen());
     }
     void WriteConsole(std::string_view) override {}

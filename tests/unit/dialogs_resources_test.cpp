@@ -156,7 +156,7 @@ TEST(DialogResources, ItemTablesAreTheseBytes) {
   for (const DialogReference &each : References())
     EXPECT_EQ(ToText(report::ClientResources().ItemTable("AH_" + std::string(each.name))), TableBytes(each))
         << each.name;
-  // Written out by hand once, so that a slip in the function above would show, too.
+  // Written out once, so that a fault in the function above shows too.
   constexpr std::string_view params("\xFF\xFF\x03\0\x02\0\x05\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"
                                     "AH_STYLESHEET_PARAMS\0\0\0"
                                     "\x64\0\x01\0\0\0\0\0-1\0\x65\0\x11\0\0\0\0\0-1\0\x66\0\x02\0\0\0\0\0-1\0"
@@ -357,7 +357,7 @@ TEST(DialogLayout, NothingOverlapsOrLeavesItsPlace) {
       for (const Box &other : boxes) {
         if (&box == &other || !Overlap(box, other))
           continue;
-        // Only a group may hold others, and then with some room at its edges and under its title.
+        // Only a group may hold others, and then with some space at its edges and under its title.
         const Box &group = IsGroupBox(*box.control) ? box : other;
         const Box &inner = IsGroupBox(*box.control) ? other : box;
         EXPECT_TRUE(IsGroupBox(*group.control)) << each.name << box.control->id << " on " << other.control->id;
