@@ -1,6 +1,7 @@
 #include "host/configuration/configuration.h"
 
 #include "host/configuration/configuration_keys.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/read_file.h"
 #include "kit/text.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -54,7 +56,8 @@ std::string NameType(const toml::node &node) {
 }
 
 bool BeginsWithVariable(std::string_view path) {
-  return kit::StartsWithIgnoreCase(path, "$STRUCTDIR") || kit::StartsWithIgnoreCase(path, "$VLHOME");
+  return kit::StartsWithIgnoreCase(path, kit::structureVariable) ||
+         kit::StartsWithIgnoreCase(path, kit::installVariable);
 }
 
 std::string UseSlashes(std::string path) {
@@ -268,12 +271,10 @@ std::string ExpandStoredPath(const Configuration &configuration, std::string pat
   if (kit::IsUrl(path))
     return path;
   path = UseSlashes(path);
-  static constexpr std::string_view structure = "$STRUCTDIR";
-  static constexpr std::string_view install = "$VLHOME";
-  if (kit::StartsWithIgnoreCase(path, structure))
-    path = configuration.structureFolder + path.substr(structure.size());
-  else if (kit::StartsWithIgnoreCase(path, install))
-    path = configuration.installFolder + path.substr(install.size());
+  for (const auto &[variable, folder] : {std::pair(kit::structureVariable, &configuration.structureFolder),
+                                         std::pair(kit::installVariable, &configuration.installFolder)})
+    if (kit::StartsWithIgnoreCase(path, variable))
+      return kit::AbsolutePath(*folder + path.substr(std::strlen(variable)));
   if (!kit::IsAbsolutePath(path))
     path = base.empty() ? configuration.installFolder + path : kit::JoinPath(kit::FolderOf(base), path);
   return kit::AbsolutePath(path);
