@@ -6,6 +6,7 @@
 #include "host/cli/run_report.h"
 #include "kit/request_builder.h"
 #include "kit/text.h"
+#include "tests/unit/fake_host.h"
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
