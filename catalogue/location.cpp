@@ -1,7 +1,6 @@
 #include "catalogue/location.h"
 
 #include "catalogue/reader.h"
-#include "catalogue/state.h"
 #include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/request_builder.h"
@@ -19,8 +18,8 @@ struct PathVariable {
   int32_t property;
 };
 
-constexpr std::array pathVariables = {PathVariable{"$STRUCTDIR", V_SP_STRUCTURE_DIR},
-                                      PathVariable{"$VLHOME", V_SP_INSTALL_DIR}};
+constexpr std::array pathVariables = {PathVariable{kit::structureVariable, V_SP_STRUCTURE_DIR},
+                                      PathVariable{kit::installVariable, V_SP_INSTALL_DIR}};
 
 std::optional<std::string> &DefaultCatalogue() {
   static std::optional<std::string> path;

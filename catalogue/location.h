@@ -25,8 +25,9 @@ namespace catalogue {
 [[nodiscard]] std::vector<std::string> GetApplicationsForFile(const std::string &filePath);
 [[nodiscard]] std::vector<std::string> GetAllApplications();
 
-// The host's default catalogue; asked once and kept.
+// The host's default catalogue; asked once and kept until it is forgotten.
 [[nodiscard]] std::string GetDefaultTransformationFile();
+void ForgetDefaultTransformationFile() noexcept;
 
 // Nothing when the application has no catalogue; an unreadable one gives an empty list.
 [[nodiscard]] std::optional<std::vector<std::string>> GetTransformationNames(const std::string &applicationName);

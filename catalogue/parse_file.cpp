@@ -1,14 +1,13 @@
 #include "catalogue/parse_file.h"
 
 #include "catalogue/entity_sources.h"
-#include "catalogue/xml_text.h"
+#include "catalogue/xml_library.h"
 #include "kit/paths.h"
 #include "kit/read_file.h"
 #include "report/messages.h"
 #include "report/xslt_error_handler.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
-#include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/validators/common/Grammar.hpp>
 
 #include <optional>
@@ -22,10 +21,10 @@ using report::MessageId;
 using report::XSLTErrorHandler;
 using xercesc::XercesDOMParser;
 
-// Room for what a file of its size can need, many times over.
-constexpr size_t memoryAtLeast = size_t{256} << 20;
+// Many times what a file of its size can need.
+constexpr size_t minMemory = size_t{256} << 20;
 constexpr size_t memoryPerByte = 200;
-constexpr XMLSize_t mostExpansions = 50000;
+constexpr XMLSize_t maxExpansions = 50000;
 
 // The library would take a path through the locale's character set, so files are read here.
 std::optional<std::string> ReadBytes(const std::string &path) {
@@ -43,25 +42,10 @@ xercesc::MemBufInputSource SourceOver(const std::string &bytes, const std::strin
 
 // Runs a parse; what the library throws becomes a line of the log. False when something was thrown.
 template <class Parse> bool GuardParse(const std::string &path, Diagnostics diagnostics, const Parse &parse) {
-  const auto report = [diagnostics](const std::string &message) {
-    if (diagnostics == Diagnostics::Report)
-      XSLTErrorHandler::GetInst().ReportMessage(message.c_str());
-    return false;
-  };
-  try {
-    parse();
-    return true;
-  } catch (const xercesc::OutOfMemoryException &) {
-    return report(report::FormatMessage(MessageId::EntitiesTooLarge, {path}));
-  } catch (const xercesc::XMLException &exception) {
-    return report(ToUtf8(exception.getMessage()));
-  } catch (const xercesc::DOMException &exception) {
-    return report(ToUtf8(exception.getMessage()));
-  } catch (const xercesc::SAXParseException &exception) {
-    return report(ToUtf8(exception.getMessage()));
-  } catch (...) {
-    return false;
-  }
+  const auto problem = CatchXmlErrors(parse, report::FormatMessage(MessageId::EntitiesTooLarge, {path}));
+  if (problem && diagnostics == Diagnostics::Report)
+    XSLTErrorHandler::GetInst().ReportMessage(problem->c_str());
+  return !problem;
 }
 
 void InstallHandlers(XercesDOMParser &parser, const std::string &path, Diagnostics diagnostics,
@@ -112,8 +96,8 @@ ParsedFilePtr ParseStylesheetBytes(const std::string &path, const std::string &b
 
 } // namespace
 
-ParsedFile::ParsedFile(size_t fileSize) : memory(memoryAtLeast + memoryPerByte * fileSize), parser(nullptr, &memory) {
-  bounds.setEntityExpansionLimit(mostExpansions);
+ParsedFile::ParsedFile(size_t fileSize) : memory(minMemory + memoryPerByte * fileSize), parser(nullptr, &memory) {
+  bounds.setEntityExpansionLimit(maxExpansions);
   parser.setSecurityManager(&bounds);
   parser.setDoNamespaces(true);
 }

@@ -119,7 +119,7 @@ bool ReadTransformations(const std::string &path, const std::string &schemaPath,
       if (GetNodeName(child) != "Transformation")
         return;
       Transformation record = ReadTransformation(child);
-      // The first of a name stays. The nameless cannot be told apart, so all of them stay.
+      // Of several with one name the first counts; those without a name are all kept.
       if (record.name.empty() || names.insert(record.name).second)
         list.push_back(std::move(record));
     });
@@ -127,12 +127,12 @@ bool ReadTransformations(const std::string &path, const std::string &schemaPath,
   return true;
 }
 
-bool IsEmptyFile(const std::string &path) {
-  std::error_code error;
-  return std::filesystem::file_size(path, error) == 0 && !error;
-}
-
 } // namespace
+
+bool HasContents(const std::string &path) {
+  std::error_code error;
+  return std::filesystem::file_size(path, error) != 0 && !error;
+}
 
 LoadResult LoadTransformationFile(const std::string &path) {
   if (path.empty())
@@ -140,7 +140,7 @@ LoadResult LoadTransformationFile(const std::string &path) {
   const std::string file = LocalCopy(ResolvePath(path));
   if (!kit::IsFile(file))
     return {std::nullopt, LoadStatus::FileMissing};
-  if (IsEmptyFile(file) || !TransformationScenarioReader::GetInstance().IsReady())
+  if (!HasContents(file) || !StartXmlLibrary())
     return {std::nullopt, LoadStatus::NotATransformationFile};
   // A file that breaks off has been reported already; the second parse would only say so again.
   if (const ParsedFilePtr parsed = ParseFile(file, {}); !HasCatalogueRoot(parsed.get()))
@@ -159,7 +159,7 @@ LoadResult LoadTransformationFile(const std::string &path) {
 
 bool IsTransformationFile(const std::string &path) {
   const std::string file = LocalCopy(ResolvePath(path));
-  if (!kit::IsFile(file) || IsEmptyFile(file) || !TransformationScenarioReader::GetInstance().IsReady())
+  if (!kit::IsFile(file) || !HasContents(file) || !StartXmlLibrary())
     return false;
   return HasCatalogueRoot(ParseFile(file, {}, Diagnostics::Drop).get());
 }

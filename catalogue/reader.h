@@ -19,6 +19,8 @@ struct LoadResult {
 };
 
 [[nodiscard]] LoadResult LoadTransformationFile(const std::string &path);
+// Whether the file can be looked at and holds anything.
+[[nodiscard]] bool HasContents(const std::string &path);
 // Whether the file exists, is not empty and has the root element of a catalogue; the schema is not asked.
 [[nodiscard]] bool IsTransformationFile(const std::string &path);
 

@@ -1,13 +1,12 @@
 #include "catalogue/serialize_transformations.h"
 
-#include "catalogue/xml_text.h"
+#include "catalogue/xml_library.h"
 #include "kit/handle.h"
 #include "report/messages.h"
 #include "report/xslt_error_handler.h"
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufFormatTarget.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include <array>
 #include <cstdio>
@@ -184,19 +183,12 @@ std::optional<std::string> SerializeTransformations(const TransformationList &li
   for (const Transformation &record : list)
     if (!CheckWritable(record))
       return std::nullopt;
-  std::string reason;
-  try {
-    if (auto bytes = Serialize(list))
-      return bytes;
-  } catch (const xercesc::XMLException &exception) {
-    reason = ToUtf8(exception.getMessage());
-  } catch (const xercesc::DOMException &exception) {
-    reason = ToUtf8(exception.getMessage());
-  } catch (const xercesc::OutOfMemoryException &) {
-    reason = report::LoadMessage(MessageId::OutOfMemory);
-  }
-  Report(report::FormatMessage(MessageId::TransformationFileNotWritten, {reason}));
-  return std::nullopt;
+  std::optional<std::string> bytes;
+  const std::optional<std::string> reason =
+      CatchXmlErrors([&] { bytes = Serialize(list); }, report::LoadMessage(MessageId::OutOfMemory));
+  if (!bytes)
+    Report(report::FormatMessage(MessageId::TransformationFileNotWritten, {reason.value_or("")}));
+  return bytes;
 }
 
 } // namespace catalogue

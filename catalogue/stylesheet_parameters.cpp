@@ -39,7 +39,7 @@ std::optional<std::vector<std::string>> GetStylesheetParameters(const std::strin
   if (!kit::IsFile(path))
     return std::nullopt;
   std::vector<std::string> list;
-  if (StylesheetParameterReader::GetInstance().IsReady())
+  if (StartXmlLibrary())
     ReadStylesheetParameters(path, list);
   return list;
 }

@@ -1,5 +1,6 @@
 // One named run scenario and a whole catalogue of them, as values: copies are deep, destruction frees everything.
-// All strings are UTF-8.
+// All strings are UTF-8. In all of catalogue/ a function answers with a result enum, a flag or nothing when it fails,
+// and says why in the transformation log.
 #ifndef CATALOGUE_TRANSFORMATION_H
 #define CATALOGUE_TRANSFORMATION_H
 

@@ -5,13 +5,13 @@
 #include "catalogue/reader.h"
 #include "catalogue/serialize_transformations.h"
 #include "catalogue/xml_library.h"
-#include "catalogue/xml_text.h"
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
 #include "report/messages.h"
 #include "report/xslt_error_handler.h"
 
-#include <filesystem>
+#include <optional>
+#include <utility>
 
 namespace catalogue {
 
@@ -19,8 +19,6 @@ namespace {
 
 using report::MessageId;
 using report::XSLTErrorHandler;
-
-enum class EditMode { Add = 1, Edit = 2 };
 
 void Report(const std::string &message) { XSLTErrorHandler::GetInst().ReportMessage(message.c_str()); }
 
@@ -30,12 +28,6 @@ void Show(MessageId id, std::string_view value) {
 
 bool Ask(MessageId id, std::string_view value, int32_t kind) {
   return V_ApiAlert(report::FormatMessage(id, {value}).c_str(), kind) == V_ANSWER_PROCEED;
-}
-
-bool HasContents(const std::string &path) {
-  std::error_code error;
-  const auto size = std::filesystem::file_size(path, error);
-  return !error && size != 0;
 }
 
 bool CanWriteFolder(const std::string &folder) {
@@ -50,36 +42,13 @@ bool CanWriteFolder(const std::string &folder) {
   return true;
 }
 
-// The catalogue that is being changed, loaded once for the checks and the change.
-struct Edit {
-  explicit Edit(const std::string &path) : loaded(LoadTransformationFile(path)) {}
-  [[nodiscard]] TransformationList TakeList() { return std::move(loaded.list).value_or(TransformationList()); }
-
-  LoadResult loaded;
-};
-
-FieldCheck CheckReplacing(const std::string &path, const Transformation &record, const LoadResult &loaded) {
+// Whether the record may take its place in the catalogue as it was loaded.
+bool MayReplace(const std::string &path, const Transformation &record, const LoadResult &loaded) {
   // A catalogue that cannot be read counts as empty, so saving would drop what it holds: not without asking.
   if (loaded.status == LoadStatus::NotLoaded && !Ask(MessageId::OverwriteExistingFile, path, V_ALERT_OK_CANCEL))
-    return FieldCheck::Declined;
-  if (loaded.list && FindTransformation(*loaded.list, record.name) >= 0 &&
-      !Ask(MessageId::ReplaceTransformation, record.name, V_ALERT_YES_NO))
-    return FieldCheck::Declined;
-  return FieldCheck::GoOn;
-}
-
-// GoOn leaves the loaded catalogue in `edit`.
-FieldCheck CheckTransformationEdit(EditMode mode, const std::string &path, const Transformation &record,
-                                   const std::string &oldName, IsKnownProcessor isKnown, std::optional<Edit> &edit) {
-  if (path.empty() || (mode == EditMode::Edit && oldName.empty()))
-    return FieldCheck::Stop;
-  if (!CanWriteTransformationFile(path))
-    return FieldCheck::Declined;
-  edit.emplace(path);
-  if (mode == EditMode::Add || record.name != oldName)
-    if (const FieldCheck replacing = CheckReplacing(path, record, edit->loaded); replacing != FieldCheck::GoOn)
-      return replacing;
-  return CheckTransformationFields(record, CheckMode::Interactive, isKnown);
+    return false;
+  return !loaded.list || FindTransformation(*loaded.list, record.name) < 0 ||
+         Ask(MessageId::ReplaceTransformation, record.name, V_ALERT_YES_NO);
 }
 
 // What a reader will make of the record: with blanks around it, a name would pass for a new one, and be dropped as the
@@ -94,19 +63,46 @@ Transformation AsRead(const Transformation &given) {
   return record;
 }
 
-EditResult Stopped(FieldCheck check) {
-  return check == FieldCheck::Declined ? EditResult::Stopped : EditResult::Failed;
-}
-
 EditResult Save(const std::string &path, const TransformationList &list) {
   return SaveTransformationFile(path, list) ? EditResult::Saved : EditResult::Failed;
+}
+
+// Puts the record where its name stands, else in the place of `oldName`, which must be there, or without one at the
+// end.
+EditResult Store(const std::string &path, const Transformation &given, const std::optional<std::string> &oldName,
+                 IsKnownProcessor isKnown) {
+  const Transformation record = AsRead(given);
+  if (path.empty() || oldName == "")
+    return EditResult::Failed;
+  if (!CanWriteTransformationFile(path))
+    return EditResult::Stopped;
+  LoadResult loaded = LoadTransformationFile(path);
+  if (record.name != oldName && !MayReplace(path, record, loaded))
+    return EditResult::Stopped;
+  if (const FieldCheck check = CheckTransformationFields(record, CheckMode::Interactive, isKnown);
+      check != FieldCheck::GoOn)
+    return check == FieldCheck::Declined ? EditResult::Stopped : EditResult::Failed;
+  TransformationList list = std::move(loaded.list).value_or(TransformationList());
+  // Renamed onto a name that exists, that one is replaced and the old one stays.
+  int32_t index = FindTransformation(list, record.name);
+  if (index < 0 && oldName)
+    index = FindTransformation(list, *oldName);
+  if (index >= 0) {
+    list[static_cast<size_t>(index)] = record;
+  } else if (!oldName) {
+    list.push_back(record);
+  } else {
+    Report(report::FormatMessage(MessageId::TransformationNotFound, {*oldName}));
+    return EditResult::Failed;
+  }
+  return Save(path, list);
 }
 
 } // namespace
 
 bool SaveTransformationFile(const std::string &path, const TransformationList &list) {
   const std::string resolved = ResolvePath(path);
-  if (resolved.empty() || !TransformationScenarioReader::GetInstance().IsReady())
+  if (resolved.empty() || !StartXmlLibrary())
     return false;
   const auto bytes = SerializeTransformations(list);
   if (!bytes)
@@ -160,38 +156,13 @@ FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mod
                                                                                          : FieldCheck::Declined;
 }
 
-EditResult AddTransformation(const std::string &path, const Transformation &given, IsKnownProcessor isKnown) {
-  const Transformation record = AsRead(given);
-  std::optional<Edit> edit;
-  if (const FieldCheck check = CheckTransformationEdit(EditMode::Add, path, record, {}, isKnown, edit);
-      check != FieldCheck::GoOn)
-    return Stopped(check);
-  TransformationList list = edit->TakeList();
-  if (const int32_t index = FindTransformation(list, record.name); index >= 0)
-    list[static_cast<size_t>(index)] = record;
-  else
-    list.push_back(record);
-  return Save(path, list);
+EditResult AddTransformation(const std::string &path, const Transformation &record, IsKnownProcessor isKnown) {
+  return Store(path, record, std::nullopt, isKnown);
 }
 
-EditResult EditTransformation(const std::string &path, const Transformation &given, const std::string &oldName,
+EditResult EditTransformation(const std::string &path, const Transformation &record, const std::string &oldName,
                               IsKnownProcessor isKnown) {
-  const Transformation record = AsRead(given);
-  std::optional<Edit> edit;
-  if (const FieldCheck check = CheckTransformationEdit(EditMode::Edit, path, record, oldName, isKnown, edit);
-      check != FieldCheck::GoOn)
-    return Stopped(check);
-  TransformationList list = edit->TakeList();
-  // Renamed onto a name that exists, that one is replaced and the old one stays.
-  int32_t index = FindTransformation(list, record.name);
-  if (index < 0)
-    index = FindTransformation(list, oldName);
-  if (index < 0) {
-    Report(report::FormatMessage(MessageId::TransformationNotFound, {oldName}));
-    return EditResult::Failed;
-  }
-  list[static_cast<size_t>(index)] = record;
-  return Save(path, list);
+  return Store(path, record, oldName, isKnown);
 }
 
 EditResult DeleteTransformation(const std::string &path, const std::string &name) {

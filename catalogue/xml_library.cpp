@@ -1,66 +1,42 @@
 #include "catalogue/xml_library.h"
 
+#include "catalogue/location.h"
 #include "catalogue/shut_down.h"
-#include "catalogue/state.h"
-#include "catalogue/xml_text.h"
+#include "report/messages.h"
 #include "report/xslt_error_handler.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLException.hpp>
 
-#include <memory>
+#include <utility>
 
 namespace catalogue {
 
 namespace {
 
-template <class Reader> std::unique_ptr<Reader> &Instance() {
-  static std::unique_ptr<Reader> instance;
-  return instance;
+std::optional<bool> &IsStarted() {
+  static std::optional<bool> started;
+  return started;
 }
 
-template <class Reader> Reader &InstanceOnFirstUse() {
-  std::unique_ptr<Reader> &instance = Instance<Reader>();
-  if (!instance)
-    instance = std::make_unique<Reader>();
-  return *instance;
-}
-
-void Report(const xercesc::XMLException &exception) {
-  report::XSLTErrorHandler::GetInst().ReportMessage(ToUtf8(exception.getMessage()).c_str());
+// False and a message in the log when the library throws.
+template <class Body> bool TryReporting(const Body &body) {
+  const std::optional<std::string> problem = CatchXmlErrors(body, report::LoadMessage(report::MessageId::OutOfMemory));
+  if (problem)
+    report::XSLTErrorHandler::GetInst().ReportMessage(problem->c_str());
+  return !problem;
 }
 
 } // namespace
 
-XmlLibraryUser::XmlLibraryUser() {
-  try {
-    xercesc::XMLPlatformUtils::Initialize();
-    ready = true;
-  } catch (const xercesc::XMLException &exception) {
-    Report(exception);
-  }
-}
-
-XmlLibraryUser::~XmlLibraryUser() {
-  try {
-    if (ready)
-      xercesc::XMLPlatformUtils::Terminate();
-  } catch (const xercesc::XMLException &exception) {
-    Report(exception);
-  }
-}
-
-TransformationScenarioReader &TransformationScenarioReader::GetInstance() {
-  return InstanceOnFirstUse<TransformationScenarioReader>();
-}
-
-StylesheetParameterReader &StylesheetParameterReader::GetInstance() {
-  return InstanceOnFirstUse<StylesheetParameterReader>();
+bool StartXmlLibrary() {
+  if (!IsStarted())
+    IsStarted() = TryReporting([] { xercesc::XMLPlatformUtils::Initialize(); });
+  return *IsStarted();
 }
 
 void ShutDownCatalogue() noexcept {
-  Instance<TransformationScenarioReader>().reset();
-  Instance<StylesheetParameterReader>().reset();
+  if (std::exchange(IsStarted(), std::nullopt).value_or(false))
+    TryReporting([] { xercesc::XMLPlatformUtils::Terminate(); });
   ForgetDefaultTransformationFile();
 }
 

@@ -1,5 +1,5 @@
-// The one place where the host keeps its exceptions from crossing into a client: what fails answers as if there were
-// nothing, and says so on standard error, since a host that swallowed it would never be repaired.
+// Keeps the host's exceptions from crossing into a client: the call answers as if there were nothing, and the exception
+// is reported on standard error.
 #ifndef HOST_GUARD_H
 #define HOST_GUARD_H
 

@@ -1,4 +1,4 @@
-// The table of functions that a client is handed: each one a noexcept call of the host's services.
+// The table of functions that a client gets: each one is a noexcept call of the host's services.
 #ifndef HOST_HOST_TABLE_H
 #define HOST_HOST_TABLE_H
 

@@ -74,7 +74,7 @@ public:
   [[nodiscard]] ClientReply Send(const std::string &client, const std::string &request);
   // A line of the host's own.
   void WriteConsole(const std::string &text);
-  // Hears the events of runs from now on, after the front; null for nobody. Must outlive its use.
+  // Hears the events of runs from now on, after the front; null for none. The listener must outlive its use.
   void Listen(RunListener *listener);
   // Where copies of opened and launched temporary outputs go, a folder for each run.
   void KeepOutputsIn(std::string folder);

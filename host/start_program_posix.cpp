@@ -21,7 +21,7 @@ bool StartProgram(const std::vector<std::string> &words) {
   pid_t child = 0;
   if (posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0)
     return false;
-  // Somebody has to take note of its end, whenever that is.
+  // A child that is not waited for would stay as a zombie process.
   std::thread([child] { waitpid(child, nullptr, 0); }).detach();
   return true;
 }

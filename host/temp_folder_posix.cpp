@@ -16,7 +16,7 @@ const std::string &TempFolder::Path() {
     return path;
   }
   std::filesystem::path parent = std::filesystem::temp_directory_path(error);
-  // A $TMPDIR that is not there must not keep anybody from working.
+  // $TMPDIR may name a folder that is not there.
   if (error)
     parent = "/tmp";
   std::string pattern = (parent / "vlxslt-XXXXXX").string();

@@ -18,14 +18,14 @@ namespace kit {
 
 namespace {
 
-constexpr int mostLinks = 40;
-constexpr int mostNames = 1000;
+constexpr int maxLinks = 40;
+constexpr int maxNames = 1000;
 
 // Where a chain of symbolic links ends, whether or not there is a file yet.
 std::string FollowLinks(const std::string &path) {
   std::error_code error;
   fs::path at(path);
-  for (int link = 0; link < mostLinks && fs::is_symlink(at, error); ++link) {
+  for (int link = 0; link < maxLinks && fs::is_symlink(at, error); ++link) {
     const fs::path next = fs::read_symlink(at, error);
     if (error)
       break;
@@ -92,7 +92,7 @@ void AtomicFile::Open() {
   // What replaces a private file must not be readable for a moment either; a new file gets what the umask leaves.
   const mode_t mode = exists ? 0600 : 0666;
   const std::string stem = JoinPath(FolderOf(target), std::string(unfinishedPrefix) + std::to_string(getpid()) + "-");
-  for (int name = 0; file < 0 && name < mostNames; ++name) {
+  for (int name = 0; file < 0 && name < maxNames; ++name) {
     written = stem + std::to_string(name);
     file = open(written.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
     if (file < 0 && errno != EEXIST)

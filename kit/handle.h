@@ -1,4 +1,4 @@
-// The one owner of things that must be given back: kit strings, lists, parser objects, references.
+// Owns what must be given back: kit strings, lists, parser objects, references.
 // Move-only; `Free` is called once with a non-null pointer. Adopt takes ownership, Release gives it away.
 #ifndef KIT_HANDLE_H
 #define KIT_HANDLE_H

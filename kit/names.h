@@ -9,6 +9,10 @@ inline constexpr const char *xsltName = "XSLT";
 inline constexpr const char *dispatcherName = "VlDispatcher";
 inline constexpr const char *xmlUtilitiesName = "XmlUtilities";
 
+// What a stored path may begin with, in any letter case: the structure folder, and the installation folder.
+inline constexpr const char *structureVariable = "$STRUCTDIR";
+inline constexpr const char *installVariable = "$VLHOME";
+
 // The application that every document has; its catalogue is the host's default one.
 inline constexpr const char *defaultsName = "<Defaults>";
 

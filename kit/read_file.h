@@ -1,5 +1,4 @@
-// Reads a file whole. Paths are taken as bytes, so no locale comes between a name and its file. A
-// pipe or a device is no file: to read it might be to wait for ever.
+// Reads a file whole. Paths are bytes, whatever the locale. Pipes and devices are refused: reading them might not end.
 #ifndef KIT_READ_FILE_H
 #define KIT_READ_FILE_H
 

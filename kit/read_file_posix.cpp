@@ -19,8 +19,8 @@ struct CloseFile {
 
 std::string Describe(const std::string &path, int code) { return path + ": " + std::generic_category().message(code); }
 
-// Opened without waiting: a pipe would hold us until somebody writes into it, perhaps for ever. Empty when it is a
-// file.
+// Why the path cannot be read as a file; empty when it can. It was opened without waiting, since opening a pipe blocks
+// until there is a writer.
 std::string FindObstacle(int handle, const std::string &path) {
   struct stat status {};
   if (handle < 0 || fstat(handle, &status) != 0)

@@ -8,8 +8,8 @@ namespace {
 
 // Empty when a request can carry the value.
 std::string FindObstacle(std::string_view value) {
-  if (value.size() > kit::longestText)
-    return "it is longer than " + std::to_string(kit::longestText) + " bytes";
+  if (value.size() > kit::maxTextSize)
+    return "it is longer than " + std::to_string(kit::maxTextSize) + " bytes";
   const bool hasBoth = value.find('"') != std::string_view::npos && value.find('\'') != std::string_view::npos;
   return hasBoth ? "it holds both kinds of quotes" : "";
 }

@@ -52,7 +52,7 @@ bool Tokenizer::Next(std::string &token) {
   if (quoted)
     rest.remove_prefix(1);
   const size_t length = std::min(rest.find(end), rest.size());
-  token = Truncate(rest.substr(0, length), longest);
+  token = Truncate(rest.substr(0, length), maxToken);
   rest.remove_prefix(std::min(length + 1, rest.size()));
   return true;
 }

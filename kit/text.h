@@ -14,7 +14,7 @@ namespace kit {
 [[nodiscard]] std::string LowerCase(std::string_view text);
 
 // What a text buffer of the kit holds without its NUL: tokens of requests and texts of the string table end there.
-inline constexpr size_t longestText = 1023;
+inline constexpr size_t maxTextSize = 1023;
 
 // Puts the values in place of %0, %1, …; a placeholder without a value stays, and values are not searched again.
 [[nodiscard]] std::string FillPlaceholders(std::string_view pattern, std::initializer_list<std::string_view> values);
@@ -23,13 +23,13 @@ inline constexpr size_t longestText = 1023;
 // quote, any other one to the next blank. At most `limit` bytes of a token are kept, never half a character.
 class Tokenizer {
 public:
-  explicit Tokenizer(std::string_view text, size_t limit = longestText) : rest(text), longest(limit) {}
+  explicit Tokenizer(std::string_view text, size_t limit = maxTextSize) : rest(text), maxToken(limit) {}
   // False at the end of the text. A quoted token may be empty.
   [[nodiscard]] bool Next(std::string &token);
 
 private:
   std::string_view rest;
-  size_t longest;
+  size_t maxToken;
 };
 
 // The longest prefix of UTF-8 text that fits into `limit` bytes without cutting a character.

@@ -25,13 +25,6 @@ StringList StringList::Adopt(V_StrListT *owned) {
   return list;
 }
 
-StringList StringList::Of(const std::vector<std::string> &items) {
-  StringList list = Adopt(V_StrListNew());
-  for (const std::string &item : items)
-    V_StrListAppend(list.Get(), item.c_str());
-  return list;
-}
-
 void StringList::Append(std::string_view text) {
   if (!held)
     held = Handle<V_StrListT, Freer{}>::Adopt(V_StrListNew());

@@ -1,4 +1,5 @@
-// RAII over what crosses between host and client: a host string, a string list, a reply of typed values.
+// RAII over what crosses between host and client: a host string, a string list, a reply of typed values. In all of kit/
+// what fails is empty, zero or nothing; where there is a reason, the object or the result holds it as a text.
 // All of it is allocated and freed through the host's table, on the host's thread.
 #ifndef KIT_VALUES_H
 #define KIT_VALUES_H
@@ -22,7 +23,6 @@ public:
   [[nodiscard]] static HostString Copy(std::string_view text);
 
   [[nodiscard]] const char *Get() const { return held.Get(); }
-  [[nodiscard]] bool IsNull() const { return !held; }
   [[nodiscard]] std::string_view View() const;
   [[nodiscard]] std::string Text() const { return std::string(View()); }
   [[nodiscard]] char *Release() { return held.Release(); }
@@ -39,12 +39,10 @@ class StringList {
 public:
   StringList() = default;
   [[nodiscard]] static StringList Adopt(V_StrListT *owned);
-  [[nodiscard]] static StringList Of(const std::vector<std::string> &items);
 
   // Makes the list when there is none yet.
   void Append(std::string_view text);
   [[nodiscard]] uint32_t Size() const { return V_StrListLen(held.Get()); }
-  [[nodiscard]] bool IsEmpty() const { return Size() == 0; }
   // Borrowed; empty beyond the end.
   [[nodiscard]] std::string_view At(uint32_t index) const;
   [[nodiscard]] std::vector<std::string> Items() const;

@@ -1,10 +1,10 @@
 /* The client kit: every type and call that crosses between a host application and a client.
  *
- * A host loads a client's shared library, hands it one V_HostT with V_ClientAttach, calls V_ClientInitialize once and
+ * A host loads a client's shared library, gives it one V_HostT with V_ClientAttach, calls V_ClientInitialize once and
  * then sends notifications and dialog events. A client reaches the host only through the V_... and NetLib... calls
  * below; the kit's runtime forwards each of them to the table. Everything happens on the host's thread.
  *
- * Text is NUL-terminated UTF-8; a null pointer means "no value". Whoever receives a char *, a list or a reply owns it
+ * Text is NUL-terminated UTF-8; a null pointer means "no value". The receiver of a char *, a list or a reply owns it
  * and gives it back with the function named beside it; arguments are borrowed for the length of the call. A call that
  * the host's table does not hold (an older host) answers as if there were nothing: 0, null, an empty list. */
 #ifndef VDK_H
@@ -184,7 +184,7 @@ typedef struct V_RunEventT {
   const char *text;       /* V_RUN_DIAGNOSTIC, V_RUN_MESSAGE */
 } V_RunEventT;
 
-/* ---- The table that a host hands to a client --------------------------------------------------------------------- */
+/* ---- The table that a host gives to a client --------------------------------------------------------------------- */
 
 /* `size` is sizeof(V_HostT) as the host was built; a client calls nothing beyond it. `host` goes back to the host as
  * the first argument of every function. Functions never throw. */
@@ -309,14 +309,14 @@ char *V_ApiChooseFile(int32_t kind, const char *title, const char *filter, const
 /* Shows one line, or one line feed, on the host's console. */
 void V_ApiWriteConsole(const char *text);
 int32_t V_ApiIsCancelled(void);
-/* Tells the host what happens during a run. `event->size` is set by the runtime. */
+/* Reports what happens during a run. `event.size` is set by the runtime. */
 void V_ApiReportRunEvent(V_RunEventT event);
 /* Input number `index` (from 0) of `count` begins. */
 void V_ApiReportProgress(int32_t index, int32_t count, const char *path);
 void V_ApiReportUsage(const char *group, const char *client, const char *what);
 /* Opens a file without further questions; the document is called `asName` unless that is null. 0 when it failed. */
 V_ObjectT V_ApiOpenDocument(const char *path, const char *asName);
-/* Hands a file to the operating system's default program. */
+/* Opens a file in the operating system's default program. */
 int32_t V_ApiLaunch(const char *path);
 
 /* Walks the components of a book or a map in document order; null when the object has none. */

@@ -17,7 +17,7 @@ const kit::Resources &ClientResources() {
 }
 
 std::string LoadMessage(MessageId id) {
-  return std::string(kit::Truncate(ClientResources().Text(static_cast<uint16_t>(id)), kit::longestText));
+  return std::string(kit::Truncate(ClientResources().Text(static_cast<uint16_t>(id)), kit::maxTextSize));
 }
 
 std::string FormatMessage(MessageId id, std::initializer_list<std::string_view> values) {

@@ -119,7 +119,7 @@ enum class MessageId : uint16_t {
 // The reader over that image.
 [[nodiscard]] const kit::Resources &ClientResources();
 
-// At most kit::longestText bytes of the text; empty when there is none.
+// At most kit::maxTextSize bytes of the text; empty when there is none.
 [[nodiscard]] std::string LoadMessage(MessageId id);
 // The text with %0, %1, … replaced by the values in order.
 [[nodiscard]] std::string FormatMessage(MessageId id, std::initializer_list<std::string_view> values);

@@ -45,7 +45,7 @@ void WriteStartSection(const StartSection &section) {
     AppendLine(LoadMessage(MessageId::LogOutput).append(section.output));
   WriteBlankLine();
   if (!section.processor.empty())
-    AppendLine(kit::Truncate(FormatMessage(MessageId::LogProcessorMessages, {section.processor}), kit::longestText));
+    AppendLine(kit::Truncate(FormatMessage(MessageId::LogProcessorMessages, {section.processor}), kit::maxTextSize));
 }
 
 MessageId PatternOf(Severity severity) {

@@ -11,8 +11,8 @@ import os
 import re
 import sys
 
-# Titles and labels of dialogs, which a window may share.
-LABELS = set(range(18000, 18017)) | {18053, 18054, 18058, 18061}
+# Titles and labels of dialogs and descriptions of fields, which a window or a help text may share.
+LABELS = set(range(18000, 18017)) | {18053, 18054, 18058, 18061} | set(range(18154, 18168))
 LITERAL = re.compile(r'"((?:\\.|[^"\\])*)"')
 STRING = re.compile(r'^\s+(18\d{3})\s+"((?:[^"]|"")*)"', re.MULTILINE)
 

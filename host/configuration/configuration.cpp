@@ -1,5 +1,7 @@
 #include "host/configuration/configuration.h"
 
+#include "host/configuration/configuration_keys.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/read_file.h"
 #include "kit/text.h"
@@ -7,8 +9,8 @@
 #include <toml++/toml.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -19,46 +21,6 @@
 namespace host {
 
 namespace {
-
-enum class Meaning { Text, Path, StoredPath, ClassPath };
-enum class Presence { Optional, Required };
-
-// One key: which field it fills, and what its value means.
-template <class Record> struct KeyRule {
-  std::string_view key;
-  std::variant<std::string Record::*, std::vector<std::string> Record::*> field;
-  Meaning meaning = Meaning::Text;
-  Presence presence = Presence::Optional;
-};
-
-constexpr std::array configurationKeys = {
-    KeyRule<Configuration>{"product", &Configuration::product},
-    KeyRule<Configuration>{"install_dir", &Configuration::installFolder, Meaning::Path},
-    KeyRule<Configuration>{"structure_dir", &Configuration::structureFolder, Meaning::Path},
-    KeyRule<Configuration>{"default_catalogue", &Configuration::defaultCatalogue, Meaning::StoredPath},
-    KeyRule<Configuration>{"temp_dir", &Configuration::tempFolder, Meaning::Path},
-    KeyRule<Configuration>{"catalogs", &Configuration::catalogs, Meaning::StoredPath},
-    KeyRule<Configuration>{"java_home", &Configuration::javaHome, Meaning::Path},
-    KeyRule<Configuration>{"java_options", &Configuration::javaOptions},
-    KeyRule<Configuration>{"editor", &Configuration::editor},
-};
-
-constexpr std::array processorKeys = {
-    KeyRule<ProcessorSetting>{"name", &ProcessorSetting::name, Meaning::Text, Presence::Required},
-    KeyRule<ProcessorSetting>{"class_path", &ProcessorSetting::classPath, Meaning::ClassPath},
-    KeyRule<ProcessorSetting>{"class_name", &ProcessorSetting::className, Meaning::Text, Presence::Required},
-};
-
-constexpr std::array applicationKeys = {
-    KeyRule<ApplicationSetting>{"name", &ApplicationSetting::name, Meaning::Text, Presence::Required},
-    KeyRule<ApplicationSetting>{"catalogue", &ApplicationSetting::catalogue, Meaning::StoredPath},
-    KeyRule<ApplicationSetting>{"root", &ApplicationSetting::roots},
-    KeyRule<ApplicationSetting>{"public_id", &ApplicationSetting::publicIds},
-    KeyRule<ApplicationSetting>{"namespace", &ApplicationSetting::namespaces},
-    KeyRule<ApplicationSetting>{"file", &ApplicationSetting::files},
-};
-
-constexpr std::array<std::string_view, 2> listKeys = {"processor", "application"};
 
 size_t EditDistance(std::string_view left, std::string_view right) {
   std::vector<size_t> row(right.size() + 1);
@@ -94,7 +56,8 @@ std::string NameType(const toml::node &node) {
 }
 
 bool BeginsWithVariable(std::string_view path) {
-  return kit::StartsWithIgnoreCase(path, "$STRUCTDIR") || kit::StartsWithIgnoreCase(path, "$VLHOME");
+  return kit::StartsWithIgnoreCase(path, kit::structureVariable) ||
+         kit::StartsWithIgnoreCase(path, kit::installVariable);
 }
 
 std::string UseSlashes(std::string path) {
@@ -109,12 +72,12 @@ public:
 
   void Read(const toml::table &root) {
     for (const auto &[key, node] : root) {
-      if (key.str() == listKeys[0])
+      if (key.str() == tableKeys[0])
         ReadTables(key.str(), node, processorKeys, result.configuration.processors);
-      else if (key.str() == listKeys[1])
+      else if (key.str() == tableKeys[1])
         ReadTables(key.str(), node, applicationKeys, result.configuration.applications);
       else
-        ReadKey(key, node, configurationKeys, result.configuration, listKeys);
+        ReadKey(key, node, configurationKeys, result.configuration, tableKeys);
     }
   }
 
@@ -123,7 +86,7 @@ public:
   }
 
   // Tables come in the order of their keys; a person reads a file from its top.
-  void HandOverProblems() {
+  void ReportProblems() {
     std::ranges::stable_sort(found, {}, [](const Problem &each) { return std::pair(each.at.line, each.at.column); });
     for (Problem &each : found)
       result.problems.push_back(std::move(each.text));
@@ -245,7 +208,7 @@ private:
   std::string folder;
 };
 
-// Fills what the file leaves open, and brings folders into the form that the session hands out.
+// Fills what the file leaves open, and brings folders into the form that clients get.
 void Complete(Configuration &configuration, const Installation &installation) {
   if (configuration.installFolder.empty())
     configuration.installFolder = installation.shareFolder;
@@ -293,7 +256,7 @@ ConfigurationResult ReadConfiguration(const std::string &path, const Installatio
       reader.Report(parsed.error().source().begin, std::string(parsed.error().description()));
     else
       reader.Read(parsed.table());
-    reader.HandOverProblems();
+    reader.ReportProblems();
     result.configuration.source = absolute;
     result.configuration.isInstalledDefault = absolute == kit::AbsolutePath(installation.DefaultConfigurationPath());
   }
@@ -308,12 +271,10 @@ std::string ExpandStoredPath(const Configuration &configuration, std::string pat
   if (kit::IsUrl(path))
     return path;
   path = UseSlashes(path);
-  static constexpr std::string_view structure = "$STRUCTDIR";
-  static constexpr std::string_view install = "$VLHOME";
-  if (kit::StartsWithIgnoreCase(path, structure))
-    path = configuration.structureFolder + path.substr(structure.size());
-  else if (kit::StartsWithIgnoreCase(path, install))
-    path = configuration.installFolder + path.substr(install.size());
+  for (const auto &[variable, folder] : {std::pair(kit::structureVariable, &configuration.structureFolder),
+                                         std::pair(kit::installVariable, &configuration.installFolder)})
+    if (kit::StartsWithIgnoreCase(path, variable))
+      return kit::AbsolutePath(*folder + path.substr(std::strlen(variable)));
   if (!kit::IsAbsolutePath(path))
     path = base.empty() ? configuration.installFolder + path : kit::JoinPath(kit::FolderOf(base), path);
   return kit::AbsolutePath(path);

@@ -1,9 +1,10 @@
 #include "host/configuration/configuration_edit.h"
 
+#include "host/configuration/configuration_keys.h"
+
 #include <toml++/toml.h>
 
 #include <algorithm>
-#include <array>
 #include <iomanip>
 #include <iterator>
 #include <set>
@@ -14,42 +15,6 @@
 namespace host {
 
 namespace {
-
-template <class Record> struct TextKey {
-  std::string_view key;
-  std::string Record::*field;
-  bool isRequired = false; // stands in the file even without a value
-};
-template <class Record> struct ListKey {
-  std::string_view key;
-  std::vector<std::string> Record::*field;
-};
-
-constexpr std::array mainTexts = {
-    TextKey<Configuration>{"default_catalogue", &Configuration::defaultCatalogue},
-    TextKey<Configuration>{"java_home", &Configuration::javaHome},
-    TextKey<Configuration>{"editor", &Configuration::editor},
-};
-constexpr std::array mainLists = {
-    ListKey<Configuration>{"catalogs", &Configuration::catalogs},
-    ListKey<Configuration>{"java_options", &Configuration::javaOptions},
-};
-constexpr std::array processorTexts = {
-    TextKey<ProcessorSetting>{"name", &ProcessorSetting::name, true},
-    TextKey<ProcessorSetting>{"class_path", &ProcessorSetting::classPath},
-    TextKey<ProcessorSetting>{"class_name", &ProcessorSetting::className, true},
-};
-constexpr std::array<ListKey<ProcessorSetting>, 0> processorLists = {};
-constexpr std::array applicationTexts = {
-    TextKey<ApplicationSetting>{"name", &ApplicationSetting::name, true},
-    TextKey<ApplicationSetting>{"catalogue", &ApplicationSetting::catalogue},
-};
-constexpr std::array applicationLists = {
-    ListKey<ApplicationSetting>{"root", &ApplicationSetting::roots},
-    ListKey<ApplicationSetting>{"public_id", &ApplicationSetting::publicIds},
-    ListKey<ApplicationSetting>{"namespace", &ApplicationSetting::namespaces},
-    ListKey<ApplicationSetting>{"file", &ApplicationSetting::files},
-};
 
 // As the rest of such files is written: in double quotes.
 std::string Format(const std::string &text) {
@@ -80,28 +45,26 @@ struct Assignment {
   std::string value;
 };
 
-template <class Record, class Texts, class Lists>
-std::vector<Assignment> ListChanges(const Record &before, const Record &after, const Texts &texts, const Lists &lists) {
+template <class Record> std::string FormatField(const Record &record, const KeyRule<Record> &rule) {
+  return std::visit([&](auto field) { return Format(record.*field); }, rule.field);
+}
+
+template <class Record, class Rules>
+std::vector<Assignment> ListChanges(const Record &before, const Record &after, const Rules &rules) {
   std::vector<Assignment> changes;
-  for (const auto &each : texts)
-    if (before.*each.field != after.*each.field)
-      changes.push_back({std::string(each.key), Format(after.*each.field)});
-  for (const auto &each : lists)
-    if (before.*each.field != after.*each.field)
-      changes.push_back({std::string(each.key), Format(after.*each.field)});
+  for (const KeyRule<Record> &rule : rules)
+    if (std::visit([&](auto field) { return before.*field != after.*field; }, rule.field))
+      changes.push_back({std::string(rule.key), FormatField(after, rule)});
   return changes;
 }
 
 // The assignments of a record that is new to the file.
-template <class Record, class Texts, class Lists>
-std::vector<Assignment> ListAll(const Record &record, const Texts &texts, const Lists &lists) {
+template <class Record, class Rules> std::vector<Assignment> ListAll(const Record &record, const Rules &rules) {
   std::vector<Assignment> all;
-  for (const auto &each : texts)
-    if (each.isRequired || !(record.*each.field).empty())
-      all.push_back({std::string(each.key), Format(record.*each.field)});
-  for (const auto &each : lists)
-    if (!(record.*each.field).empty())
-      all.push_back({std::string(each.key), Format(record.*each.field)});
+  for (const KeyRule<Record> &rule : rules)
+    if (rule.presence != Presence::Optional ||
+        !std::visit([&](auto field) { return (record.*field).empty(); }, rule.field))
+      all.push_back({std::string(rule.key), FormatField(record, rule)});
   return all;
 }
 
@@ -147,7 +110,7 @@ bool IsComment(const std::string &line) {
 std::vector<Section> SplitSections(const std::string &text, const toml::table &root) {
   const std::vector<std::string> lines = SplitLines(text);
   std::set<size_t> valueLines = FindValueLines(root);
-  for (const std::string_view kind : {"processor", "application"})
+  for (const std::string_view kind : tableKeys)
     if (const toml::array *tables = root[kind].as_array())
       for (const toml::node &each : *tables)
         if (const toml::table *table = each.as_table())
@@ -155,7 +118,7 @@ std::vector<Section> SplitSections(const std::string &text, const toml::table &r
   std::vector<Section> sections(1);
   for (size_t at = 0; at < lines.size(); ++at) {
     std::string kind;
-    for (const std::string_view each : {"processor", "application"})
+    for (const std::string_view each : tableKeys)
       if (kind.empty())
         kind = KindOf(root, at + 1, each);
     if (!kind.empty()) {
@@ -225,10 +188,10 @@ Section MakeSection(const std::string &kind, const std::vector<Assignment> &valu
 }
 
 // The sections of one kind in their new order, at the place of the first one.
-template <class Record, class Texts, class Lists>
+template <class Record, class Rules>
 std::vector<Section> ArrangeSections(std::vector<Section> sections, const toml::table &root, const std::string &kind,
                                      const std::vector<Record> &before, const std::vector<Record> &after,
-                                     const std::vector<int> &origins, const Texts &texts, const Lists &lists) {
+                                     const std::vector<int> &origins, const Rules &rules) {
   std::vector<Section> old;
   std::vector<Section> others;
   size_t place = sections.size();
@@ -242,10 +205,10 @@ std::vector<Section> ArrangeSections(std::vector<Section> sections, const toml::
     if (const int origin = origins[index]; origin >= 0) {
       const auto from = static_cast<size_t>(origin);
       Apply(old[from], *root[kind].as_array()->get_as<toml::table>(from),
-            ListChanges(before[from], after[index], texts, lists));
+            ListChanges(before[from], after[index], rules));
       arranged.push_back(std::move(old[from]));
     } else {
-      arranged.push_back(MakeSection(kind, ListAll(after[index], texts, lists)));
+      arranged.push_back(MakeSection(kind, ListAll(after[index], rules)));
     }
   }
   place = std::min(place, others.size());
@@ -271,7 +234,7 @@ std::string Join(const std::vector<Section> &sections) {
 } // namespace
 
 EditedConfiguration EditConfiguration(const std::string &text, const ConfigurationChange &change) {
-  // A mark at the beginning takes room in the first line, but none in the parser's columns.
+  // The parser does not count a byte order mark in the columns of the first line.
   static constexpr std::string_view mark = "\xEF\xBB\xBF";
   if (text.starts_with(mark)) {
     EditedConfiguration edited = EditConfiguration(text.substr(mark.size()), change);
@@ -289,26 +252,22 @@ EditedConfiguration EditConfiguration(const std::string &text, const Configurati
   if (static_cast<size_t>(count("processor")) != change.before.processors.size() ||
       static_cast<size_t>(count("application")) != change.before.applications.size())
     return {text, "the file changed meanwhile, or holds its tables in a form that only a person can edit"};
-  Apply(sections.front(), root, ListChanges(change.before, change.after, mainTexts, mainLists));
+  Apply(sections.front(), root, ListChanges(change.before, change.after, configurationKeys));
   sections = ArrangeSections(std::move(sections), root, "processor", change.before.processors, change.after.processors,
-                             change.processorOrigins, processorTexts, processorLists);
+                             change.processorOrigins, processorKeys);
   sections = ArrangeSections(std::move(sections), root, "application", change.before.applications,
-                             change.after.applications, change.applicationOrigins, applicationTexts, applicationLists);
+                             change.after.applications, change.applicationOrigins, applicationKeys);
   return {Join(sections), {}};
 }
 
 std::string WriteConfiguration(const Configuration &configuration) {
   std::vector<Section> sections(1);
-  std::vector<Assignment> values = {{"product", Format(configuration.product)},
-                                    {"install_dir", Format(configuration.installFolder)},
-                                    {"structure_dir", Format(configuration.structureFolder)}};
-  std::ranges::move(ListAll(configuration, mainTexts, mainLists), std::back_inserter(values));
-  for (const Assignment &each : values)
+  for (const Assignment &each : ListAll(configuration, configurationKeys))
     sections.front().lines.push_back(each.key + " = " + each.value);
   for (const ProcessorSetting &each : configuration.processors)
-    sections.push_back(MakeSection("processor", ListAll(each, processorTexts, processorLists)));
+    sections.push_back(MakeSection("processor", ListAll(each, processorKeys)));
   for (const ApplicationSetting &each : configuration.applications)
-    sections.push_back(MakeSection("application", ListAll(each, applicationTexts, applicationLists)));
+    sections.push_back(MakeSection("application", ListAll(each, applicationKeys)));
   return Join(sections);
 }
 

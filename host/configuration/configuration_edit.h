@@ -1,5 +1,5 @@
-// Changes a configuration file the way a careful person would: only what changed is written anew, in its place;
-// comments, order and layout of everything else stay. Works on text, touches no file.
+// Changes the text of a configuration file: only what changed is written, in its place; comments, order and layout of
+// everything else stay. Works on text, touches no file.
 #ifndef HOST_CONFIGURATION_CONFIGURATION_EDIT_H
 #define HOST_CONFIGURATION_CONFIGURATION_EDIT_H
 
@@ -24,7 +24,7 @@ struct EditedConfiguration {
 };
 
 [[nodiscard]] EditedConfiguration EditConfiguration(const std::string &text, const ConfigurationChange &change);
-// A file of its own for somebody who had none, with absolute paths.
+// A whole file, with absolute paths.
 [[nodiscard]] std::string WriteConfiguration(const Configuration &configuration);
 
 } // namespace host

@@ -14,8 +14,8 @@ namespace host {
 
 namespace {
 
-// Deeper nesting than this is no document but an attack on the stack.
-constexpr int deepestNesting = 200;
+// Bounds the recursion: no real document nests as deeply.
+constexpr int maxNesting = 200;
 
 bool IsMapOutline(const XmlOutline &outline) {
   static constexpr std::array<std::string_view, 3> roots = {"map", "bookmap", "subjectScheme"};
@@ -38,7 +38,7 @@ public:
 
 private:
   void Descend(const std::string &path, ComponentSource source, int depth) {
-    if (depth > deepestNesting) {
+    if (depth > maxNesting) {
       list.problems.push_back(path + ": nested too deeply, its components are left out");
     } else if (source == ComponentSource::DitaMap) {
       const KeySpace space(files, path);
@@ -73,11 +73,11 @@ private:
     const TopicReference reference = ReadReference(element, inherited, mapPath, &keys);
     if (IsWanted(reference)) {
       const bool isNew = Yield(reference.target);
-      if (isNew && reference.kind == TargetKind::Map && depth <= deepestNesting)
-        FollowMap(reference.target, reference.handedDown, keys, depth);
+      if (isNew && reference.kind == TargetKind::Map && depth <= maxNesting)
+        FollowMap(reference.target, reference.passedDown, keys, depth);
     }
     for (const xmlNode *child = NextElement(element.children); child; child = NextElement(child->next))
-      FollowElement(*child, reference.handedDown, mapPath, keys, depth + 1);
+      FollowElement(*child, reference.passedDown, mapPath, keys, depth + 1);
   }
 
   [[nodiscard]] bool IsWanted(const TopicReference &reference) const {
@@ -92,7 +92,7 @@ private:
     return isNew;
   }
 
-  // Links are followed here, or a folder that links to itself would make new names for the same file for ever.
+  // Resolves links: a folder that links to itself gives one file any number of names.
   bool Visit(const std::string &path) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::weakly_canonical(path, error);

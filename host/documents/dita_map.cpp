@@ -100,11 +100,11 @@ void KeySpace::CollectFrom(const xmlNode *element, const Inherited &inherited, c
     waiting.push_back(reference.target);
   for (const xmlNode *child = NextElement(element->children); child; child = NextElement(child->next))
     if (HoldsReferences(*child))
-      CollectFrom(child, reference.handedDown, mapPath);
+      CollectFrom(child, reference.passedDown, mapPath);
 }
 
 const KeyDefinition *KeySpace::Find(std::string_view key) const {
-  // As many steps as there are keys: more means that they define each other in a circle.
+  // At most as many steps as there are keys: more would be a cycle.
   for (size_t steps = 0; steps <= keys.size(); ++steps) {
     const auto found = keys.find(key.substr(0, key.find('/')));
     if (found == keys.end())
@@ -128,8 +128,8 @@ TopicReference ReadReference(const xmlNode &element, const Inherited &inherited,
   std::string scope = Attribute(element, "scope");
   std::string format = OneOf(Attribute(element, "format"), standard.format);
   TopicReference reference;
-  reference.handedDown.role = OneOf(OneOf(Attribute(element, "processing-role"), standard.role), inherited.role);
-  reference.isResourceOnly = reference.handedDown.role == resourceOnly;
+  reference.passedDown.role = OneOf(OneOf(Attribute(element, "processing-role"), standard.role), inherited.role);
+  reference.isResourceOnly = reference.passedDown.role == resourceOnly;
 
   if (const std::string href = Attribute(element, "href"); !href.empty())
     reference.target = ResolveHref(href, mapPath);
@@ -143,9 +143,9 @@ TopicReference ReadReference(const xmlNode &element, const Inherited &inherited,
   scope = OneOf(scope, inherited.scope);
   if (format.empty() && !kit::EqualsIgnoreCase(FormatOf(reference.target), "ditamap"))
     format = inherited.format;
-  reference.handedDown.scope = scope;
+  reference.passedDown.scope = scope;
   // "ditamap" says what this reference points to, not what those inside it do.
-  reference.handedDown.format = kit::EqualsIgnoreCase(format, "ditamap") ? inherited.format : format;
+  reference.passedDown.format = kit::EqualsIgnoreCase(format, "ditamap") ? inherited.format : format;
   reference.kind = KindOf(reference.target, scope, OneOf(format, FormatOf(reference.target)));
   return reference;
 }

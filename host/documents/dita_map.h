@@ -13,7 +13,7 @@
 
 namespace host {
 
-// What a topic reference hands down to those inside it, and a map reference to the map.
+// What passes from a topic reference to those inside it, and from a map reference to the map.
 struct Inherited {
   std::string scope;
   std::string format;
@@ -26,7 +26,7 @@ struct TopicReference {
   std::string target; // absolute path, or the reference as written when it is external
   TargetKind kind = TargetKind::None;
   bool isResourceOnly = false;
-  Inherited handedDown;
+  Inherited passedDown;
 };
 
 struct KeyDefinition {

@@ -1,9 +1,9 @@
 #include "host/documents/entity_catalogs.h"
 
+#include "host/documents/xml_file.h"
 #include "kit/paths.h"
 
 #include <libxml/uri.h>
-#include <libxml/xmlerror.h>
 
 #include <algorithm>
 #include <utility>
@@ -15,21 +15,15 @@ namespace {
 const xmlChar *Xml(const std::string &text) { return reinterpret_cast<const xmlChar *>(text.c_str()); }
 const xmlChar *XmlOrNull(const std::string &text) { return text.empty() ? nullptr : Xml(text); }
 
-std::string Take(xmlChar *owned) {
-  using Owned = kit::Handle<xmlChar, [](xmlChar *text) { xmlFree(text); }>;
-  const Owned text = Owned::Adopt(owned);
-  return text ? reinterpret_cast<const char *>(text.Get()) : std::string();
-}
-
 std::string MakeAbsolute(const std::string &systemId, const std::string &baseUri) {
   if (systemId.empty() || baseUri.empty())
     return systemId;
   const std::string base = kit::IsAbsolutePath(baseUri) ? kit::PathToUrl(baseUri) : baseUri;
-  const std::string absolute = Take(xmlBuildURI(Xml(systemId), Xml(base)));
+  const std::string absolute = TakeXmlText(xmlBuildURI(Xml(systemId), Xml(base)));
   return absolute.empty() ? systemId : absolute;
 }
 
-// libxml2 reports to one place per thread; it is ours only while we ask.
+// libxml2 reports to one place per thread; it is this listener only while a question is asked.
 class ErrorListener {
 public:
   using Sink = std::function<void(const xmlError &)>;
@@ -47,19 +41,9 @@ private:
   Sink sink;
 };
 
-std::string DescribeCatalogError(const std::string &file, const xmlError &error) {
-  std::string message = error.message ? error.message : "cannot be read";
-  while (!message.empty() && message.back() == '\n')
-    message.pop_back();
-  std::string place = file;
-  if (error.line > 0)
-    place += ":" + std::to_string(error.line) + ":" + std::to_string(error.int2);
-  return place + ": catalog: " + message;
-}
-
 // libxml2 takes the path of a catalog for the base URL of what it says, which goes wrong with a blank or a "%" in it.
-// So it gets a catalog that leads to the real one by a proper URL.
-std::string MakeEntrance(const std::string &file) {
+// So it gets a wrapper catalog that refers to the real one by a proper URL.
+std::string MakeWrapperCatalog(const std::string &file) {
   std::string url = kit::PathToUrl(file);
   for (const auto &[letter, escape] : {std::pair{'&', "%26"}, std::pair{'\'', "%27"}})
     for (size_t at = 0; (at = url.find(letter, at)) != std::string::npos; ++at)
@@ -127,8 +111,8 @@ std::string EntityCatalogs::LookUp(const std::string &publicId, const std::strin
 template <class Ask> std::string EntityCatalogs::AskEach(Ask ask) {
   std::string answer;
   for (size_t index = 0; index < catalogs.size() && answer.empty(); ++index) {
-    answer = Usable(Take(ask(catalogs[index].handle.Get())));
-    if (std::exchange(wentInCircles, false)) {
+    answer = Usable(TakeXmlText(ask(catalogs[index].handle.Get())));
+    if (std::exchange(hasCycle, false)) {
       WarnOnce(catalogs[index].path, catalogs[index].path + ": catalog: it includes itself, maybe through another one");
       Unload();
       Load();
@@ -139,10 +123,10 @@ template <class Ask> std::string EntityCatalogs::AskEach(Ask ask) {
 
 void EntityCatalogs::NoteError(const xmlError &error) {
   if (error.code == XML_CATALOG_RECURSION) {
-    wentInCircles = true;
+    hasCycle = true;
   } else if (error.level >= XML_ERR_ERROR && error.file) {
     const std::string file = kit::UrlToPath(error.file);
-    WarnOnce(file, DescribeCatalogError(file, error));
+    WarnOnce(file, DescribeXmlError(file, &error, "catalog: "));
   }
 }
 
@@ -157,9 +141,9 @@ void EntityCatalogs::Load() {
       if (missing == Missing::Reported)
         WarnOnce(file, file + ": catalog: there is no such file");
     } else {
-      AnonymousFile entrance(MakeEntrance(file));
-      auto handle = kit::Handle<xmlCatalog, xmlFreeCatalog>::Adopt(xmlLoadACatalog(entrance.Path().c_str()));
-      catalogs.push_back({file, std::move(entrance), std::move(handle)});
+      AnonymousFile wrapper(MakeWrapperCatalog(file));
+      auto handle = kit::Handle<xmlCatalog, xmlFreeCatalog>::Adopt(xmlLoadACatalog(wrapper.Path().c_str()));
+      catalogs.push_back({file, std::move(wrapper), std::move(handle)});
     }
   }
 }

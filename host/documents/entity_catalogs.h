@@ -37,7 +37,7 @@ public:
 private:
   struct Catalog {
     std::string path;
-    AnonymousFile entrance; // read by libxml2 at the first question, not when it is loaded
+    AnonymousFile wrapper; // read by libxml2 at the first question, not when it is loaded
     kit::Handle<xmlCatalog, xmlFreeCatalog> handle;
   };
 
@@ -53,7 +53,7 @@ private:
   Missing missing;
   Warn warning;
   bool isLoaded = false;
-  bool wentInCircles = false; // and libxml2 finds nothing more in what it has loaded
+  bool hasCycle = false; // a catalog includes itself; libxml2 finds nothing more in what it has loaded
   std::vector<Catalog> catalogs;
   std::unordered_map<std::string, std::string> answers;
   std::vector<std::string> warnedAbout;

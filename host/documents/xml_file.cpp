@@ -36,15 +36,6 @@ private:
 
 std::string Text(const xmlChar *text) { return text ? reinterpret_cast<const char *>(text) : ""; }
 
-std::string DescribeError(const std::string &path, const xmlError *error) {
-  std::string message = error && error->message ? error->message : "cannot be read as XML";
-  while (!message.empty() && (message.back() == '\n' || message.back() == ' '))
-    message.pop_back();
-  if (!error || error->line <= 0)
-    return path + ": " + message;
-  return path + ":" + std::to_string(error->line) + ":" + std::to_string(error->int2) + ": " + message;
-}
-
 using Parser = kit::Handle<xmlParserCtxt, xmlFreeParserCtxt>;
 
 // What the parser's events tell until enough is known. The pull reader would not do: it parses ahead, and what is
@@ -117,16 +108,29 @@ XmlDocument ReadXmlFile(const std::string &path) {
   read.document = kit::Handle<xmlDoc, xmlFreeDoc>::Adopt(
       xmlCtxtReadFd(parser.Get(), file.Get(), nullptr, nullptr, quietOptions | XML_PARSE_RECOVER));
   if (!parser.Get()->wellFormed || !read.document)
-    read.problem = DescribeError(path, xmlCtxtGetLastError(parser.Get()));
+    read.problem = DescribeXmlError(path, xmlCtxtGetLastError(parser.Get()));
   return read;
+}
+
+std::string DescribeXmlError(const std::string &path, const xmlError *error, std::string_view about) {
+  std::string message = error && error->message ? error->message : "cannot be read as XML";
+  while (!message.empty() && (message.back() == '\n' || message.back() == ' '))
+    message.pop_back();
+  std::string place = path;
+  if (error && error->line > 0)
+    place += ":" + std::to_string(error->line) + ":" + std::to_string(error->int2);
+  return place.append(": ").append(about).append(message);
+}
+
+std::string TakeXmlText(xmlChar *owned) {
+  const auto text = kit::Handle<xmlChar, [](xmlChar *held) { xmlFree(held); }>::Adopt(owned);
+  return Text(text.Get());
 }
 
 std::string LocalName(const xmlNode &element) { return Text(element.name); }
 
 std::string Attribute(const xmlNode &element, const char *name) {
-  using Owned = kit::Handle<xmlChar, [](xmlChar *text) { xmlFree(text); }>;
-  const Owned value = Owned::Adopt(xmlGetProp(&element, reinterpret_cast<const xmlChar *>(name)));
-  return Text(value.Get());
+  return TakeXmlText(xmlGetProp(&element, reinterpret_cast<const xmlChar *>(name)));
 }
 
 const xmlNode *NextElement(const xmlNode *node) {

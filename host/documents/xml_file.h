@@ -34,6 +34,10 @@ struct XmlDocument {
 // A malformed file yields what could be read of it, beside the problem.
 [[nodiscard]] XmlDocument ReadXmlFile(const std::string &path);
 
+// "file:line:column: message", with `about` before the message; a null error is one without a message.
+[[nodiscard]] std::string DescribeXmlError(const std::string &path, const xmlError *error, std::string_view about = {});
+// Empty for null; the text is given back.
+[[nodiscard]] std::string TakeXmlText(xmlChar *owned);
 [[nodiscard]] std::string LocalName(const xmlNode &element);
 // Empty when there is no such attribute; local names, so that a prefix does not matter.
 [[nodiscard]] std::string Attribute(const xmlNode &element, const char *name);

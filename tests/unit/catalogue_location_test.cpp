@@ -82,7 +82,7 @@ TEST_F(CatalogueTest, ApplicationsAreThoseWithACatalogue) {
   stored.erase("<Defaults>");
   EXPECT_EQ(catalogue::GetApplicationsForDocument(8), Strings{"DITA"});
 
-  // An answer that is not exactly one list names nobody, and a catalogue's path is a text.
+  // An answer that is not exactly one list names no application, and a catalogue's path is a text.
   for (const bool hasList : {false, true}) {
     host.clients["VlDispatcher"] = [hasList](const std::string &request) {
       kit::TypedValues reply;

@@ -142,7 +142,7 @@ TEST_F(CatalogueTest, NetworkCataloguesAreSavedInTheLocalCopyAndPushedBack) {
   EXPECT_EQ(host.saved.size(), 2U);
 }
 
-// Saves one list after the other for ever, as a process of its own.
+// Saves one list after the other until it is killed, as a process of its own.
 pid_t StartSaving(const std::string &path, const TransformationList &one, const TransformationList &other) {
   const pid_t child = fork();
   if (child == 0) {

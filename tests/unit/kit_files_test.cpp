@@ -74,9 +74,9 @@ TEST_F(OnDisk, LinksStayAndTheirTargetsAreReplaced) {
 
   fs::create_symlink("b", Path("a"));
   fs::create_symlink("a", Path("b"));
-  kit::AtomicFile circle(Path("a"));
-  EXPECT_FALSE(circle.Write("x") || circle.Commit());
-  EXPECT_NE(circle.Error().find("symbolic links"), std::string::npos) << circle.Error();
+  kit::AtomicFile cycle(Path("a"));
+  EXPECT_FALSE(cycle.Write("x") || cycle.Commit());
+  EXPECT_NE(cycle.Error().find("symbolic links"), std::string::npos) << cycle.Error();
 }
 
 TEST_F(OnDisk, PermissionsAreThoseOfTheOldFile) {
@@ -85,7 +85,7 @@ TEST_F(OnDisk, PermissionsAreThoseOfTheOldFile) {
     fs::permissions(target, mode);
     kit::AtomicFile file(target);
     for (const auto &entry : fs::directory_iterator(root))
-      EXPECT_EQ(fs::status(entry).permissions() & ~mode, fs::perms::none) << "nobody else may read it meanwhile either";
+      EXPECT_EQ(fs::status(entry).permissions() & ~mode, fs::perms::none) << "others cannot read it meanwhile";
     EXPECT_TRUE(file.Write("more") && file.Commit());
     EXPECT_EQ(fs::status(target).permissions(), mode);
   }

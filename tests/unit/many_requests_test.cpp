@@ -63,7 +63,7 @@ TEST(ManyRequests, GiveBackWhatTheyTook) {
   EXPECT_LT(after, before + (size_t{1} << 20)) << "grew by " << after - before;
 }
 
-// The library stays in memory; what it says after its session ended must reach nobody.
+// The library stays in memory; what it says after its session ended must not reach a session.
 TEST(ManyRequests, OfAnEndedSessionAreNotHeard) {
   const host::Configuration configuration;
   test::SilentFront first;
