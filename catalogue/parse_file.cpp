@@ -5,7 +5,7 @@
 #include "kit/paths.h"
 #include "kit/read_file.h"
 #include "report/messages.h"
-#include "report/xslt_error_handler.h"
+#include "report/run_event.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/validators/common/Grammar.hpp>
@@ -18,7 +18,6 @@ namespace catalogue {
 namespace {
 
 using report::MessageId;
-using report::XSLTErrorHandler;
 using xercesc::XercesDOMParser;
 
 // Many times what a file of its size can need.
@@ -31,7 +30,7 @@ std::optional<std::string> ReadBytes(const std::string &path) {
   kit::FileContent content = kit::ReadFile(path);
   if (content.error.empty())
     return std::move(content.bytes);
-  XSLTErrorHandler::GetInst().ReportMessage(content.error.c_str());
+  report::ReportProblem(content.error);
   return std::nullopt;
 }
 
@@ -44,7 +43,7 @@ xercesc::MemBufInputSource SourceOver(const std::string &bytes, const std::strin
 template <class Parse> bool GuardParse(const std::string &path, Diagnostics diagnostics, const Parse &parse) {
   const auto problem = CatchXmlErrors(parse, report::FormatMessage(MessageId::EntitiesTooLarge, {path}));
   if (problem && diagnostics == Diagnostics::Report)
-    XSLTErrorHandler::GetInst().ReportMessage(problem->c_str());
+    report::ReportProblem(*problem);
   return !problem;
 }
 
@@ -61,7 +60,7 @@ void InstallHandlers(XercesDOMParser &parser, const std::string &path, Diagnosti
 // The grammar is loaded beforehand: as a location it would have to be a URI, which paths with blanks are not.
 bool RequireSchema(XercesDOMParser &parser, const std::string &schemaPath) {
   if (!kit::IsFile(schemaPath)) {
-    XSLTErrorHandler::GetInst().ReportMessage(report::FormatMessage(MessageId::SchemaMissing, {schemaPath}).c_str());
+    report::ReportProblem(MessageId::SchemaMissing, {schemaPath});
     return false;
   }
   const auto bytes = ReadBytes(schemaPath);

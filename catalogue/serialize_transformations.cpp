@@ -3,7 +3,7 @@
 #include "catalogue/xml_library.h"
 #include "kit/handle.h"
 #include "report/messages.h"
-#include "report/xslt_error_handler.h"
+#include "report/run_event.h"
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufFormatTarget.hpp>
@@ -16,7 +16,6 @@ namespace catalogue {
 namespace {
 
 using report::MessageId;
-using report::XSLTErrorHandler;
 using xercesc::DOMDocument;
 using xercesc::DOMElement;
 
@@ -25,7 +24,7 @@ struct ReleaseObject {
 };
 template <class T> using Released = kit::Handle<T, ReleaseObject{}>;
 
-void Report(const std::string &message) { XSLTErrorHandler::GetInst().ReportMessage(message.c_str()); }
+void Report(const std::string &message) { report::ReportProblem(message); }
 
 // ---- What cannot be written
 

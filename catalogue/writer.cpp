@@ -8,7 +8,7 @@
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
 #include "report/messages.h"
-#include "report/xslt_error_handler.h"
+#include "report/run_event.h"
 
 #include <optional>
 #include <utility>
@@ -18,9 +18,8 @@ namespace catalogue {
 namespace {
 
 using report::MessageId;
-using report::XSLTErrorHandler;
 
-void Report(const std::string &message) { XSLTErrorHandler::GetInst().ReportMessage(message.c_str()); }
+void Report(const std::string &message) { report::ReportProblem(message); }
 
 void Show(MessageId id, std::string_view value) {
   V_ApiAlert(report::FormatMessage(id, {value}).c_str(), V_ALERT_PLAIN);

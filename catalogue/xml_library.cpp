@@ -3,7 +3,7 @@
 #include "catalogue/location.h"
 #include "catalogue/shut_down.h"
 #include "report/messages.h"
-#include "report/xslt_error_handler.h"
+#include "report/run_event.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 
@@ -22,7 +22,7 @@ std::optional<bool> &IsStarted() {
 template <class Body> bool TryReporting(const Body &body) {
   const std::optional<std::string> problem = CatchXmlErrors(body, report::LoadMessage(report::MessageId::OutOfMemory));
   if (problem)
-    report::XSLTErrorHandler::GetInst().ReportMessage(problem->c_str());
+    report::ReportProblem(*problem);
   return !problem;
 }
 

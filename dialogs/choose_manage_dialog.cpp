@@ -9,7 +9,7 @@
 #include "kit/paths.h"
 #include "kit/values.h"
 #include "report/messages.h"
-#include "report/xslt_error_handler.h"
+#include "report/run_event.h"
 
 #include <algorithm>
 #include <array>
@@ -103,11 +103,9 @@ void FillList(State &state) {
   const catalogue::LoadResult loaded = catalogue::LoadTransformationFile(state.trFilePath);
   if (loaded.status == catalogue::LoadStatus::FileMissing ||
       loaded.status == catalogue::LoadStatus::NotATransformationFile)
-    report::XSLTErrorHandler::GetInst().ReportMessage(
-        report::FormatMessage(loaded.status == catalogue::LoadStatus::FileMissing ? MessageId::FileMissing
-                                                                                  : MessageId::NotATransformationFile,
-                              {state.trFilePath})
-            .c_str());
+    report::ReportProblem(loaded.status == catalogue::LoadStatus::FileMissing ? MessageId::FileMissing
+                                                                              : MessageId::NotATransformationFile,
+                          {state.trFilePath});
   state.trNames.clear();
   for (const catalogue::Transformation &each : loaded.list.value_or(catalogue::TransformationList()))
     state.trNames.push_back(each.name);

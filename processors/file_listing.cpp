@@ -1,7 +1,7 @@
 #include "processors/file_listing.h"
 
 #include "kit/atomic_file.h"
-#include "report/xslt_error_handler.h"
+#include "report/run_event.h"
 
 #include <filesystem>
 #include <system_error>
@@ -46,7 +46,7 @@ kit::StringList GetAllFilesInFolder(const char *folder, int32_t includeSubFolder
   try {
     ListFolder(folder ? folder : "", includeSubFolders != 0, files);
   } catch (const std::exception &fault) {
-    report::XSLTErrorHandler::GetInst().ReportMessage(fault.what());
+    report::ReportProblem(fault.what());
   }
   return files;
 }

@@ -112,6 +112,20 @@ enum class MessageId : uint16_t {
   ForeseenOutputReadOnly = 18217,
   ForeseenSameOutput = 18218,
   ForeseenOwnInput = 18219,
+  JavaNoInstallation = 18230,
+  JavaTooOld = 18231,
+  JavaNotFound = 18232,
+  JavaAdvice = 18233,
+  JavaNotLoaded = 18234,
+  JavaNotStarted = 18235,
+  JavaPartMissing = 18236,
+  JavaNotResumed = 18237,
+  JavaLayerUnusable = 18238,
+  JavaFailed = 18239,
+  JavaEnded = 18240,
+  JavaShutDown = 18241,
+  ClassPathEntryMissing = 18242,
+  ProcessorMessageLost = 18243,
 };
 
 // The embedded image, valid for the life of the client.

@@ -102,6 +102,11 @@ Diagnostic MakeProblem(MessageId id, std::initializer_list<std::string_view> val
   return {Severity::Error, FormatMessage(id, values)};
 }
 
+void ReportProblem(const std::string &text) {
+  if (!text.empty())
+    Report(Diagnostic{Severity::Error, text});
+}
+
 void ReportProblem(MessageId id, std::initializer_list<std::string_view> values) { Report(MakeProblem(id, values)); }
 
 } // namespace report

@@ -103,6 +103,8 @@ void ReportForJob(int32_t job, const Diagnostic &problem);
 // An error that the client itself has found, in a text of the string table.
 [[nodiscard]] Diagnostic MakeProblem(MessageId id, std::initializer_list<std::string_view> values = {});
 void ReportProblem(MessageId id, std::initializer_list<std::string_view> values = {});
+// The same in words of the system or of a library; nothing for an empty text.
+void ReportProblem(const std::string &text);
 
 } // namespace report
 

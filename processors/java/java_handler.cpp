@@ -4,6 +4,7 @@
 #include "kit/values.h"
 #include "processors/entity_resolver.h"
 #include "processors/java/java_machine.h"
+#include "report/run_event.h"
 #include "report/xslt_error_handler.h"
 
 #include <array>
@@ -27,7 +28,7 @@ template <class Call> void OnHost(Call call) noexcept {
       try {
         call();
       } catch (...) {
-        report::XSLTErrorHandler::GetInst().ReportMessage("A message of the processor was lost.");
+        report::ReportProblem(report::MessageId::ProcessorMessageLost);
       }
     };
     pumpOfMachine->RunOnHost(guarded);

@@ -1,6 +1,7 @@
 #include "processors/java/java_installation.h"
 
 #include "kit/paths.h"
+#include "report/messages.h"
 
 #include <algorithm>
 #include <array>
@@ -79,15 +80,15 @@ std::vector<std::string> HomesToTry() {
   return homes;
 }
 
-std::string OnlyHint() { return " Install Java 17 or newer, or name its folder as java_home in the configuration."; }
+std::string Advice() { return report::LoadMessage(report::MessageId::JavaAdvice); }
 
 JavaInstallation Examine(const std::string &home, const std::string &origin) {
   JavaInstallation found{home, FindLibrary(home), ReadVersion(home), {}};
   const int major = MajorVersion(found.version);
   if (found.library.empty())
-    found.problem = "There is no Java in " + home + ", which " + origin + " names." + OnlyHint();
+    found.problem = report::FormatMessage(report::MessageId::JavaNoInstallation, {home, origin, Advice()});
   else if (major != 0 && major < minVersion)
-    found.problem = "The Java in " + home + " is too old: " + found.version + "." + OnlyHint();
+    found.problem = report::FormatMessage(report::MessageId::JavaTooOld, {home, found.version, Advice()});
   return found;
 }
 
@@ -107,7 +108,7 @@ JavaInstallation FindJava(const std::string &configuredHome) {
       tooOld = found;
   }
   if (tooOld.home.empty())
-    tooOld.problem = "No Java was found: not by java_home, JAVA_HOME, on the PATH or in /usr/lib/jvm." + OnlyHint();
+    tooOld.problem = report::FormatMessage(report::MessageId::JavaNotFound, {Advice()});
   return tooOld;
 }
 

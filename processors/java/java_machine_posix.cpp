@@ -1,6 +1,7 @@
 #include "processors/java/java_machine.h"
 
 #include "kit/utf16.h"
+#include "report/messages.h"
 
 #include <algorithm>
 #include <array>
@@ -142,7 +143,7 @@ std::unique_ptr<JavaMachine> JavaMachine::Create(const MachineSetup &setup, std:
   const auto create =
       library ? reinterpret_cast<CreateMachine>(dlsym(library, "JNI_CreateJavaVM")) : CreateMachine(nullptr);
   if (!create) {
-    problem = "Java cannot be loaded: " + std::string(dlerror());
+    problem = report::FormatMessage(report::MessageId::JavaNotLoaded, {dlerror()});
     return nullptr;
   }
   std::unique_ptr<JavaMachine> made(new JavaMachine);
@@ -177,7 +178,7 @@ std::unique_ptr<JavaMachine> JavaMachine::Create(const MachineSetup &setup, std:
 }
 
 std::string MachineWords() {
-  return "Java refuses to start: " + OneLine(TheCreation().words) + " Check java_options in the configuration.";
+  return report::FormatMessage(report::MessageId::JavaNotStarted, {OneLine(TheCreation().words)});
 }
 
 JavaMachine::~JavaMachine() {

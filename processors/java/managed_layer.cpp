@@ -7,7 +7,7 @@
 #include "processors/java/java_installation.h"
 #include "processors/java/java_processors.h"
 #include "processors/java/own_folder.h"
-#include "report/xslt_error_handler.h"
+#include "report/run_event.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -20,8 +20,6 @@ namespace {
 // What the layer returns when all is well.
 constexpr int32_t success = 1;
 constexpr const char *layerClass = "vlxslt/VLXSLTJavaLayer";
-
-void Report(const std::string &message) { report::XSLTErrorHandler::GetInst().ReportMessage(message.c_str()); }
 
 std::vector<std::string> SplitClassPath(const std::string &classPath) {
   std::vector<std::string> entries;
@@ -43,7 +41,7 @@ std::vector<std::string> OwnJars() {
 std::string NameMissingJar() {
   for (const std::string &jar : OwnJars())
     if (!kit::IsFile(jar))
-      return "A part of this program is missing: " + jar + ". Install it again.";
+      return report::FormatMessage(report::MessageId::JavaPartMissing, {jar});
   return {};
 }
 
@@ -94,7 +92,7 @@ bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
   else if (problem.empty() && (isParked || isNewClassPath) && !pump.RunOnJava([this] { ResumeOnJava(); }))
     problem = processors::MachineWords();
   if (!problem.empty())
-    Report(problem);
+    report::ReportProblem(problem);
   return problem.empty();
 }
 
@@ -115,7 +113,7 @@ void XSLTManagedLayer::Start(const std::string &purpose) {
 
 void XSLTManagedLayer::ResumeOnJava() {
   if (isParked && !machine->Resume()) {
-    problem = "Java does not take up its work again. Start this program anew.";
+    problem = report::LoadMessage(report::MessageId::JavaNotResumed);
     return;
   }
   isParked = false;
@@ -126,7 +124,8 @@ void XSLTManagedLayer::ResumeOnJava() {
 void XSLTManagedLayer::StartOnJava(const processors::MachineSetup &setup) {
   machine = processors::JavaMachine::Create(setup, problem);
   if (machine && !ConnectLayer())
-    problem = "The Java layer in " + setup.classPath.front() + " cannot be used: " + machine->TakeException();
+    problem = report::FormatMessage(report::MessageId::JavaLayerUnusable,
+                                    {setup.classPath.front(), machine->TakeException()});
 }
 
 bool XSLTManagedLayer::ConnectLayer() {
@@ -176,15 +175,15 @@ template <class Body> bool XSLTManagedLayer::RunInJava(Body body) {
     fault = machine->TakeException();
   });
   if (!fault.empty())
-    Report("Java failed: " + fault);
+    report::ReportProblem(report::MessageId::JavaFailed, {fault});
   if (!returned)
     NoteLoss();
   return returned;
 }
 
 void XSLTManagedLayer::NoteLoss() {
-  problem = "Java has ended itself, most likely by a call of System.exit. Start this program anew.";
-  Report(problem);
+  problem = report::LoadMessage(report::MessageId::JavaEnded);
+  report::ReportProblem(problem);
 }
 
 bool XSLTManagedLayer::SetTransformer(const std::string &className) {
@@ -203,7 +202,7 @@ bool XSLTManagedLayer::SetTransformer(const std::string &className) {
 void XSLTManagedLayer::NameMissingEntries() const {
   for (const std::string &entry : SplitClassPath(classPath))
     if (!kit::Exists(entry))
-      Report("The class path of the processors names a file that doesn't exist: " + entry);
+      report::ReportProblem(report::MessageId::ClassPathEntryMissing, {entry});
 }
 
 processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &job) {
@@ -252,7 +251,7 @@ void XSLTManagedLayer::ShutDown() {
   pump.Stop();
   if (!isParked) {
     (void)machine.release(); // its thread never comes back; the process ends soon
-    problem = "Java has been shut down.";
+    problem = report::LoadMessage(report::MessageId::JavaShutDown);
     return;
   }
   // A process cannot make a second machine, and a host may start its clients anew: this one goes with the process. One

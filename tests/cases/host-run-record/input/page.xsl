@@ -3,6 +3,7 @@
   <xsl:param name="greeting" select="'none'"/>
   <xsl:template match="/doc">
     <xsl:value-of select="concat($greeting, ' ', ., '&#10;')"/>
-    <xsl:if test="@wrong"><xsl:sequence select="error((), 'not &quot;right&quot;')"/></xsl:if>
+    <xsl:if test="@toc"><xsl:result-document href="toc.xml"><toc/></xsl:result-document></xsl:if>
+    <xsl:if test="@wrong"><xsl:sequence select="error(QName('urn:x', 'WRONG01'), 'not &quot;right&quot;')"/></xsl:if>
   </xsl:template>
 </xsl:stylesheet>
