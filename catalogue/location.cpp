@@ -47,11 +47,11 @@ std::string ExpandVariable(std::string path) {
   return path;
 }
 
-bool HasCatalogue(const std::string &applicationName) { return !GetTransformationFile(applicationName).empty(); }
-
-void AddWithCatalogue(std::vector<std::string> &names, const std::string &name) {
-  if (!name.empty() && HasCatalogue(name))
-    names.push_back(name);
+// Those that have a catalogue, before them the application that every document has.
+std::vector<std::string> KeepWithCatalogue(std::vector<std::string> names) {
+  names.insert(names.begin(), kit::defaultsName);
+  std::erase_if(names, [](const std::string &name) { return GetTransformationFile(name).empty(); });
+  return names;
 }
 
 } // namespace
@@ -83,32 +83,20 @@ std::string GetTransformationFile(const std::string &applicationName) {
 }
 
 std::vector<std::string> GetApplicationsForFile(const std::string &filePath) {
-  std::vector<std::string> names;
-  AddWithCatalogue(names, kit::defaultsName);
   const kit::TypedValues reply = kit::CallClient(kit::dispatcherName, "GetAppsForFile " + kit::QuoteValue(filePath));
-  if (reply.Size() == 1)
-    for (const std::string &name : reply.Strings(0).value_or(std::vector<std::string>()))
-      AddWithCatalogue(names, name);
-  return names;
+  const auto names = reply.Size() == 1 ? reply.Strings(0) : std::nullopt;
+  return KeepWithCatalogue(names.value_or(std::vector<std::string>()));
 }
 
 std::vector<std::string> GetApplicationsForDocument(V_ObjectT document) {
   if (document == 0)
     return {};
-  if (const std::string path = kit::GetString(document, V_OP_FULL_NAME); !path.empty())
-    return GetApplicationsForFile(path);
-  std::vector<std::string> names;
-  AddWithCatalogue(names, kit::defaultsName);
-  AddWithCatalogue(names, kit::GetString(document, V_OP_APPLICATION));
-  return names;
+  const std::string path = kit::GetString(document, V_OP_FULL_NAME);
+  return path.empty() ? KeepWithCatalogue({kit::GetString(document, V_OP_APPLICATION)}) : GetApplicationsForFile(path);
 }
 
 std::vector<std::string> GetAllApplications() {
-  std::vector<std::string> names;
-  AddWithCatalogue(names, kit::defaultsName);
-  for (const std::string &name : kit::GetStrings(V_SESSION, V_SP_APPLICATIONS))
-    AddWithCatalogue(names, name);
-  return names;
+  return KeepWithCatalogue(kit::GetStrings(V_SESSION, V_SP_APPLICATIONS));
 }
 
 std::string GetDefaultTransformationFile() {

@@ -16,7 +16,12 @@ namespace catalogue {
   return kit::ToUtf16Strict(text).value_or(std::u16string());
 }
 // Without line feeds, tabs, carriage returns and blanks at both ends.
-[[nodiscard]] std::string Trim(std::string_view text);
+[[nodiscard]] inline std::string Trim(std::string_view text) {
+  static constexpr std::string_view blanks = "\n\t\r ";
+  const size_t first = text.find_first_not_of(blanks);
+  return std::string(first == std::string_view::npos ? std::string_view()
+                                                     : text.substr(first, text.find_last_not_of(blanks) - first + 1));
+}
 
 } // namespace catalogue
 
