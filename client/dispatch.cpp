@@ -73,6 +73,9 @@ TypedValues AnswerPlan(std::string_view text, Processor &) {
   TypedValues reply;
   reply.AddInteger(V_ApiGetError());
   reply.AddString(report::LogText());
+  // A request that is refused for another reason has jobs without a plan.
+  if (!isAccepted && std::ranges::any_of(plan.jobs, &PlannedJob::IsToRun))
+    return reply;
   const std::vector<Foresight> foreseen = Foresee(plan);
   for (size_t index = 0; index < foreseen.size(); ++index)
     reply.AddValues(DescribeJob(plan, plan.jobs[index], foreseen[index]));

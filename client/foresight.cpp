@@ -63,9 +63,9 @@ public:
     Foresight foresight;
     foresight.status = job.status;
     LookAtInput(job, foresight);
-    if (!plan.usesInstruction && !kit::Exists(job.stylesheet))
+    if (job.IsToRun() && !plan.usesInstruction && !kit::Exists(job.stylesheet))
       Stop(foresight, JobStatus::Failed, MessageId::ForeseenStylesheetMissing);
-    if (!knowsProcessor)
+    if (job.IsToRun() && !knowsProcessor)
       Stop(foresight, JobStatus::Failed, MessageId::ForeseenProcessorUnknown);
     if (job.place == OutputPlace::Asked)
       foresight.asks.emplace_back("place");

@@ -46,7 +46,7 @@ void SetItemVisible(V_ObjectT dialog, int32_t item, bool on) {
 V_ObjectT OpenDialog(const char *name) {
   const V_ObjectT dialog = V_ApiOpenDialog(name);
   if (!dialog)
-    static_cast<void>(V_ApiAlert("Unable to open dialog resource.", V_ALERT_PLAIN));
+    static_cast<void>(V_ApiAlert(report::LoadMessage(report::MessageId::DialogNotOpened).c_str(), V_ALERT_PLAIN));
   return dialog;
 }
 

@@ -126,6 +126,7 @@ enum class MessageId : uint16_t {
   JavaShutDown = 18241,
   ClassPathEntryMissing = 18242,
   ProcessorMessageLost = 18243,
+  DialogNotOpened = 18244,
 };
 
 // The embedded image, valid for the life of the client.

@@ -66,8 +66,6 @@ bool WillBeDone(const std::vector<PlannedJob> &jobs) {
          std::ranges::find(jobs, V_JOB_DONE, &PlannedJob::status) != jobs.end();
 }
 
-bool CannotBegin(const PlannedJob &job) { return job.status == V_JOB_MISSING || job.status == V_JOB_REFUSED; }
-
 Json TextOrNull(const std::string &text) { return text.empty() ? Json() : Json(text); }
 
 } // namespace
@@ -110,10 +108,9 @@ ExitCode PrintPlan(Environment environment, const RunRequest &request) {
   if (!status)
     return Refuse("the client does not make plans");
   const std::vector<PlannedJob> jobs = ReadPlan(reply.values);
-  // The reason has been told; what is known of the jobs then is no plan. As in a run, inputs that are all missing are
-  // no fault of the request.
+  // The reason stands on the console.
   if (*status == V_ERROR_BAD_REQUEST)
-    return !jobs.empty() && std::ranges::all_of(jobs, CannotBegin) ? ExitCode::Failed : ExitCode::BadCommand;
+    return ExitCode::BadCommand;
   const auto format = environment.options.printsJson ? FormatPlannedJobAsJson : FormatPlannedJob;
   std::string text;
   for (const PlannedJob &job : jobs)

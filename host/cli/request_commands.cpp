@@ -109,10 +109,10 @@ ExitCode Finish(Environment environment, const host::ClientReply &reply, const h
     return ExitCode::Failed;
   if (host::IsInterrupted())
     return ExitCode::Cancelled;
-  if (tally && tally->count > 0)
-    return JudgeRun(*tally);
   if (reply.status == V_ERROR_BAD_REQUEST)
     return ExitCode::BadCommand;
+  if (tally && tally->count > 0)
+    return JudgeRun(*tally);
   return reply.status == V_ERROR_NONE ? ExitCode::Done : ExitCode::Failed;
 }
 

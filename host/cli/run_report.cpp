@@ -2,49 +2,30 @@
 
 #include "kit/paths.h"
 
-#include <array>
-#include <string_view>
 #include <vector>
 
 namespace cli {
 
 namespace {
 
-struct StatusWord {
-  int32_t status;
-  std::string_view word;
-  std::string_view reason = {}; // behind the word, above the names
-};
-constexpr std::array statusWords = {StatusWord{V_JOB_DONE, "transformed"},
-                                    StatusWord{V_JOB_FAILED, "failed"},
-                                    StatusWord{V_JOB_REFUSED, "refused"},
-                                    StatusWord{V_JOB_MISSING, "missing"},
-                                    StatusWord{V_JOB_LEFT_OUT, "left out", ", not being of the application"},
-                                    StatusWord{V_JOB_CANCELLED, "cancelled"}};
-
-void AppendNames(std::string &text, const host::RunTally &tally, const StatusWord &each) {
-  const std::vector<std::string> &names = tally.names.at(static_cast<size_t>(each.status));
+void AppendNames(std::string &text, const host::RunTally &tally, int32_t status) {
+  const std::vector<std::string> &names = tally.names.at(static_cast<size_t>(status));
   if (names.empty())
     return;
-  text.append("\n  ").append(each.word).append(each.reason).append(":");
+  text.append("\n  ").append(host::CountedJobStatus(status));
+  text.append(status == V_JOB_LEFT_OUT ? ", not being of the application:" : ":");
   for (const std::string &name : names)
     text.append("\n    ").append(name);
-  if (const size_t left = static_cast<size_t>(tally.Of(each.status)) - names.size(); left > 0)
+  if (const size_t left = static_cast<size_t>(tally.Of(status)) - names.size(); left > 0)
     text.append("\n    and ").append(std::to_string(left)).append(" more");
 }
 
 } // namespace
 
 std::string FormatSummary(const host::RunTally &tally) {
-  std::string text = std::to_string(tally.count) + (tally.count == 1 ? " input:" : " inputs:");
-  std::string_view separator = " ";
-  for (const StatusWord &each : statusWords)
-    if (tally.Of(each.status) > 0) {
-      text.append(separator).append(std::to_string(tally.Of(each.status))).append(" ").append(each.word);
-      separator = ", ";
-    }
-  for (const StatusWord &each : statusWords)
-    AppendNames(text, tally, each);
+  std::string text = host::SummariseJobs(tally.count, tally.byStatus);
+  for (int32_t status = V_JOB_DONE; status <= V_JOB_CANCELLED; ++status)
+    AppendNames(text, tally, status);
   return text;
 }
 

@@ -1,22 +1,23 @@
 #include "host/desktop/run_summary.h"
 
+#include "host/record/run_words.h"
+
 namespace desktop {
 
 namespace {
 
 struct StatusText {
   const char *sign;
-  const char *word;    // of one input
-  const char *counted; // in a summary
+  const char *word;
 };
 
 constexpr std::array<StatusText, V_JOB_CANCELLED + 1> statusTexts = {{
-    {"\u2713", "done", "transformed"},
-    {"\u2717", "failed", "failed"},
-    {"\u2298", "refused", "refused"},
-    {"?", "missing", "missing"},
-    {"\u2013", "left out", "left out"},
-    {"\u25A0", "cancelled", "cancelled"},
+    {"\u2713", "done"},
+    {"\u2717", "failed"},
+    {"\u2298", "refused"},
+    {"?", "missing"},
+    {"\u2013", "left out"},
+    {"\u25A0", "cancelled"},
 }};
 
 // From a client, which may be newer than this host.
@@ -63,15 +64,7 @@ std::string RunSummary::DescribeProblems() const {
 std::string SummariseRun(const RunSummary &run) {
   if (run.Inputs() == 0)
     return {};
-  std::string text = Count(run.Inputs(), "input");
-  const char *separator = ": ";
-  for (int32_t status = V_JOB_DONE; status <= V_JOB_CANCELLED; ++status)
-    if (const int32_t count = run.CountOf(status); count > 0) {
-      const char *word = statusTexts[static_cast<size_t>(status)].counted;
-      text.append(separator).append(std::to_string(count)).append(" ").append(word);
-      separator = ", ";
-    }
-  return text;
+  return host::SummariseJobs(run.Inputs(), run.ByStatus());
 }
 
 std::string DescribeStatus(int32_t status) {

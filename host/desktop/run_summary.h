@@ -17,6 +17,7 @@ public:
 
   [[nodiscard]] int32_t Inputs() const { return inputs; }
   [[nodiscard]] int32_t CountOf(int32_t status) const { return ended[static_cast<size_t>(status)]; }
+  [[nodiscard]] const std::array<int32_t, V_JOB_CANCELLED + 1> &ByStatus() const { return ended; }
   // Failed, refused and missing ones.
   [[nodiscard]] int32_t NotDone() const;
   [[nodiscard]] bool HasErrors() const { return errors > 0 || NotDone() > 0; }

@@ -25,6 +25,7 @@ public:
   void RunDialog(DialogModel &dialog) override;
   void WriteConsole(std::string_view text) override { screen.WriteConsole(text); }
   void ReportProgress(const Progress &progress) override { screen.ReportProgress(progress); }
+  void ReportRunEvent(const RunEvent &event) override { screen.ReportRunEvent(event); }
   [[nodiscard]] bool IsCancelled() override { return HasFailed() || screen.IsCancelled(); }
 
   // When everything was asked that will be: a step that is left over is a failure.

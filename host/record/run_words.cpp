@@ -19,6 +19,11 @@ constexpr std::array statusWords = {Word{V_JOB_DONE, "done"},         Word{V_JOB
                                     Word{V_JOB_LEFT_OUT, "left-out"}, Word{V_JOB_CANCELLED, "cancelled"}};
 static_assert(statusWords.size() == jobStatusCount);
 
+// In a summary.
+constexpr std::array countedWords = {Word{V_JOB_DONE, "transformed"},  Word{V_JOB_FAILED, "failed"},
+                                     Word{V_JOB_REFUSED, "refused"},   Word{V_JOB_MISSING, "missing"},
+                                     Word{V_JOB_LEFT_OUT, "left out"}, Word{V_JOB_CANCELLED, "cancelled"}};
+
 constexpr std::array severityWords = {Word{V_SEVERITY_WARNING, "warning"}, Word{V_SEVERITY_ERROR, "error"},
                                       Word{V_SEVERITY_FATAL, "fatal"}};
 
@@ -37,6 +42,19 @@ std::string_view NameJobStatus(int32_t status) { return Name(statusWords, status
 std::optional<int32_t> FindJobStatus(std::string_view word) {
   const auto *const found = std::ranges::find(statusWords, word, &Word::word);
   return found == statusWords.end() ? std::nullopt : std::optional(found->number);
+}
+
+std::string_view CountedJobStatus(int32_t status) { return Name(countedWords, status, "failed"); }
+
+std::string SummariseJobs(int32_t count, const std::array<int32_t, jobStatusCount> &byStatus) {
+  std::string text = std::to_string(count) + (count == 1 ? " input" : " inputs");
+  std::string_view separator = ": ";
+  for (const Word &each : countedWords)
+    if (const int32_t ended = byStatus.at(static_cast<size_t>(each.number)); ended > 0) {
+      text.append(separator).append(std::to_string(ended)).append(" ").append(each.word);
+      separator = ", ";
+    }
+  return text;
 }
 
 std::string_view NameSeverity(int32_t severity) { return Name(severityWords, severity, "error"); }

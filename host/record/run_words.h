@@ -2,9 +2,11 @@
 #ifndef HOST_RECORD_RUN_WORDS_H
 #define HOST_RECORD_RUN_WORDS_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace host {
@@ -20,6 +22,11 @@ inline constexpr size_t jobStatusCount = 6;
 [[nodiscard]] std::string_view NameSeverity(int32_t severity);
 // "principal", "secondary", "opened", "launched".
 [[nodiscard]] std::string_view NameOutputKind(int32_t kind);
+
+// "248 inputs: 241 transformed, 6 failed, 1 refused", from how many jobs ended in which way.
+[[nodiscard]] std::string SummariseJobs(int32_t count, const std::array<int32_t, jobStatusCount> &byStatus);
+// "transformed", "left out": the word of such a summary.
+[[nodiscard]] std::string_view CountedJobStatus(int32_t status);
 
 } // namespace host
 
