@@ -63,9 +63,9 @@ public:
     Foresight foresight;
     foresight.status = job.status;
     LookAtInput(job, foresight);
-    if (job.IsToRun() && !plan.usesInstruction && !kit::Exists(job.stylesheet))
+    if (plan.isComplete && !plan.usesInstruction && !kit::Exists(job.stylesheet))
       Stop(foresight, JobStatus::Failed, MessageId::ForeseenStylesheetMissing);
-    if (job.IsToRun() && !knowsProcessor)
+    if (plan.isComplete && !knowsProcessor)
       Stop(foresight, JobStatus::Failed, MessageId::ForeseenProcessorUnknown);
     if (job.place == OutputPlace::Asked)
       foresight.asks.emplace_back("place");

@@ -201,6 +201,7 @@ RequestCheck FillJobs(Planning &planning) {
   plan.printEndLog = request.printEndLog;
   plan.makeFolders = request.makeFolders;
   plan.distinctOutputs = request.distinctOutputs;
+  plan.isComplete = true;
   return RequestCheck::Accepted;
 }
 
