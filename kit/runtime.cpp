@@ -10,7 +10,7 @@
 
 struct V_StrListT {
   uint32_t len;
-  uint32_t room;
+  uint32_t capacity;
   char **items;
 };
 
@@ -51,15 +51,15 @@ void FreeTypedVal(V_TypedValT &value) {
 }
 
 int32_t GrowList(V_StrListT *list) {
-  const uint32_t room = std::max<uint32_t>(8, list->room * 2);
-  auto **wider = static_cast<char **>(V_Calloc(room, sizeof(char *)));
+  const uint32_t capacity = std::max<uint32_t>(8, list->capacity * 2);
+  auto **wider = static_cast<char **>(V_Calloc(capacity, sizeof(char *)));
   if (!wider)
     return 0;
   if (list->len != 0)
     std::memcpy(wider, list->items, list->len * sizeof(char *));
   V_Free(list->items);
   list->items = wider;
-  list->room = room;
+  list->capacity = capacity;
   return 1;
 }
 
@@ -101,7 +101,7 @@ char *V_StrCopyString(const char *text) {
 V_StrListT *V_StrListNew() { return static_cast<V_StrListT *>(V_Calloc(1, sizeof(V_StrListT))); }
 
 int32_t V_StrListAppend(V_StrListT *list, const char *text) {
-  if (!list || (list->len == list->room && !GrowList(list)))
+  if (!list || (list->len == list->capacity && !GrowList(list)))
     return 0;
   char *copy = V_StrCopyString(text ? text : "");
   if (!copy)

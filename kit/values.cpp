@@ -61,8 +61,8 @@ TypedValues TypedValues::Adopt(V_TypedValsT owned) {
 V_TypedValT *TypedValues::Grow(int32_t kind) {
   // Room doubles at powers of two, so the length alone tells when the array is full.
   if ((values.len & (values.len - 1)) == 0) {
-    const size_t room = values.len == 0 ? 1 : size_t{values.len} * 2;
-    auto *wider = static_cast<V_TypedValT *>(V_Calloc(room, sizeof(V_TypedValT)));
+    const size_t capacity = values.len == 0 ? 1 : size_t{values.len} * 2;
+    auto *wider = static_cast<V_TypedValT *>(V_Calloc(capacity, sizeof(V_TypedValT)));
     if (!wider)
       return nullptr;
     if (values.len != 0)

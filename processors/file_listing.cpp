@@ -27,7 +27,7 @@ void ListFolder(const std::string &folder, bool recurse, kit::StringList &files)
   for (const fs::directory_iterator end; entries != end; entries.increment(error), Check(error, folder)) {
     std::error_code ignored;
     if (!entries->is_directory(ignored)) {
-      // What another run is writing, or a killed one left, is nobody's input.
+      // What another run is writing, or a killed one left, is no input.
       if (!entries->path().filename().string().starts_with(kit::unfinishedPrefix))
         own.push_back(entries->path().string());
     } else if (recurse && !entries->is_symlink(ignored)) // a link may lead in a circle

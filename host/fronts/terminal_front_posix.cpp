@@ -156,7 +156,7 @@ std::optional<std::string> TerminalFront::ReadLine() {
     if (waiting[0].revents == 0)
       continue;
     if (read(STDIN_FILENO, &letter, 1) != 1) {
-      // Nobody answers any more; the rest is declined without waiting.
+      // No more answers can come; the rest is declined without waiting.
       isTerminal = false;
       std::fputc('\n', stderr);
       return std::nullopt;

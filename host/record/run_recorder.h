@@ -70,7 +70,7 @@ public:
   explicit RunRecorder(std::vector<RunReporter *> to = {}) : reporters(std::move(to)) {}
 
   void OnRunEvent(const RunEvent &event) override;
-  // When the request has been served: hands on what was said about jobs that never came.
+  // When the request has been served: reports the diagnostics of jobs that never began.
   void Finish();
   [[nodiscard]] const RunTally &Tally() const { return tally; }
 
