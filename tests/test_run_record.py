@@ -146,7 +146,7 @@ def done_of(objects):
 
 
 def kill_one_run(bench, chance, expected, number):
-    """One run, killed, repeated with another kill in between, and finished. False when it was too fast to be killed."""
+    """One run, killed, repeated with another kill in between, and finished. False when all was done before a kill."""
     output, record = f"out-{number}", f"run-{number}.jsonl"
     process = bench.start(*bench.arguments(output), "--record", record)
     left = {f"{each:02}.xml" for each in range(INPUTS)}
@@ -169,6 +169,10 @@ def kill_one_run(bench, chance, expected, number):
         check(done <= outputs.keys(), f"recorded, but not there: {sorted(done - outputs.keys())}")
         left -= done
         before = {name: os.stat(bench.path(os.path.join(output, name))).st_ino for name in done}
+        if not left:
+            check(bench.run("--retry", record, "--record", record) == 0, "a retry with nothing left to do failed")
+            check(done_of(bench.read_record(record)) == done, "a retry with nothing left to do changed the record")
+            return False
         process = bench.start("--retry", record, "--record", record, "--yes")
         # From now on the record is that of the retry.
         wait_for(process, bench.says("busy with"))
