@@ -141,7 +141,7 @@ private:
 
   bool Transform(const PlannedJob &job, const ChosenOutput &chosen) {
     const processors::JobResult result =
-        processor.TransformXMLFile({job.input, job.stylesheet, chosen.Written(), plan.parameters});
+        processor.TransformXMLFile({job.input, job.stylesheet, chosen.Written(), plan.parameters, chosen.output});
     for (const std::string &file : result.filesRead)
       Report(report::FileRead{file});
     if (result.status != JobStatus::Done || !PutInPlace(chosen))

@@ -18,6 +18,8 @@ struct Job {
   std::string stylesheet;                   // empty: the one that the input names in its processing instruction
   std::string output;                       // written whole or not at all
   std::vector<std::string> parameters = {}; // name and XPath expression alternately
+  // Where the caller will put the output; relative secondary results go by it. Empty: the output stays where it is.
+  std::string result = {};
 };
 
 using report::JobStatus;

@@ -158,8 +158,9 @@ bool XSLTManagedLayer::FindMethods(JNIEnv *java, jclass type) {
   methods.setTransformer = java->GetMethodID(type, "SetTransformer", "(Ljava/lang/String;)I");
   methods.transform =
       methods.setTransformer
-          ? java->GetMethodID(type, "TransformXMLFile",
-                              "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[Ljava/lang/String;)I")
+          ? java->GetMethodID(
+                type, "TransformXMLFile",
+                "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[Ljava/lang/String;)I")
           : nullptr;
   methods.probe = methods.transform
                       ? java->GetMethodID(type, "ProbeProcessor", "(Ljava/lang/String;)[Ljava/lang/String;")
@@ -213,7 +214,7 @@ processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &
       jobjectArray parameters = job.parameters.empty() ? nullptr : machine->MakeStringArray(job.parameters);
       if (java.CallIntMethod(methods.layer, methods.transform, machine->MakeString(job.input.c_str()),
                              machine->MakeString(kit::OrNull(job.stylesheet)), machine->MakeString(job.output.c_str()),
-                             parameters) == success)
+                             machine->MakeString(kit::OrNull(job.result)), parameters) == success)
         result.status = processors::JobStatus::Done;
     });
     if (result.status == processors::JobStatus::Done && machine)

@@ -15,8 +15,11 @@ import vlxslt.ProcessorAdapter.Stylesheet;
  * other jobs may run at the same time.
  */
 final class Job {
-  /** What was asked for: paths, the stylesheet's empty when the input names it. */
-  record Request(String input, String stylesheet, String output, Map<String, String> parameters) {}
+  /**
+   * What was asked for: paths, the stylesheet's empty when the input names it. The result is where the output will be in
+   * the end, which is another file when the caller puts it in place.
+   */
+  record Request(String input, String stylesheet, String output, String result, Map<String, String> parameters) {}
 
   private final Request request;
   private final IVLXSLTJavaHandler handler;
@@ -53,8 +56,9 @@ final class Job {
     return documents.source(input(), filesRead);
   }
 
+  /** The base of relative secondary results. */
   String outputAddress() {
-    return Addresses.ofPath(request.output);
+    return Addresses.ofPath(request.result);
   }
 
   Map<String, String> parameters() {
@@ -70,7 +74,7 @@ final class Job {
       throw new IOException("The output is the input itself: " + request.output);
     Stylesheet stylesheet = compile(processor, stylesheets);
     diagnostics.setSubject(outputAddress());
-    try (Outputs outputs = new Outputs(target)) {
+    try (Outputs outputs = new Outputs(target, Path.of(request.result))) {
       diagnostics.setSubject(input());
       stylesheet.run(this, outputs);
       diagnostics.failOn(Severity.FATAL);

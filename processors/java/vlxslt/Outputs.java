@@ -12,11 +12,14 @@ import java.util.stream.Stream;
 /** All outputs of one transformation, committed together at its end. Closing without a commit leaves nothing behind. */
 final class Outputs implements AutoCloseable {
   private final OutputFile principal;
+  private final Path result;
   private final List<OutputFile> files = new ArrayList<>();
   private OutputFile.WriteFailure refusal;
 
-  Outputs(Path principal) throws IOException {
+  /** The caller will move the principal output to `result`, unless it is that file already. */
+  Outputs(Path principal, Path result) throws IOException {
     this.principal = new OutputFile(principal);
+    this.result = result;
     files.add(this.principal);
   }
 
@@ -31,7 +34,8 @@ final class Outputs implements AutoCloseable {
   OutputStream add(Path file) {
     try {
       Files.createDirectories(file.toAbsolutePath().getParent());
-      OutputFile output = new OutputFile(file);
+      // A stylesheet that names its principal result itself means the file that is put in its place.
+      OutputFile output = new OutputFile(isResult(file) ? principal.path() : file);
       files.add(output);
       if (others().anyMatch(other -> other != output && other.hasTargetOf(output)))
         throw new IOException("another result of the same transformation goes there");
@@ -82,6 +86,11 @@ final class Outputs implements AutoCloseable {
   @Override
   public void close() {
     files.forEach(OutputFile::discard);
+  }
+
+  private boolean isResult(Path file) throws IOException {
+    return Files.exists(file) && Files.exists(result) ? Files.isSameFile(file, result)
+        : file.toAbsolutePath().normalize().equals(result.toAbsolutePath().normalize());
   }
 
   private Stream<OutputFile> others() {

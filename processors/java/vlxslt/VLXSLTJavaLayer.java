@@ -93,8 +93,14 @@ public final class VLXSLTJavaLayer {
   /** Runs one transformation to its end; the handler hears of its results last. */
   public int TransformXMLFile(String xmlFilePath, String xslFilePath, String outputFilePath,
       String[] stylesheetParams) {
+    return TransformXMLFile(xmlFilePath, xslFilePath, outputFilePath, null, stylesheetParams);
+  }
+
+  /** The same for an output that the caller will put in the place of `resultFilePath`, unless that is null. */
+  public int TransformXMLFile(String xmlFilePath, String xslFilePath, String outputFilePath, String resultFilePath,
+      String[] stylesheetParams) {
     Job job = new Job(new Job.Request(xmlFilePath, xslFilePath == null ? "" : xslFilePath, outputFilePath,
-        pairsOf(stylesheetParams)), handler, parsers);
+        resultFilePath == null ? outputFilePath : resultFilePath, pairsOf(stylesheetParams)), handler, parsers);
     try {
       if (current == null)
         throw new IllegalStateException("No processor is selected.");

@@ -1,0 +1,6 @@
+<xsl:stylesheet version="2.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
+  <xsl:output omit-xml-declaration="yes"/>
+  <xsl:template match="/">
+    <xsl:result-document href="a.xml" omit-xml-declaration="yes"><named/></xsl:result-document>
+  </xsl:template>
+</xsl:stylesheet>
