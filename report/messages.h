@@ -127,6 +127,9 @@ enum class MessageId : uint16_t {
   ClassPathEntryMissing = 18242,
   ProcessorMessageLost = 18243,
   DialogNotOpened = 18244,
+  // The texts of the Java layer, which names them itself.
+  JavaLayerFirst = 18250,
+  JavaLayerLast = 18272,
 };
 
 // The embedded image, valid for the life of the client.

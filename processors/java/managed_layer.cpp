@@ -128,6 +128,18 @@ void XSLTManagedLayer::StartOnJava(const processors::MachineSetup &setup) {
                                     {setup.classPath.front(), machine->TakeException()});
 }
 
+bool XSLTManagedLayer::GiveTexts(JNIEnv *java, jclass type, jobject layer) {
+  jmethodID setTexts = java->GetMethodID(type, "SetTexts", "([Ljava/lang/String;)V");
+  if (!setTexts)
+    return false;
+  std::vector<std::string> texts;
+  for (auto id = static_cast<uint16_t>(report::MessageId::JavaLayerFirst);
+       id <= static_cast<uint16_t>(report::MessageId::JavaLayerLast); ++id)
+    texts.push_back(report::LoadMessage(static_cast<report::MessageId>(id)));
+  java->CallVoidMethod(layer, setTexts, machine->MakeStringArray(texts));
+  return !java->ExceptionCheck();
+}
+
 bool XSLTManagedLayer::ConnectLayer() {
   JNIEnv *java = machine->Environment();
   const processors::LocalFrame frame(java);
@@ -146,7 +158,7 @@ bool XSLTManagedLayer::ConnectLayer() {
     return false;
   jobject layer = java->CallStaticObjectMethod(type, getInstance);
   jobject handler = layer ? java->NewObject(handlerType, makeHandler) : nullptr;
-  if (!handler)
+  if (!handler || !GiveTexts(java, type, layer))
     return false;
   methods.layer = java->NewGlobalRef(layer);
   java->CallVoidMethod(layer, setHandler, handler);

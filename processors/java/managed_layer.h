@@ -49,6 +49,7 @@ private:
   void ResumeOnJava();
   void ApplyClassPath();
   [[nodiscard]] bool FindMethods(JNIEnv *java, jclass type);
+  [[nodiscard]] bool GiveTexts(JNIEnv *java, jclass type, jobject layer);
   void NameMissingEntries() const;
   // Runs on the Java thread with the machine; a pending exception becomes a message. False when Java is gone.
   template <class Body> bool RunInJava(Body body);

@@ -54,16 +54,4 @@ public final class LayerDriver implements IVLXSLTJavaHandler {
 
   @Override
   public void EndDocument() {}
-
-  @Override
-  public void StartEntity(String name) {}
-
-  @Override
-  public void EndEntity(String name) {}
-
-  @Override
-  public void StartDTD(String name, String publicId, String systemId) {}
-
-  @Override
-  public void EndDTD() {}
 }

@@ -47,7 +47,7 @@ final class EntityResolution {
     if (Files.isDirectory(file))
       throw new ReadFailure(file + " is a folder.");
     if (!Files.exists(file))
-      throw new ReadFailure("The file does not exist: " + file);
+      throw new ReadFailure(Text.FILE_MISSING.with(file));
     // To open a pipe would block until something writes into it.
     if (!Files.isRegularFile(file))
       throw new ReadFailure(file + " is a pipe or a device, not a file.");

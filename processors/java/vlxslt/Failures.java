@@ -65,18 +65,17 @@ final class Failures {
 
   private static String specialText(Throwable link) {
     if (link instanceof OutOfMemoryError)
-      return "Out of memory: the processor needs more than the " + (Runtime.getRuntime().maxMemory() >> 20)
-          + " MB it may use. Raise the limit in java_options, for instance -Xmx2g.";
+      return Text.OUT_OF_MEMORY.with(Runtime.getRuntime().maxMemory() >> 20);
     if (link instanceof StackOverflowError)
-      return "Recursion too deep: the stylesheet, or the processor compiling it, calls itself without end.";
+      return Text.RECURSION_TOO_DEEP.with();
     if (link instanceof OutputFile.WriteFailure || link instanceof EntityResolution.ReadFailure)
       return link.getMessage();
     if (link instanceof FileNotFoundException)
-      return "Cannot read the file: " + link.getMessage();
+      return Text.FILE_NOT_READ.with(link.getMessage());
     if (link instanceof NoSuchFileException missing)
-      return "The file does not exist: " + missing.getFile();
+      return Text.FILE_MISSING.with(missing.getFile());
     if (link instanceof AccessDeniedException denied)
-      return "No permission for " + denied.getFile();
+      return Text.NO_PERMISSION.with(denied.getFile());
     return null;
   }
 

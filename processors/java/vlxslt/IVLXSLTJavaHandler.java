@@ -37,13 +37,13 @@ public interface IVLXSLTJavaHandler {
 
   void EndDocument();
 
-  void StartEntity(String name);
+  default void StartEntity(String name) {}
 
-  void EndEntity(String name);
+  default void EndEntity(String name) {}
 
-  void StartDTD(String name, String publicId, String systemId);
+  default void StartDTD(String name, String publicId, String systemId) {}
 
-  void EndDTD();
+  default void EndDTD() {}
 
   /**
    * The end of a job: the paths of its secondary results, none when it failed, and of the files that were read for it,

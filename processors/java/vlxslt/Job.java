@@ -71,7 +71,7 @@ final class Job {
     Path target = Path.of(request.output);
     Path source = Path.of(request.input);
     if (Files.exists(target) && Files.exists(source) && Files.isSameFile(target, source))
-      throw new IOException("The output is the input itself: " + request.output);
+      throw new IOException(Text.OUTPUT_IS_INPUT.with(request.output));
     Stylesheet stylesheet = compile(processor, stylesheets);
     diagnostics.setSubject(outputAddress());
     try (Outputs outputs = new Outputs(target, Path.of(request.result))) {
@@ -99,7 +99,7 @@ final class Job {
     String href = StylesheetInstruction.find(inputSource());
     if (href == null)
       throw new SAXParseException(
-          "No stylesheet: the input has no xml-stylesheet processing instruction for XSLT.", null, input(), -1, -1);
+          Text.NO_STYLESHEET.with(), null, input(), -1, -1);
     if (!href.startsWith("#"))
       return stylesheets.compile(processor, documents.resolve(input(), href.replace('\\', '/')), this);
     // A stylesheet inside its input is good for that input only; not kept.

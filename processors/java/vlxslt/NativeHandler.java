@@ -1,6 +1,9 @@
 package vlxslt;
 
-/** The handler behind JNI. Each call returns when the host's thread has carried it out. */
+/**
+ * The handler behind JNI. Each call returns when the host's thread has carried it out; what the host has no use for does
+ * not cross to it.
+ */
 final class NativeHandler implements IVLXSLTJavaHandler {
   @Override
   public native void FatalError(String message, String publicId, String systemId, int lineNumber, int columnNumber,
@@ -28,18 +31,4 @@ final class NativeHandler implements IVLXSLTJavaHandler {
 
   @Override
   public native void JobDone(String[] secondaryOutputs, String[] filesRead);
-
-  // The host has no use for the others, so they do not cross to it.
-
-  @Override
-  public void StartEntity(String name) {}
-
-  @Override
-  public void EndEntity(String name) {}
-
-  @Override
-  public void StartDTD(String name, String publicId, String systemId) {}
-
-  @Override
-  public void EndDTD() {}
 }

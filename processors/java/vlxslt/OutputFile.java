@@ -32,18 +32,18 @@ final class OutputFile extends OutputStream {
     named = target;
     this.target = followLinks(target);
     if (Files.isDirectory(this.target))
-      throw new IOException("The output is a folder: " + target);
+      throw new IOException(Text.OUTPUT_IS_FOLDER.with(target));
     boolean exists = Files.exists(this.target);
     if (exists && !Files.isWritable(this.target))
-      throw new IOException("The output may not be written: " + target);
+      throw new IOException(Text.OUTPUT_READ_ONLY.with(target));
     Path folder = this.target.toAbsolutePath().getParent();
     if (!Files.isDirectory(folder))
-      throw new IOException("The folder of the output does not exist: " + folder);
+      throw new IOException(Text.OUTPUT_FOLDER_MISSING.with(folder));
     String name = ".vlxslt-" + ProcessHandle.current().pid() + "-" + counter.incrementAndGet() + ".tmp";
     // A device or a pipe cannot be replaced, nor a file in a folder that takes no new ones: those get a copy.
     renames = (!exists || Files.isRegularFile(this.target)) && Files.isWritable(folder);
     if (!renames && !exists)
-      throw new IOException("No permission to write into the folder " + folder);
+      throw new IOException(Text.OUTPUT_FOLDER_READ_ONLY.with(folder));
     written = renames ? folder.resolve(name) : Files.createTempFile("vlxslt-", ".tmp");
     stream = new java.io.BufferedOutputStream(
         Files.newOutputStream(written, StandardOpenOption.CREATE, StandardOpenOption.TRUNCATE_EXISTING), 1 << 16);
@@ -153,7 +153,7 @@ final class OutputFile extends OutputStream {
       write.run();
     } catch (IOException e) {
       if (failure == null)
-        failure = new WriteFailure(named.toString(), "Cannot write " + target + ": " + e.getMessage(), e);
+        failure = new WriteFailure(named.toString(), Text.OUTPUT_NOT_WRITTEN.with(target, e.getMessage()), e);
       throw failure;
     }
   }
@@ -178,7 +178,7 @@ final class OutputFile extends OutputStream {
     Path at = path.toAbsolutePath();
     for (int links = 0; Files.isSymbolicLink(at); links++) {
       if (links == MAX_LINKS)
-        throw new IOException("Too many links: " + path);
+        throw new IOException(Text.TOO_MANY_LINKS.with(path));
       at = at.resolveSibling(Files.readSymbolicLink(at));
     }
     return Files.exists(at, LinkOption.NOFOLLOW_LINKS) ? at.toRealPath() : at;

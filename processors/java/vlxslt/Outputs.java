@@ -38,18 +38,18 @@ final class Outputs implements AutoCloseable {
       OutputFile output = new OutputFile(isResult(file) ? principal.path() : file);
       files.add(output);
       if (others().anyMatch(other -> other != output && other.hasTargetOf(output)))
-        throw new IOException("another result of the same transformation goes there");
+        throw new IOException(Text.OUTPUT_TAKEN.with());
       return output;
     } catch (IOException e) {
       return refuse(new OutputFile.WriteFailure(
-          file.toString(), "Cannot write " + file + ": " + Failures.textOf(e), e));
+          file.toString(), Text.OUTPUT_NOT_WRITTEN.with(file, Failures.textOf(e)), e));
     }
   }
 
   /** A result that has no place in a file. */
   OutputStream refuse(URI address) {
     return refuse(
-        new OutputFile.WriteFailure(null, "A result can only be written to a file, not to " + address, null));
+        new OutputFile.WriteFailure(null, Text.OUTPUT_NOT_A_FILE.with(address), null));
   }
 
   // Stands in for a result that cannot be; the commit fails with the same words.
@@ -74,7 +74,7 @@ final class Outputs implements AutoCloseable {
     if (others().anyMatch(principal::hasTargetOf)) {
       if (!principal.isBlank())
         throw new OutputFile.WriteFailure(principal.path().toString(),
-            "Two results of the transformation go to the same file: " + principal.path(), null);
+            Text.TWO_RESULTS_ONE_FILE.with(principal.path()), null);
       principal.discard();
       files.remove(principal);
     }

@@ -65,7 +65,7 @@ final class Stylesheets {
       Stylesheet stylesheet = processor.compile(job.documents().source(address, modules), job, modules);
       diagnostics.failOn(Severity.ERROR);
       if (stylesheet == null)
-        throw new TransformerConfigurationException("The stylesheet cannot be compiled.");
+        throw new TransformerConfigurationException(Text.STYLESHEET_NOT_COMPILED.with());
       return new Entry(stylesheet, modules, diagnostics.since(before), generation);
     } finally {
       job.filesRead().addAll(modules);

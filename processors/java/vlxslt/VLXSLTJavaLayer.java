@@ -39,6 +39,11 @@ public final class VLXSLTJavaLayer {
     return instance;
   }
 
+  /** What the layer says to people, in the order of Text. */
+  public void SetTexts(String[] texts) {
+    Text.setTable(texts);
+  }
+
   public void SetVLXSLTJavaHandler(IVLXSLTJavaHandler javaHandler) {
     handler = javaHandler;
   }
@@ -51,7 +56,7 @@ public final class VLXSLTJavaLayer {
         if (!entry.isEmpty())
           entries.add(Path.of(entry).toUri().toURL());
       } catch (MalformedURLException | InvalidPathException e) {
-        handler.Message("The class path has an entry that cannot be used: " + entry);
+        handler.Message(Text.CLASS_PATH_ENTRY_UNUSABLE.with(entry));
       }
     }
     ClassLoader loader = new URLClassLoader(entries.toArray(new URL[0]), VLXSLTJavaLayer.class.getClassLoader());
@@ -103,7 +108,7 @@ public final class VLXSLTJavaLayer {
         resultFilePath == null ? outputFilePath : resultFilePath, pairsOf(stylesheetParams)), handler, parsers);
     try {
       if (current == null)
-        throw new IllegalStateException("No processor is selected.");
+        throw new IllegalStateException(Text.NO_PROCESSOR_SELECTED.with());
       job.run(current.adapter(), stylesheets);
       return 1;
     } catch (Throwable e) {
@@ -141,12 +146,12 @@ public final class VLXSLTJavaLayer {
         ? error.getException() : e;
     String reason = String.valueOf(cause.getMessage());
     if (cause instanceof ClassNotFoundException)
-      reason = "no jar of the class path holds it.";
+      reason = Text.CLASS_MISSING.with();
     else if (cause instanceof ClassCastException || reason.contains("not a subtype") || reason.contains("cannot be cast"))
-      reason = "it is not a javax.xml.transform.TransformerFactory.";
+      reason = Text.NO_TRANSFORMER_FACTORY.with();
     else if (cause instanceof NoClassDefFoundError)
-      reason = "it needs the class " + reason.replace('/', '.') + ", which no jar of the class path holds.";
-    return "Cannot load the XSLT processor " + tClass + ": " + reason;
+      reason = Text.NEEDED_CLASS_MISSING.with(reason.replace('/', '.'));
+    return Text.PROCESSOR_NOT_LOADED.with(tClass, reason);
   }
 
   private void forgetEverything() {
