@@ -136,6 +136,16 @@ TypedValues AnswerEdit(std::string_view text, processors::Processor &) {
   });
 }
 
+TypedValues AnswerResolvePath(std::string_view text, processors::Processor &) {
+  const RequestOptions options = ScanRequestOptions(text);
+  const std::string path = options.applicationName.empty() ? catalogue::ResolvePath(options.record.xslPath)
+                                                           : catalogue::GetTransformationFile(options.applicationName);
+  TypedValues reply;
+  if (!path.empty())
+    reply.AddString(path);
+  return reply;
+}
+
 TypedValues AnswerStylesheetParameters(std::string_view text, processors::Processor &) {
   TypedValues reply;
   if (const auto parameters = catalogue::GetStylesheetParameters(ScanRequestOptions(text).record.xslPath))

@@ -28,6 +28,9 @@ namespace client {
 // The same for the transformation "-trname": what the options do not name stays as it is. "-sparam" sets or adds a
 // parameter, "-dropparam" takes one out, "-name" is the new name.
 [[nodiscard]] kit::TypedValues AnswerEdit(std::string_view text, processors::Processor &);
+// "-xslfilepath": what a stored path stands for; "-appname": the catalogue of the application. Absolute or a URL; no
+// value when there is none.
+[[nodiscard]] kit::TypedValues AnswerResolvePath(std::string_view text, processors::Processor &);
 // "-xslfilepath": one list, name and default expression alternately.
 [[nodiscard]] kit::TypedValues AnswerStylesheetParameters(std::string_view text, processors::Processor &);
 // Per processor one nested list: name, class path, class name, implementation, version, location, error.

@@ -153,6 +153,7 @@ constexpr std::array entries = {
     Entry{"XSLTGetDitamapComponents", AnswerComponents},
     Entry{planRequestName, AnswerPlan},
     Entry{"VlxsltProcessors", AnswerProcessors},
+    Entry{"VlxsltResolvePath ", AnswerResolvePath},
     Entry{"VlxsltStylesheetParams ", AnswerStylesheetParameters},
     Entry{"VlxsltListTransformations ", AnswerListing},
     Entry{"VlxsltAddTransformation ", AnswerAdd},

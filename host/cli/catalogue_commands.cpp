@@ -87,15 +87,12 @@ std::string FindCatalogue(Environment environment, const CatalogueOptions &catal
     error = "say which catalogue: --catalogue FILE or --application NAME";
     return {};
   }
-  kit::RequestBuilder request("XSLTGetTrScenarioFile");
-  request.Add("-appname", {catalogue.application});
-  const host::ClientReply reply = environment.session.Send(kit::dispatcherName, request.Text());
-  const std::string stored = reply.values.String(0).value_or("");
+  const std::string found = ResolvePath(environment, "-appname", catalogue.application);
   const std::string &source = environment.session.Settings().source;
-  if (stored.empty())
+  if (found.empty())
     error = "the application \"" + catalogue.application + "\" has no catalogue in " +
             (source.empty() ? "the built-in configuration" : source);
-  return host::ExpandStoredPath(environment.session.Settings(), stored);
+  return found;
 }
 
 ExitCode ListTransformations(Environment environment, const CatalogueOptions &options) {

@@ -46,6 +46,8 @@ void PrintError(const std::string &text);
 // How the process ends when a command that would end with `code` asks nothing more: a script that did not fit outweighs
 // it, since the result says nothing then. Ctrl-C outweighs both.
 [[nodiscard]] ExitCode Settle(Environment environment, ExitCode code);
+// What the client resolves "-xslfilepath" PATH or "-appname" NAME to; empty when that is nothing.
+[[nodiscard]] std::string ResolvePath(Environment environment, std::string_view option, const std::string &value);
 // An absolute path for one on the command line; a path variable or a file URL is understood too.
 [[nodiscard]] std::string ReadPath(Environment environment, const std::string &text);
 // The absolute path of the catalogue; empty and an error text when there is none.

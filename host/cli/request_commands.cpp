@@ -2,6 +2,7 @@
 
 #include "host/cli/printing.h"
 #include "host/fronts/cancellation.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/read_file.h"
 #include "kit/request_builder.h"
@@ -123,10 +124,16 @@ ExitCode Settle(Environment environment, ExitCode code) {
   return environment.script->HasFailed() ? ExitCode::ScriptMisfit : code;
 }
 
+std::string ResolvePath(Environment environment, std::string_view option, const std::string &value) {
+  kit::RequestBuilder request("VlxsltResolvePath");
+  request.Add(option, {value});
+  return environment.session.Send(kit::xsltName, request.Text()).values.String(0).value_or("");
+}
+
 std::string ReadPath(Environment environment, const std::string &text) {
-  if (text.starts_with('$'))
-    return host::ExpandStoredPath(environment.session.Settings(), text);
-  return kit::AbsolutePath(kit::UrlToPath(text));
+  const std::string resolved =
+      text.starts_with('$') && !kit::Exists(text) ? ResolvePath(environment, "-xslfilepath", text) : std::string();
+  return resolved.empty() ? kit::AbsolutePath(kit::UrlToPath(text)) : resolved;
 }
 
 ExitCode Call(Environment environment, const CallOptions &options) {
@@ -142,11 +149,11 @@ ExitCode OpenDialog(Environment environment, const std::string &name) {
     return Refuse("there is no dialog \"" + name + "\"; the dialogs are choose, manage, new, advanced and xsl");
   if (dialog->hasItems && environment.options.script.empty() && !environment.options.hasWindows)
     return Refuse("a terminal cannot show the dialog \"" + name + "\"; --script FILE plays it");
-  return SendAndPrint(environment, "XSLT", std::string(dialog->request));
+  return SendAndPrint(environment, kit::xsltName, std::string(dialog->request));
 }
 
 ExitCode ListProcessors(Environment environment) {
-  const host::ClientReply reply = environment.session.Send("XSLT", "VlxsltProcessors");
+  const host::ClientReply reply = environment.session.Send(kit::xsltName, "VlxsltProcessors");
   ExitCode code = Finish(environment, reply);
   if (code == ExitCode::BadCommand)
     return code;

@@ -264,20 +264,4 @@ ConfigurationResult ReadConfiguration(const std::string &path, const Installatio
   return result;
 }
 
-std::string ExpandStoredPath(const Configuration &configuration, std::string path, const std::string &base) {
-  if (path.empty())
-    return path;
-  path = kit::UrlToPath(path);
-  if (kit::IsUrl(path))
-    return path;
-  path = UseSlashes(path);
-  for (const auto &[variable, folder] : {std::pair(kit::structureVariable, &configuration.structureFolder),
-                                         std::pair(kit::installVariable, &configuration.installFolder)})
-    if (kit::StartsWithIgnoreCase(path, variable))
-      return kit::AbsolutePath(*folder + path.substr(std::strlen(variable)));
-  if (!kit::IsAbsolutePath(path))
-    path = base.empty() ? configuration.installFolder + path : kit::JoinPath(kit::FolderOf(base), path);
-  return kit::AbsolutePath(path);
-}
-
 } // namespace host

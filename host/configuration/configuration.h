@@ -58,11 +58,6 @@ struct ConfigurationResult {
 // An empty path gives the built-in defaults.
 [[nodiscard]] ConfigurationResult ReadConfiguration(const std::string &path, const Installation &installation);
 
-// What a stored path stands for: a file URL, a leading path variable (any letter case, backslashes are separators),
-// and a relative path against the folder of `base`, or against the installation folder without one.
-[[nodiscard]] std::string ExpandStoredPath(const Configuration &configuration, std::string path,
-                                           const std::string &base = {});
-
 } // namespace host
 
 #endif

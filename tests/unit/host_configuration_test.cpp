@@ -57,11 +57,6 @@ file = ["*.dita"]
   EXPECT_EQ(made.processors[1].classPath, "");
   ASSERT_EQ(made.applications.size(), 1U);
   EXPECT_EQ(made.applications[0].catalogue, "$structdir\\dita\\Transformations.xml");
-  EXPECT_EQ(host::ExpandStoredPath(made, made.applications[0].catalogue),
-            folder.Path("conf/structure/dita/Transformations.xml"));
-  EXPECT_EQ(host::ExpandStoredPath(made, "$VLHOME/a/../b.xsl"), folder.Path("home/b.xsl"));
-  EXPECT_EQ(host::ExpandStoredPath(made, "x.xsl", "/docs/in.xml"), "/docs/x.xsl");
-  EXPECT_EQ(host::ExpandStoredPath(made, "file:///a%20b/x.xsl"), "/a b/x.xsl");
 }
 
 TEST(Configuration, TellsEveryFaultWithItsPlaceAndWhatWasMeant) {
