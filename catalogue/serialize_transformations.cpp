@@ -24,8 +24,6 @@ struct ReleaseObject {
 };
 template <class T> using Released = kit::Handle<T, ReleaseObject{}>;
 
-void Report(const std::string &message) { report::ReportProblem(message); }
-
 // ---- What cannot be written
 
 // The first thing in the text that XML has no way to hold, described; empty when there is none.
@@ -60,8 +58,7 @@ bool CheckWritable(const Transformation &record) {
     fields.push_back({MessageId::FieldParameters, parameter});
   for (const Field &field : fields) {
     if (const std::string problem = FindUnwritable(field.text); !problem.empty()) {
-      Report(report::FormatMessage(MessageId::CannotHoldCharacter,
-                                   {record.name, report::LoadMessage(field.name), problem}));
+      report::ReportProblem(MessageId::CannotHoldCharacter, {record.name, report::LoadMessage(field.name), problem});
       return false;
     }
   }
@@ -186,7 +183,7 @@ std::optional<std::string> SerializeTransformations(const TransformationList &li
   const std::optional<std::string> reason =
       CatchXmlErrors([&] { bytes = Serialize(list); }, report::LoadMessage(MessageId::OutOfMemory));
   if (!bytes)
-    Report(report::FormatMessage(MessageId::TransformationFileNotWritten, {reason.value_or("")}));
+    report::ReportProblem(MessageId::TransformationFileNotWritten, {reason.value_or("")});
   return bytes;
 }
 

@@ -19,8 +19,6 @@ namespace {
 
 using report::MessageId;
 
-void Report(const std::string &message) { report::ReportProblem(message); }
-
 void Show(MessageId id, std::string_view value) {
   V_ApiAlert(report::FormatMessage(id, {value}).c_str(), V_ALERT_PLAIN);
 }
@@ -91,7 +89,7 @@ EditResult Store(const std::string &path, const Transformation &given, const std
   } else if (!oldName) {
     list.push_back(record);
   } else {
-    Report(report::FormatMessage(MessageId::TransformationNotFound, {*oldName}));
+    report::ReportProblem(MessageId::TransformationNotFound, {*oldName});
     return EditResult::Failed;
   }
   return Save(path, list);
@@ -108,7 +106,7 @@ bool SaveTransformationFile(const std::string &path, const TransformationList &l
     return false;
   kit::AtomicFile file(LocalCopy(resolved));
   if (!file.Write(*bytes) || !file.Commit()) {
-    Report(report::FormatMessage(MessageId::TransformationFileNotWritten, {file.Error()}));
+    report::ReportProblem(MessageId::TransformationFileNotWritten, {file.Error()});
     return false;
   }
   return PushBack(resolved);
@@ -138,7 +136,7 @@ FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mod
   const bool quiet = mode == CheckMode::Quiet;
   const auto stop = [quiet](MessageId id, const std::string &value) {
     if (quiet)
-      Report(report::FormatMessage(id, {value}));
+      report::ReportProblem(id, {value});
     else
       Show(id, value);
     return FieldCheck::Stop;

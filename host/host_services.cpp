@@ -11,20 +11,6 @@ namespace host {
 
 namespace {
 
-// How the record of a session calls a question and its answers.
-struct QuestionWords {
-  AlertKind kind;
-  std::string_view name;
-  std::string_view proceed;
-  std::string_view decline;
-};
-constexpr std::array questionWords = {
-    QuestionWords{AlertKind::YesNo, "yes-no", "yes", "no"},
-    QuestionWords{AlertKind::YesNoDefaultNo, "yes-no", "yes", "no"},
-    QuestionWords{AlertKind::OkCancel, "ok-cancel", "ok", "cancel"},
-    QuestionWords{AlertKind::Plain, "alert", "ok", "cancel"},
-};
-
 constexpr std::array<std::string_view, 3> chooserNames = {"open", "folder", "save"};
 
 } // namespace
@@ -89,10 +75,10 @@ void HostServices::RequestNotification(int32_t notification, bool on) {
 
 int32_t HostServices::Ask(AlertKind kind, const std::string &text) {
   const Answer answer = front.Alert(kind, text);
-  const auto *found = std::ranges::find(questionWords, kind, &QuestionWords::kind);
-  const QuestionWords &words = found == questionWords.end() ? questionWords.front() : *found;
-  record.asked.push_back(
-      {std::string(words.name), text, std::string(answer == Answer::Proceed ? words.proceed : words.decline)});
+  const QuestionWords &words = WordsOf(kind);
+  // A closed alert was seen all the same.
+  const bool proceeds = answer == Answer::Proceed || words.decline.empty();
+  record.asked.push_back({std::string(words.name), text, std::string(proceeds ? words.proceed : words.decline)});
   return answer == Answer::Proceed ? V_ANSWER_PROCEED : V_ANSWER_DECLINE;
 }
 

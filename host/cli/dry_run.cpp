@@ -1,8 +1,8 @@
 #include "host/cli/dry_run.h"
 
 #include "host/cli/printing.h"
-
-#include <nlohmann/json.hpp>
+#include "host/record/json_text.h"
+#include "kit/names.h"
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@ namespace cli {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using host::Json;
 using Strings = std::vector<std::string>;
 
 // Fields of a job in the reply, in their order.
@@ -79,7 +79,7 @@ std::vector<PlannedJob> ReadPlan(const kit::TypedValues &reply) {
 }
 
 std::string FormatPlannedJob(const PlannedJob &job) {
-  const std::string stylesheet = job.stylesheet.empty() ? "(processing instruction)" : job.stylesheet;
+  const std::string stylesheet = job.stylesheet.empty() ? "(the input's own)" : job.stylesheet;
   return FormatFields({job.input, stylesheet, job.processor, DescribeOutput(job), ListMarks(job)});
 }
 
@@ -96,12 +96,11 @@ std::string FormatPlannedJobAsJson(const PlannedJob &job) {
               {"asks", job.asks}};
   if (!job.problems.empty())
     object["problems"] = job.problems;
-  // A path need not be UTF-8; the line must be.
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  return host::ToJsonText(object) + "\n";
 }
 
 ExitCode PrintPlan(Environment environment, const RunRequest &request) {
-  const host::ClientReply reply = environment.session.Send("XSLT", request.PlanText());
+  const host::ClientReply reply = environment.session.Send(kit::xsltName, request.PlanText());
   if (!reply.error.empty())
     return Refuse(reply.error);
   const std::optional<int32_t> status = reply.values.Integer(0);

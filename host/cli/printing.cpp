@@ -1,8 +1,7 @@
 #include "host/cli/printing.h"
 
+#include "host/record/json_text.h"
 #include "kit/values.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdio>
@@ -12,7 +11,7 @@ namespace cli {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using host::Json;
 
 std::span<const V_TypedValT> Values(const V_TypedValsT &values) { return {values.val, values.len}; }
 
@@ -79,8 +78,7 @@ std::string FormatJson(const V_TypedValsT &reply, const host::SessionRecord &rec
   object["launched"] = record.launched;
   object["asked"] = std::move(asked);
   object["console"] = record.console;
-  // A path need not be UTF-8; the object must be.
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  return host::ToJsonText(object) + "\n";
 }
 
 std::string FormatFields(const std::vector<std::string> &fields) {

@@ -3,6 +3,7 @@
 #include "host/cli/retry.h"
 #include "host/cli/run_report.h"
 #include "host/cli/run_request.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 
 namespace cli {
@@ -38,7 +39,7 @@ ExitCode Run(Environment environment, const RunOptions &options) {
   RunReport report(environment, options, request);
   if (!report.Problem().empty())
     return Refuse(report.Problem());
-  return report.Finish(environment.session.Send("XSLT", request.Text()));
+  return report.Finish(environment.session.Send(kit::xsltName, request.Text()));
 }
 
 } // namespace cli

@@ -100,7 +100,11 @@ void DesktopFront::PlayDialog(host::DialogModel &dialog,
 
 void DesktopFront::WriteConsole(std::string_view text) { Queue(std::string(host::WithoutLineEnd(text))); }
 
-void DesktopFront::ReportRunEvent(const host::RunEvent &event) { Queue(event); }
+void DesktopFront::ReportRunEvent(const host::RunEvent &event) {
+  // Hundreds a document, and no window shows them.
+  if (event.kind != V_RUN_FILE_READ)
+    Queue(event);
+}
 
 void DesktopFront::Queue(RunItem item) {
   bool isFirst = false;

@@ -4,6 +4,13 @@
 
 namespace host {
 
+const QuestionWords &WordsOf(AlertKind kind) {
+  static constexpr QuestionWords alert{"alert", "ok", ""};
+  static constexpr QuestionWords yesNo{"yes-no", "yes", "no"};
+  static constexpr QuestionWords okCancel{"ok-cancel", "ok", "cancel"};
+  return kind == AlertKind::Plain ? alert : kind == AlertKind::OkCancel ? okCancel : yesNo;
+}
+
 void Front::PlayDialog(DialogModel &dialog, const std::function<void(DialogDriver &driver)> &player) {
   ModelDriver driver(dialog);
   player(driver);

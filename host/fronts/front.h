@@ -26,6 +26,15 @@ enum class AlertKind : int32_t {
 enum class ChooserKind : int32_t { Open = V_CHOOSE_OPEN, Folder = V_CHOOSE_FOLDER, Save = V_CHOOSE_SAVE };
 enum class Answer { Decline, Proceed };
 
+// What a question is called, and its two answers, in scripts and in replies. A plain alert has nothing to decline.
+struct QuestionWords {
+  std::string_view name;
+  std::string_view proceed;
+  std::string_view decline;
+};
+// A kind that is unknown asks yes or no.
+[[nodiscard]] const QuestionWords &WordsOf(AlertKind kind);
+
 struct FileChooser {
   ChooserKind kind = ChooserKind::Open;
   std::string title;

@@ -22,18 +22,16 @@ constexpr std::array acts = {StepKind::Set,           StepKind::Click,        St
 
 constexpr std::array<std::string_view, 3> chooserNames = {"a file", "a folder", "a file to save"};
 
-struct AnswerRule {
-  AlertKind kind;
-  std::string_view proceed;
-  std::string_view decline; // empty when there is nothing to decline
-  std::string_view name;
-};
-constexpr std::array answerRules = {
-    AnswerRule{AlertKind::Plain, "ok", "", "shows an alert"},
-    AnswerRule{AlertKind::YesNo, "yes", "no", "asks yes or no"},
-    AnswerRule{AlertKind::YesNoDefaultNo, "yes", "no", "asks yes or no"},
-    AnswerRule{AlertKind::OkCancel, "ok", "cancel", "asks for OK or Cancel"},
-};
+std::string_view Describe(AlertKind kind) {
+  switch (kind) {
+  case AlertKind::Plain:
+    return "shows an alert";
+  case AlertKind::OkCancel:
+    return "asks for OK or Cancel";
+  default:
+    return "asks yes or no";
+  }
+}
 
 std::string Quote(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
@@ -193,15 +191,14 @@ const ScriptStep *ScriptFront::Take(std::span<const StepKind> kinds, const std::
 }
 
 Answer ScriptFront::Alert(AlertKind kind, const std::string &text) {
-  const auto *found = std::ranges::find(answerRules, kind, &AnswerRule::kind);
-  const AnswerRule &rule = found == answerRules.end() ? answerRules.front() : *found;
-  const std::string asked = "the client " + std::string(rule.name) + ": " + Quote(text);
+  const QuestionWords &words = WordsOf(kind);
+  const std::string asked = "the client " + std::string(Describe(kind)) + ": " + Quote(text);
   const ScriptStep *step = Take(answers, asked);
   if (!step)
     return Answer::Decline;
-  if (step->Word(1) == rule.proceed)
+  if (step->Word(1) == words.proceed)
     return Answer::Proceed;
-  if (step->Word(1) != rule.decline)
+  if (step->Word(1) != words.decline)
     FailAt(*step, "this answer does not fit: " + asked);
   return Answer::Decline;
 }

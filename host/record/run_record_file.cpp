@@ -1,8 +1,7 @@
 #include "host/record/run_record_file.h"
 
+#include "host/record/json_text.h"
 #include "host/record/time_text.h"
-
-#include <nlohmann/json.hpp>
 
 #include <utility>
 
@@ -10,12 +9,7 @@ namespace host {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr int recordVersion = 1;
-
-// A path need not be UTF-8; the line must be.
-std::string ToLine(const Json &object) { return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n"; }
 
 Json NumberOrNull(int32_t number) { return number > 0 ? Json(number) : Json(); }
 
@@ -64,8 +58,12 @@ RunRecordFile::RunRecordFile(std::string path, std::string request, int32_t expe
 void RunRecordFile::Prepare(int32_t count) {
   preparedCount = count;
   beginning.emplace(target);
-  (void)beginning->Write(ToLine(Json{
-      {"type", "run"}, {"version", recordVersion}, {"started", started}, {"count", count}, {"request", requestText}}));
+  (void)beginning->Write(ToJsonText({{"type", "run"},
+                                     {"version", recordVersion},
+                                     {"started", started},
+                                     {"count", count},
+                                     {"request", requestText}}) +
+                         "\n");
 }
 
 void RunRecordFile::BeginRun(int32_t count) {
@@ -81,7 +79,7 @@ void RunRecordFile::BeginRun(int32_t count) {
   beginning.reset();
 }
 
-void RunRecordFile::TakeJob(const JobReport &job) { Append(ToLine(ToJson(job))); }
+void RunRecordFile::TakeJob(const JobReport &job) { Append(ToJsonText(ToJson(job))); }
 
 void RunRecordFile::TakeDiagnostic(const RunDiagnostic &diagnostic) { outsideOfJobs.push_back(diagnostic); }
 
@@ -92,13 +90,13 @@ void RunRecordFile::End(const RunTally &tally, int32_t exitCode) {
   line["exit"] = exitCode;
   if (!outsideOfJobs.empty())
     line["diagnostics"] = ToJson(outsideOfJobs);
-  Append(ToLine(line));
+  Append(ToJsonText(line));
   if (hasBegun && error.empty() && !file.Close())
     Note(file.Error());
 }
 
 void RunRecordFile::Append(const std::string &line) {
-  if (hasBegun && error.empty() && !file.Append(line))
+  if (hasBegun && error.empty() && !file.Append(line + "\n"))
     Note(file.Error());
 }
 

@@ -1,9 +1,8 @@
 #include "host/record/sarif_file.h"
 
+#include "host/record/json_text.h"
 #include "host/record/time_text.h"
 #include "kit/paths.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <utility>
@@ -12,11 +11,9 @@ namespace host {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 // What is not a path must be a URI already; empty when it cannot be written as one.
 std::string ToUri(const std::string &place) {
-  if (place.find("://") == std::string::npos || kit::IsFileUrl(place))
+  if (!kit::IsUrl(place) || kit::IsFileUrl(place))
     return kit::PathToUrl(kit::AbsolutePath(kit::UrlToPath(place)));
   static constexpr std::string_view forbidden = "\"<>\\^`{|} ";
   const bool isUri = std::ranges::none_of(place, [](unsigned char each) {
@@ -49,8 +46,6 @@ Json MakeLocations(const RunDiagnostic &diagnostic, const JobReport *job) {
   return locations;
 }
 
-std::string ToText(const Json &object) { return object.dump(-1, ' ', false, Json::error_handler_t::replace); }
-
 } // namespace
 
 SarifFile::SarifFile(const std::string &path, std::string programVersion, WriteFailure failure)
@@ -77,7 +72,7 @@ void SarifFile::WriteResult(const RunDiagnostic &diagnostic, const JobReport *jo
   result["locations"] = MakeLocations(diagnostic, job);
   if (job)
     result["properties"] = Json{{"job", job->job}, {"input", job->input}};
-  Write((std::exchange(hasResults, true) ? ",\n" : "\n") + ToText(result));
+  Write((std::exchange(hasResults, true) ? ",\n" : "\n") + ToJsonText(result));
 }
 
 void SarifFile::End(int32_t exitCode) {
@@ -88,8 +83,8 @@ void SarifFile::End(int32_t exitCode) {
                   {"exitCode", exitCode},
                   {"startTimeUtc", started},
                   {"endTimeUtc", FormatTime(std::chrono::system_clock::now())}};
-  Write("\n],\"tool\":" + ToText(Json{{"driver", std::move(driver)}}) +
-        ",\"invocations\":" + ToText(Json::array({std::move(invocation)})) + "}]}\n");
+  Write("\n],\"tool\":" + ToJsonText(Json{{"driver", std::move(driver)}}) +
+        ",\"invocations\":" + ToJsonText(Json::array({std::move(invocation)})) + "}]}\n");
   if (!hasFailed && !file.Commit())
     tell(file.Error());
 }

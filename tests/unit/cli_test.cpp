@@ -213,7 +213,7 @@ TEST(Plans, AreShownAsTablesAndAsObjects) {
       "{\"job\":0,\"input\":\"/p/a.xml\",\"stylesheet\":\"/p/s.xsl\",\"processor\":\"Saxon\",\"parameters\":[[\"toc\","
       "\"2\"],[\"title\",\"'\uFFFD'\"]],\"output\":\"/p/a.html\",\"asks\":[\"overwrite\"]}\n");
   EXPECT_EQ(cli::FormatPlannedJob(jobs[1]),
-            "/p/b.xml\t(processing instruction)\tX\t(asked for)\tprocessor not configured, more\n");
+            "/p/b.xml\t(the input's own)\tX\t(asked for)\tprocessor not configured, more\n");
   EXPECT_EQ(cli::FormatPlannedJobAsJson(jobs[1]),
             R"({"job":1,"input":"/p/b.xml","stylesheet":null,"processor":"X","parameters":[],"output":null,)"
             R"("asks":["place"],"problems":["processor not configured","more"]})"
