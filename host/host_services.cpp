@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 namespace host {
 
@@ -97,27 +98,41 @@ void HostServices::WriteConsole(const std::string &text) {
 void HostServices::ReportRunEvent(RunEvent event) {
   if (event.kind == V_RUN_BEGINS)
     keptOutputs.BeginRun();
-  if (event.kind == V_RUN_OUTPUT && (event.outputKind == V_OUTPUT_OPENED || event.outputKind == V_OUTPUT_LAUNCHED)) {
-    std::string error;
-    event.path = keptOutputs.Keep(event.path, error);
-    if (!error.empty())
-      WriteConsole(error);
-  }
+  if (event.kind == V_RUN_OUTPUT)
+    KeepOutput(event);
   front.ReportRunEvent(event);
   if (listener)
     listener->OnRunEvent(event);
 }
 
-bool HostServices::IsTemporary(const std::string &path) {
-  const std::string &folder = tempFolder.Path();
-  return !folder.empty() && kit::AbsolutePath(path).starts_with(kit::JoinPath(folder, ""));
+void HostServices::KeepOutput(RunEvent &event) {
+  const bool isSecondary = event.outputKind == V_OUTPUT_SECONDARY;
+  const std::string name = tempFolder.NameOf(event.path);
+  if (event.outputKind == V_OUTPUT_PRINCIPAL || (isSecondary && name.empty()))
+    return;
+  std::string error;
+  const std::string copy = keptOutputs.Keep(event.path, error, name);
+  TellUnkept(error);
+  // The client takes care of the others, and they are named when they are opened.
+  if (isSecondary) {
+    if (std::error_code ignored; copy != event.path)
+      std::filesystem::remove(event.path, ignored);
+    WriteConsole("Kept: " + copy);
+  }
+  event.path = copy;
+}
+
+void HostServices::TellUnkept(const std::string &error) {
+  if (error.empty())
+    return;
+  WriteConsole(error);
+  tempFolder.KeepFiles();
 }
 
 std::string HostServices::TakeCopy(const std::string &path) {
   std::string error;
   std::string copy = keptOutputs.Take(path, error);
-  if (!error.empty())
-    WriteConsole(error);
+  TellUnkept(error);
   return copy;
 }
 
@@ -130,16 +145,17 @@ V_ObjectT HostServices::OpenOutput(const std::string &path, const std::string &a
     WriteConsole("Cannot open: " + error);
     return 0;
   }
-  if (kept != path)
+  if (!asName.empty())
     WriteConsole("Opened: " + kept);
   record.opened.push_back(document->path);
-  return document->object;
+  // The client would delete the file that it knows is open.
+  return !asName.empty() && kept == path ? 0 : document->object;
 }
 
 int32_t HostServices::Launch(const std::string &path) {
   if (path.empty())
     return 0;
-  const std::string kept = IsTemporary(path) ? TakeCopy(path) : path;
+  const std::string kept = tempFolder.NameOf(path).empty() ? path : TakeCopy(path);
   record.launched.push_back(kept);
   front.LaunchOutput(kept);
   return 1;

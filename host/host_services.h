@@ -69,10 +69,12 @@ public:
   void KeepOutputsIn(std::string folder) { keptOutputs.UseFolder(std::move(folder)); }
 
 private:
-  // Whether an output that is launched goes with the session.
-  [[nodiscard]] bool IsTemporary(const std::string &path);
   // The copy of a temporary output that stays, or the path when there is none.
   [[nodiscard]] std::string TakeCopy(const std::string &path);
+  // Puts the copy's path in place of an output's that would go with the temporary folder.
+  void KeepOutput(RunEvent &event);
+  // An output without a copy stays where it is.
+  void TellUnkept(const std::string &error);
   [[nodiscard]] BuiltInClient *FindBuiltIn(std::string_view client);
   [[nodiscard]] const ClientModule *LoadClient(const std::string &client, std::string &error);
 

@@ -16,6 +16,10 @@ public:
 
   // Empty when it cannot be made.
   [[nodiscard]] const std::string &Path();
+  // The path below the folder of a file that lies there; empty for any other. Makes nothing.
+  [[nodiscard]] std::string NameOf(const std::string &file) const;
+  // What lies there now or later outlives this object.
+  void KeepFiles() { isPrivate = false; }
 
 private:
   std::string path;

@@ -1,5 +1,7 @@
 #include "host/temp_folder.h"
 
+#include "kit/paths.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -25,6 +27,12 @@ const std::string &TempFolder::Path() {
     isPrivate = true;
   }
   return path;
+}
+
+std::string TempFolder::NameOf(const std::string &file) const {
+  const std::string place = kit::AbsolutePath(file);
+  const std::string folder = kit::JoinPath(kit::AbsolutePath(path), "");
+  return isMade && !path.empty() && place.starts_with(folder) ? place.substr(folder.size()) : std::string();
 }
 
 TempFolder::~TempFolder() {

@@ -18,8 +18,9 @@ public:
   void UseFolder(std::string folder) { base = std::move(folder); }
   // The next file begins a folder of its own.
   void BeginRun() { runFolder.clear(); }
-  // The path of the copy. On failure it is `path` itself, and an error text.
-  [[nodiscard]] std::string Keep(const std::string &path, std::string &error);
+  // The path of the copy: `name` in the run's folder, with folders of its own if need be, or without one the file's. On
+  // failure it is `path` itself, and an error text.
+  [[nodiscard]] std::string Keep(const std::string &path, std::string &error, std::string name = {});
   // The copy that was made of the file, and forgets about it; makes one when there is none.
   [[nodiscard]] std::string Take(const std::string &path, std::string &error);
 

@@ -35,8 +35,8 @@ std::string FindStateFolder() {
 std::string NumberName(const std::string &name, int number) {
   if (number == 1)
     return name;
-  const std::string extension = kit::ExtensionOf(name);
-  return kit::BaseNameOf(name) + "-" + std::to_string(number) + (extension.empty() ? "" : "." + extension);
+  const fs::path path = name;
+  return (path.parent_path() / path.stem()).string() + "-" + std::to_string(number) + path.extension().string();
 }
 
 // A link where the file system has them; an existing target is never replaced.
@@ -62,19 +62,20 @@ bool IsYoung(const fs::path &folder) {
 
 } // namespace
 
-std::string KeptOutputs::Keep(const std::string &path, std::string &error) {
+std::string KeptOutputs::Keep(const std::string &path, std::string &error, std::string name) {
   // What failed once is not tried again when it is taken.
   copies[path] = path;
   if (runFolder.empty() && !MakeRunFolder(error))
     return path;
+  if (name.empty())
+    name = kit::FileNameOf(path);
   std::error_code failure;
-  for (int number = 1; number <= maxTries; ++number) {
-    std::string copy = kit::JoinPath(runFolder, NumberName(kit::FileNameOf(path), number));
+  fs::create_directories(kit::FolderOf(kit::JoinPath(runFolder, name)), failure);
+  for (int number = 1; !failure || (failure == std::errc::file_exists && number <= maxTries); ++number) {
+    std::string copy = kit::JoinPath(runFolder, NumberName(name, number));
     failure = LinkOrCopy(path, copy);
     if (!failure)
       return copies[path] = std::move(copy);
-    if (failure != std::errc::file_exists)
-      break;
   }
   error = "cannot keep " + path + " in " + runFolder + ": " + failure.message();
   return path;
