@@ -68,9 +68,6 @@ TEST_F(Grammar, TokensAreTakenInTheirOrder) {
   // An option of another length, or glued to its value, is none.
   EXPECT_EQ(Parse("-fil /a -file=/b -fileX /c").inputKind, InputKind::NotSpecified);
   EXPECT_EQ(Parse("-file\t/a").inputKind, InputKind::NotSpecified);
-  // 1023 bytes of a token are kept.
-  EXPECT_EQ(Parse("-trname '" + std::string(1500, 'n') + "' -appname A").transformationName, std::string(1023, 'n'));
-  EXPECT_EQ(Parse("-trname '" + std::string(1500, 'n') + "' -appname A").applicationName, "A");
 }
 
 TEST_F(Grammar, OnlyTheWholeNameIsARunRequest) {
@@ -154,18 +151,6 @@ TEST_F(Grammar, FoldersAreListedWhereTheyAre) {
     EXPECT_EQ(TakeLog(), "Folder " + given + " doesn't exist.\n");
     EXPECT_FALSE(request.usePI) << "nothing is read behind it";
   }
-}
-
-TEST_F(Grammar, KindsHaveTheNamesOfTheUsageReport) {
-  const std::pair<InputKind, std::string_view> names[] = {
-      {InputKind::NotSpecified, "Scope_NotSpecified"},
-      {InputKind::CurrentFile, "Scope_CurrentFile"},
-      {InputKind::CurrentFileWithChildren, "Scope_CurrentFileWithChildren"},
-      {InputKind::File, "Scope_File"},
-      {InputKind::Folder, "Scope_folder"},
-      {InputKind::AllOpenFiles, "Scope_AllOpenFiles"}};
-  for (const auto &[kind, name] : names)
-    EXPECT_EQ(client::ScopeName(kind), name);
 }
 
 } // namespace

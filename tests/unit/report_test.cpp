@@ -1,10 +1,7 @@
 // The transformation log and the events that a host gets: two renderings of what happens during a run.
 #include "report/run_event.h"
-#include "report/transformation_log.h"
 #include "report/xslt_error_handler.h"
-#include "tests/unit/fake_host.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/log_fixture.h"
 
 #include <optional>
 #include <string>
@@ -17,22 +14,12 @@ using Strings = std::vector<std::string>;
 using report::JobStatus;
 using report::XSLTErrorHandler;
 
-class Report : public testing::Test {
+class Report : public LogTest {
 protected:
-  Report() { report::ResetLog(false); }
-  ~Report() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
-
-  static std::string TakeLog() {
-    std::string text = report::LogText();
-    report::ResetLog(false);
-    return text;
-  }
   static void Begin(const report::StartSection &section) {
     report::Report(report::JobBegins{0, "/in.xml", "/s.xsl", "P", "", section});
   }
   static void End(JobStatus status) { report::Report(report::JobEnds{status, true}); }
-
-  FakeHost host;
 };
 
 TEST_F(Report, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
