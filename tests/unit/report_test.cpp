@@ -22,33 +22,6 @@ protected:
   static void End(JobStatus status) { report::Report(report::JobEnds{status, true}); }
 };
 
-TEST_F(Report, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
-  struct Row {
-    std::string input, xsl, output, processor, text;
-  };
-  for (const Row &row : {
-           Row{"/in.xml", "/s.xsl", "/out.xml", "Saxon",
-               "\n\nXSL Transformation Log\nInput: /in.xml\nXSL:/s.xsl\nOutput:/out.xml\n\n\n"
-               "XSL Processor Messages (Processor: Saxon)\n"},
-           Row{"/in.xml", "", "", "",
-               "\n\nXSL Transformation Log\nInput: /in.xml\n"
-               "XSL: Using PI mentioned in Input File.\n\n\n"},
-           Row{"", "/s.xsl", "", "X",
-               "\n\nXSL Transformation Log\nXSL:/s.xsl\n\n\n"
-               "XSL Processor Messages (Processor: X)\n"},
-           Row{"/100%1 %0", "%2", "", "%0",
-               "\n\nXSL Transformation Log\nInput: /100%1 %0\nXSL:%2\n\n\n"
-               "XSL Processor Messages (Processor: %0)\n"},
-       }) {
-    Begin({row.input, row.xsl, row.output, row.processor});
-    EXPECT_EQ(TakeLog(), row.text);
-  }
-  End(JobStatus::Done);
-  EXPECT_EQ(TakeLog(), "\n\nTransformation Successful.\r\n\n");
-  End(JobStatus::Failed);
-  EXPECT_EQ(TakeLog(), "\n\nTransformation Aborted.\r\n\n");
-}
-
 // The heading of the processor's messages comes from a buffer of 1023 characters, and is cut between two of them.
 TEST_F(Report, AVeryLongProcessorNameIsCutBetweenCharacters) {
   std::string name;
@@ -61,33 +34,6 @@ TEST_F(Report, AVeryLongProcessorNameIsCutBetweenCharacters) {
   const std::string line = log.substr(heading, log.size() - heading - 1);
   EXPECT_TRUE(line.size() == 1023 || line.size() == 1022) << line.size();
   EXPECT_TRUE(line.ends_with("ü"));
-}
-
-TEST_F(Report, TheConsoleShowsTheLinesOfTheLogInTheirOrder) {
-  report::ResetLog(true);
-  EXPECT_EQ((host.ints[{V_SESSION, V_SP_LOG_ECHO}]), 1);
-  EXPECT_TRUE(report::HostEcho());
-  Begin({"/in.xml", "/s.xsl", "", "P"});
-  report::Report(report::Message{"said"});
-  report::Report(report::Message{""});
-  End(JobStatus::Done);
-  EXPECT_EQ(host.console,
-            (Strings{"\n", "XSL Transformation Log", "Input: /in.xml", "XSL:/s.xsl", "\n",
-                     "XSL Processor Messages (Processor: P)", "said", "\n", "Transformation Successful.\r\n"}));
-  const std::string echoed = report::LogText();
-
-  // The same text without an echo; a reset empties it, even one that changes nothing.
-  host.console.clear();
-  report::ResetLog(false);
-  EXPECT_EQ(report::LogText(), "");
-  EXPECT_FALSE(report::HostEcho());
-  Begin({"/in.xml", "/s.xsl", "", "P"});
-  report::Report(report::Message{"said"});
-  End(JobStatus::Done);
-  EXPECT_EQ(report::LogText(), echoed);
-  EXPECT_EQ(host.console, Strings());
-  report::ResetLog(false);
-  EXPECT_EQ(report::LogText(), "");
 }
 
 TEST_F(Report, DiagnosticsNameFilesAsPeopleKnowThem) {
