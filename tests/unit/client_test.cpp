@@ -50,6 +50,20 @@ TEST_F(Requests, ReportTheirUseAndLeaveTheEchoAsItWas) {
   EXPECT_TRUE(host.console.empty());
   EXPECT_EQ((host.ints[{V_SESSION, V_SP_LOG_ECHO}]), 1);
   EXPECT_EQ(host.usage, (Strings{"Scope_File", "XSLTRun_XSL"}));
+
+  host.strings[{document, V_OP_FULL_NAME}] = first;
+  host.ints = {
+      {{document, V_OP_TYPE}, V_TYPE_DOCUMENT}, {{document, V_OP_SHOWN}, 1}, {{document, V_OP_IS_DITA_MAP}, 1}};
+  for (const int32_t property : {V_SP_ACTIVE_DOCUMENT, V_SP_FIRST_OPEN_DOCUMENT})
+    host.objects[{V_SESSION, property}] = document;
+  for (const auto &[options, scope] :
+       {std::pair{"-currentfile", "Scope_CurrentFile"},
+        std::pair{"-currentfilewithchildren", "Scope_CurrentFileWithChildren"},
+        std::pair{"-folder $STRUCTDIR/..", "Scope_folder"}, std::pair{"-allopenfiles", "Scope_AllOpenFiles"}}) {
+    host.usage.clear();
+    (void)Run(options);
+    EXPECT_EQ(host.usage, (Strings{scope, "XSLTRun_XSL"}));
+  }
 }
 
 TEST_F(Requests, StartSectionsFollowTheHostsSettings) {
