@@ -114,17 +114,23 @@ TEST_F(Requests, SayWhenTheHostHasNoSuchDialog) {
   EXPECT_EQ(host.requests.size(), 0U);
 
   // A form whose list of parameters cannot be opened stays up.
+  static std::vector<int32_t> shown;
   static int keptUp;
+  shown.clear();
   keptUp = 0;
   V_HostT table = host.Table();
   table.openDialog = [](void *, const char *name) {
     return std::string_view(name) == "stylesheet_params" ? V_ObjectT{0} : V_ObjectT{0x10000};
   };
-  table.runDialog = [](void *, int32_t number, V_ObjectT) { dialogs::DialogEvent(number, 8, 0); };
+  table.runDialog = [](void *, int32_t number, V_ObjectT) {
+    shown.push_back(number);
+    dialogs::DialogEvent(number, 8, 0);
+  };
   table.keepDialogUp = [](void *, V_ObjectT) { ++keptUp; };
   ASSERT_EQ(V_AttachHost(&table), 1);
   (void)Send("NewTransformationDlg ");
   EXPECT_EQ(TakeAsked(), alert);
+  EXPECT_EQ(shown, std::vector<int32_t>{12});
   EXPECT_EQ(keptUp, 1);
   dialogs::ShutDownDialogs();
   ASSERT_EQ(V_AttachHost(&host.Table()), 1);
