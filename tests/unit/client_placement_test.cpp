@@ -158,11 +158,10 @@ TEST_F(Placement, ReplacingIsWholeOrNotAtAll) {
   EXPECT_EQ(folder.Names("out").size(), 1U);
 }
 
+// Two outputs that go at the end, unless something keeps them.
 class Files : public ClientParts {
 protected:
-  // Two outputs that go at the end, unless something keeps them.
-  void Fill(client::RunFiles &files) {
-    host.opened.clear();
+  Files() {
     for (const std::string name : {"temp/one", "temp/two"}) {
       files.OpenAtEnd(Write(name));
       files.DeleteAtEnd(Path(name));
@@ -170,11 +169,11 @@ protected:
     files.DeleteAtEnd("");
     files.DeleteAtEnd(Path("temp/never made"));
   }
+
+  client::RunFiles files;
 };
 
 TEST_F(Files, ThatTheHostHoldsMayGo) {
-  client::RunFiles files;
-  Fill(files);
   files.OpenListedInHost(true);
   EXPECT_EQ(host.opened, (Strings{Path("temp/one"), Path("temp/two")}));
   files.DeleteListed();
@@ -182,8 +181,6 @@ TEST_F(Files, ThatTheHostHoldsMayGo) {
 }
 
 TEST_F(Files, ThatCouldNotBeOpenedStay) {
-  client::RunFiles files;
-  Fill(files);
   host.opensDocuments = false;
   files.OpenListedInHost(true);
   files.DeleteListed();
@@ -191,8 +188,6 @@ TEST_F(Files, ThatCouldNotBeOpenedStay) {
 }
 
 TEST_F(Files, BehindACancelStay) {
-  client::RunFiles files;
-  Fill(files);
   host.isCancelled = [this] { return !host.opened.empty(); };
   files.OpenListedInHost(false);
   EXPECT_EQ(host.opened, Strings{Path("temp/one")});
@@ -201,8 +196,6 @@ TEST_F(Files, BehindACancelStay) {
 }
 
 TEST_F(Files, OfTheDefaultProgramStay) {
-  client::RunFiles files;
-  Fill(files);
   host.isCancelled = [this] { return !host.launched.empty(); };
   files.LaunchListed();
   EXPECT_EQ(host.launched, Strings{Path("temp/one")});
