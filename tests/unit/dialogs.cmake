@@ -2,8 +2,8 @@ vlxslt_add_unit_test(dialogs_test SOURCES dialogs_resources_test.cpp dialogs_mod
                      LIBRARIES vlxslt_processors_java vlxslt_host)
 
 # The client as a host loads it, but for the Java processors.
-add_library(client_without_java MODULE ${CMAKE_SOURCE_DIR}/client/entry_points.cpp unit/client_without_java.cpp unit/fake_processor.cpp
-                   unit/folder.cpp)
+add_library(client_without_java MODULE ${CMAKE_SOURCE_DIR}/client/entry_points.cpp unit/client_without_java.cpp
+                                       unit/fake_processor.cpp unit/folder.cpp)
 target_link_libraries(client_without_java PRIVATE vlxslt_client)
 set_target_properties(client_without_java PROPERTIES PREFIX "" OUTPUT_NAME XSLT
                       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/client_without_java)
