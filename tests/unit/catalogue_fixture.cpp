@@ -1,7 +1,6 @@
 #include "tests/unit/catalogue_fixture.h"
 
 #include "catalogue/shut_down.h"
-#include "report/transformation_log.h"
 
 #include <filesystem>
 
@@ -13,19 +12,9 @@ CatalogueTest::CatalogueTest() {
   fs::copy_file(VLXSLT_SCHEMA, install + "vlinit/XSLT/Transformations.xsd");
   host.strings[{V_SESSION, V_SP_INSTALL_DIR}] = install;
   host.strings[{V_SESSION, V_SP_STRUCTURE_DIR}] = root + "/structure";
-  report::ResetLog(false);
 }
 
-CatalogueTest::~CatalogueTest() {
-  catalogue::ShutDownCatalogue();
-  EXPECT_EQ(host.LiveBlocks(), 0U);
-}
-
-std::string CatalogueTest::TakeLog() {
-  std::string text = report::LogText();
-  report::ResetLog(false);
-  return text;
-}
+CatalogueTest::~CatalogueTest() { catalogue::ShutDownCatalogue(); }
 
 bool IsInstalled(std::string_view processor) { return processor == "Saxon"; }
 

@@ -3,31 +3,26 @@
 #define TESTS_UNIT_CATALOGUE_FIXTURE_H
 
 #include "catalogue/transformation.h"
-#include "tests/unit/fake_host.h"
 #include "tests/unit/folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/log_fixture.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 
-class CatalogueTest : public testing::Test {
+class CatalogueTest : public LogTest {
 protected:
   CatalogueTest();
   ~CatalogueTest() override;
 
   // The full path of a file in the test's folder.
   [[nodiscard]] std::string Path(const std::string &name) const { return folder.Path(name); }
-  std::string Write(const std::string &name, const std::string &bytes) const { return folder.Write(name, bytes); }
-  // The log since the last call.
-  [[nodiscard]] static std::string TakeLog();
+  std::string Write(const std::string &name, const std::string &bytes = {}) const { return folder.Write(name, bytes); }
   [[nodiscard]] std::vector<FakeHost::Asked> TakeAsked() { return std::exchange(host.asked, {}); }
 
   test::Folder folder;
   const std::string &root = folder.Root();
   std::string install;
-  FakeHost host;
 };
 
 // The processors that the tests' catalogues may name.

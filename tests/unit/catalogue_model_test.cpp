@@ -27,7 +27,7 @@ protected:
   std::string OneOf(const Strings &words) { return words[Below(words.size())]; }
   std::string Name() { return OneOf({"A", "a", "B <&> \"'", "Ü 中 𝄞", "two  words", "-->", "]]>"}); }
   std::string Text() {
-    return OneOf({"x", "a\tb", "one\ntwo", "&amp;", "<!-- c -->", "]]>", "é\xCC\x81", "$VLHOME/x"});
+    return OneOf({"x", "a\tb", "one\r\ntwo", "&amp;", "<!-- c -->", "]]>", "é\xCC\x81", "$VLHOME/x"});
   }
 
   // Complete, so that only names are asked about.

@@ -1,7 +1,6 @@
 // Nothing is ever lost: full disks, read-only folders, links, a process killed at any moment, two that save in turn.
 #include "catalogue/reader.h"
 #include "catalogue/writer.h"
-#include "kit/atomic_file.h"
 #include "tests/unit/catalogue_fixture.h"
 
 #include <csignal>
@@ -9,7 +8,6 @@
 #include <ctime>
 #include <filesystem>
 #include <sys/mount.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -88,41 +86,6 @@ TEST_F(CatalogueTest, WhatCannotBeReplacedIsLeftAlone) {
   EXPECT_EQ(test::ReadAll(locked), "old");
   EXPECT_FALSE(SaveTransformationFile("", {}));
   EXPECT_EQ(folder.Names(), Strings{"locked.xml"});
-  // Given up half way.
-  EXPECT_TRUE(kit::AtomicFile(Path("half.xml")).Write("bytes"));
-  EXPECT_EQ(folder.Names(), Strings{"locked.xml"});
-}
-
-TEST_F(CatalogueTest, PermissionsOwnerAndLinksStay) {
-  const std::string path = Write("real/T.xml", Catalogue(Element("old")));
-  fs::create_symlink("real", Path("link"));
-  fs::create_symlink("link/T.xml", Path("T.xml"));
-  ASSERT_EQ(chmod(path.c_str(), 0640), 0);
-  const bool isRoot = geteuid() == 0;
-  if (isRoot) {
-    ASSERT_EQ(chown(path.c_str(), 12345, 54321), 0);
-  }
-  ASSERT_TRUE(SaveTransformationFile(Path("T.xml"), Many("new", 1)));
-  EXPECT_TRUE(fs::is_symlink(Path("T.xml")));
-  EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), Strings{"new0"});
-  struct stat after {};
-  ASSERT_EQ(stat(path.c_str(), &after), 0);
-  EXPECT_EQ(after.st_mode & 07777, 0640U);
-  if (isRoot) {
-    EXPECT_EQ(after.st_uid, 12345U);
-    EXPECT_EQ(after.st_gid, 54321U);
-  }
-  // A link that leads to nothing yet: the file comes to be where it points.
-  fs::create_symlink("real/later.xml", Path("later.xml"));
-  ASSERT_TRUE(SaveTransformationFile(Path("later.xml"), Many("new", 1)));
-  EXPECT_TRUE(fs::is_symlink(Path("later.xml")));
-  EXPECT_EQ(folder.Names("real"), (Strings{"T.xml", "later.xml"}));
-  // A new file is as readable as the caller's mask lets it be.
-  const mode_t mask = umask(0027);
-  ASSERT_TRUE(SaveTransformationFile(Path("fresh.xml"), {}));
-  umask(mask);
-  ASSERT_EQ(stat(Path("fresh.xml").c_str(), &after), 0);
-  EXPECT_EQ(after.st_mode & 07777, 0640U);
 }
 
 TEST_F(CatalogueTest, NetworkCataloguesAreSavedInTheLocalCopyAndPushedBack) {

@@ -1,41 +1,36 @@
-// A folder of a test's own and a host whose session lies in it, for tests of single parts of the client.
+// The host and the folders of the catalogues' tests, with a configured processor and an application "DITA" whose
+// catalogue is catalogue.xml.
 #ifndef TESTS_UNIT_CLIENT_FIXTURE_H
 #define TESTS_UNIT_CLIENT_FIXTURE_H
 
-#include "report/transformation_log.h"
-#include "tests/unit/fake_host.h"
+#include "processors/processor_list.h"
+#include "tests/unit/catalogue_fixture.h"
 #include "tests/unit/fake_processor.h"
-#include "tests/unit/folder.h"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
 
-class ClientParts : public testing::Test {
+class ClientParts : public CatalogueTest {
 protected:
   ClientParts() {
-    for (const char *name : {"/temp", "/install", "/structure"})
-      std::filesystem::create_directories(root + name);
-    host.strings[{V_SESSION, V_SP_TEMP_DIR}] = root + "/temp";
-    host.strings[{V_SESSION, V_SP_INSTALL_DIR}] = root + "/install/";
-    host.strings[{V_SESSION, V_SP_STRUCTURE_DIR}] = root + "/structure";
-    report::ResetLog(false);
+    for (const char *name : {"temp", "structure", "out"})
+      std::filesystem::create_directories(Path(name));
+    host.strings[{V_SESSION, V_SP_TEMP_DIR}] = Path("temp");
+    host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = {{"Saxon", "s.jar", "the.Class"}};
+    host.clients["VlDispatcher"] = [this](const std::string &request) {
+      kit::TypedValues reply;
+      if (request.starts_with("GetAppsForFile"))
+        reply.AddStrings({request.find(".dita") != std::string::npos ? "DITA" : "Other"});
+      else if (request.find("DITA") != std::string::npos)
+        reply.AddString(Path("catalogue.xml"));
+      return reply;
+    };
+    processor.classes = {"the.Class"};
+    processors::LoadProcessors(processor);
   }
-  ~ClientParts() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
 
-  [[nodiscard]] std::string Path(const std::string &name) const { return folder.Path(name); }
-  std::string Write(const std::string &name, const std::string &text = {}) const { return folder.Write(name, text); }
   [[nodiscard]] static std::string Read(const std::string &path) { return test::ReadAll(path); }
-  [[nodiscard]] static std::string TakeLog() {
-    std::string text = report::LogText();
-    report::ResetLog(false);
-    return text;
-  }
 
-  test::Folder folder;
-  const std::string &root = folder.Root();
-  FakeHost host;
   FakeProcessor processor;
 };
 

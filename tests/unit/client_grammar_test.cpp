@@ -19,7 +19,7 @@ class Grammar : public ClientParts {
 protected:
   static RunRequest Parse(const std::string &options) {
     RunRequest request;
-    EXPECT_EQ(client::ParseRunRequest("XSLTRunTrScenario " + options, request), RequestCheck::Accepted) << options;
+    EXPECT_EQ(client::ParseRunOptions(options, request), RequestCheck::Accepted) << options;
     return request;
   }
   void Open(V_ObjectT object, int32_t property, const std::string &fullName, const std::string &label = {}) {
@@ -68,17 +68,9 @@ TEST_F(Grammar, TokensAreTakenInTheirOrder) {
   // An option of another length, or glued to its value, is none.
   EXPECT_EQ(Parse("-fil /a -file=/b -fileX /c").inputKind, InputKind::NotSpecified);
   EXPECT_EQ(Parse("-file\t/a").inputKind, InputKind::NotSpecified);
-  // 1023 bytes of a token are kept.
-  EXPECT_EQ(Parse("-trname '" + std::string(1500, 'n') + "' -appname A").transformationName, std::string(1023, 'n'));
-  EXPECT_EQ(Parse("-trname '" + std::string(1500, 'n') + "' -appname A").applicationName, "A");
 }
 
-TEST_F(Grammar, OnlyTheWholeNameIsARunRequest) {
-  RunRequest request;
-  for (const char *text : {"XSLTRunTrScenario", "XSLTRunTrScenarioX ", " XSLTRunTrScenario ", "", "XSLTRunTr "})
-    EXPECT_EQ(client::ParseRunRequest(text, request), RequestCheck::Refused) << text;
-  EXPECT_EQ(client::ParseRunRequest("xsltRUNtrscenario  -USEPI", request), RequestCheck::Accepted);
-  EXPECT_TRUE(request.usePI);
+TEST_F(Grammar, OnlyAnOptionQuietsTheConsole) {
   EXPECT_TRUE(client::WantsConsole("-file -trname"));
   EXPECT_FALSE(client::WantsConsole("-trname x -DontUseVLConsole"));
   EXPECT_TRUE(client::WantsConsole("-trname -dontusevlconsole")) << "it is the name of a transformation here";
@@ -149,23 +141,10 @@ TEST_F(Grammar, FoldersAreListedWhereTheyAre) {
 
   RunRequest request;
   for (const std::string &given : {std::string("$structdir/none"), a, std::string()}) {
-    EXPECT_EQ(client::ParseRunRequest("XSLTRunTrScenario -file /x -folder '" + given + "' -usepi", request),
-              RequestCheck::Refused);
+    EXPECT_EQ(client::ParseRunOptions("-file /x -folder '" + given + "' -usepi", request), RequestCheck::Refused);
     EXPECT_EQ(TakeLog(), "Folder " + given + " doesn't exist.\n");
     EXPECT_FALSE(request.usePI) << "nothing is read behind it";
   }
-}
-
-TEST_F(Grammar, KindsHaveTheNamesOfTheUsageReport) {
-  const std::pair<InputKind, std::string_view> names[] = {
-      {InputKind::NotSpecified, "Scope_NotSpecified"},
-      {InputKind::CurrentFile, "Scope_CurrentFile"},
-      {InputKind::CurrentFileWithChildren, "Scope_CurrentFileWithChildren"},
-      {InputKind::File, "Scope_File"},
-      {InputKind::Folder, "Scope_folder"},
-      {InputKind::AllOpenFiles, "Scope_AllOpenFiles"}};
-  for (const auto &[kind, name] : names)
-    EXPECT_EQ(client::ScopeName(kind), name);
 }
 
 } // namespace

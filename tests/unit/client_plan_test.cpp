@@ -2,7 +2,6 @@
 #include "client/dispatch.h"
 #include "kit/paths.h"
 #include "kit/request_builder.h"
-#include "processors/processor_list.h"
 #include "tests/unit/client_fixture.h"
 
 #include <algorithm>
@@ -19,9 +18,6 @@ using Strings = std::vector<std::string>;
 class Plan : public ClientParts {
 protected:
   Plan() {
-    fs::create_directories(Path("install/vlinit/XSLT"));
-    fs::copy_file(VLXSLT_SCHEMA, Path("install/vlinit/XSLT/Transformations.xsd"));
-    fs::create_directories(Path("out"));
     fs::create_directories(Path("closed"));
     for (const char *name : {"in/a.xml", "in/b b.xml", "in/ü'x.xml", "in/sub/c.dita", "in/plain", "s.xsl",
                              "in/beside.xsl", "in/back\\slash.xml", "out/a.xml", "structure/t.xsl"})
@@ -29,19 +25,8 @@ protected:
     Write("read only/r.xml", "x");
     fs::permissions(Write("out/plain", "x"), fs::perms::owner_read);
     fs::permissions(Path("closed"), fs::perms::owner_read | fs::perms::owner_exec);
-    host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = {{"Saxon", "s.jar", "the.Class"}};
-    host.clients["VlDispatcher"] = [this](const std::string &request) {
-      kit::TypedValues reply;
-      if (request.starts_with("GetAppsForFile"))
-        reply.AddStrings({request.find(".dita") != std::string::npos ? "DITA" : "Other"});
-      else if (request.find("DITA") != std::string::npos)
-        reply.AddString(Path("catalogue.xml"));
-      return reply;
-    };
     host.objects[{V_SESSION, V_SP_ACTIVE_DOCUMENT}] = 10;
     host.strings[{10, V_OP_FULL_NAME}] = Path("in/a.xml");
-    processor.classes = {"the.Class"};
-    processors::LoadProcessors(processor);
   }
   ~Plan() override { fs::permissions(Path("closed"), fs::perms::owner_all); }
 

@@ -1,6 +1,5 @@
 // The parts of the desktop that need no window: the log's lines after run events, summaries, texts of results, the
 // editor's command line, and changes to a configuration file that keep everything else as it was written.
-#include "host/configuration/configuration_edit.h"
 #include "host/desktop/log_lines.h"
 #include "host/desktop/result_text.h"
 #include "host/desktop/run_summary.h"
@@ -175,77 +174,6 @@ TEST(EditorCommand, PutsTheLineWhereTheEditorWantsIt) {
   EXPECT_EQ(host::ComposeEditorCommand("/usr/bin/code", place), (Words{"/usr/bin/code", "-g", "/a {line} b.xml:7:2"}));
   EXPECT_EQ(host::ComposeEditorCommand("unknown -x", place), (Words{"unknown", "-x", "/a {line} b.xml"}));
   EXPECT_FALSE(host::StartProgram({"there-is-no-such-program", "x"}));
-}
-
-constexpr const char *commented = R"(# At the top.
-java_home = "/old"   # behind
-
-# The one we like.
-[[processor]]
-name = "Saxon" # its name
-class_path = "a.jar;b.jar"
-class_name = "S"
-
-[[processor]]
-name = "Xalan"
-class_name = "X"
-
-# Last.
-[[application]]
-name = "DITA"
-root = [
-  "map", # maps
-  "topic",
-]
-# The end.
-)";
-
-host::ConfigurationChange ReadChange(const std::string &path) {
-  host::ConfigurationResult read = host::ReadConfiguration(path, {});
-  EXPECT_TRUE(read.problems.empty());
-  return {read.configuration, read.configuration, {0, 1}, {0}};
-}
-
-TEST(ConfigurationEdit, ChangesOnlyWhatChanged) {
-  const test::Folder files;
-  const std::string path = files.Write("c.toml", commented);
-  host::ConfigurationChange change = ReadChange(path);
-  EXPECT_EQ(host::EditConfiguration(commented, change).text, commented);
-
-  change.after.javaHome = "/new \"x\"";
-  change.after.editor = "ed";
-  std::swap(change.after.processors[0], change.after.processors[1]);
-  change.processorOrigins = {1, 0, -1};
-  change.after.processors[1].name = "Saxon 12";
-  change.after.processors.push_back({"Third", "/c.jar", "T"});
-  change.after.applications[0].roots = {"book"};
-  change.after.applications[0].files = {"*.b"};
-  const host::EditedConfiguration edited = host::EditConfiguration(commented, change);
-  ASSERT_EQ(edited.error, "");
-  for (const char *kept :
-       {"# At the top.", "# behind", "# The one we like.\n[[processor]]\nname = \"Saxon 12\" # its name",
-        "class_path = \"a.jar;b.jar\"", "# Last.\n[[application]]", "# The end."})
-    EXPECT_NE(edited.text.find(kept), std::string::npos) << kept << " in\n" << edited.text;
-
-  const host::ConfigurationChange again = ReadChange(files.Write("c.toml", edited.text));
-  EXPECT_EQ(again.after.javaHome, "/new \"x\"");
-  EXPECT_EQ(again.after.editor, "ed");
-  ASSERT_EQ(again.after.processors.size(), 3U);
-  EXPECT_EQ(again.after.processors[0].name, "Xalan");
-  EXPECT_EQ(again.after.processors[1].classPath, change.before.processors[0].classPath);
-  EXPECT_EQ(again.after.processors[2].className, "T");
-  EXPECT_EQ(again.after.applications[0].roots, std::vector<std::string>{"book"});
-  EXPECT_EQ(again.after.applications[0].files, std::vector<std::string>{"*.b"});
-}
-
-TEST(ConfigurationEdit, RefusesATextThatIsNotTheOneThatWasRead) {
-  const test::Folder files;
-  host::ConfigurationChange change = ReadChange(files.Write("c.toml", commented));
-  for (const char *text : {"", "[[processor]", "processor = [{name = \"a\", class_name = \"b\"}]"}) {
-    const host::EditedConfiguration edited = host::EditConfiguration(text, change);
-    EXPECT_NE(edited.error, "");
-    EXPECT_EQ(edited.text, text);
-  }
 }
 
 } // namespace

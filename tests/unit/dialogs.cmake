@@ -1,17 +1,13 @@
 vlxslt_add_unit_test(dialogs_test SOURCES dialogs_resources_test.cpp dialogs_model_test.cpp
                      LIBRARIES vlxslt_processors_java vlxslt_host)
-vlxslt_add_unit_test(dialogs_play_test SOURCES fake_processor.cpp catalogue_fixture.cpp dialogs_play_test.cpp
-                     LIBRARIES vlxslt_dialogs vlxslt_host)
-target_compile_definitions(dialogs_play_test
-                           PRIVATE VLXSLT_SCHEMA="${CMAKE_SOURCE_DIR}/resources/vlinit/XSLT/Transformations.xsd")
 
 # The client as a host loads it, but for the Java processors.
-add_library(client_without_java MODULE ${CMAKE_SOURCE_DIR}/client/entry_points.cpp unit/client_without_java.cpp unit/fake_processor.cpp
-                   unit/folder.cpp)
+add_library(client_without_java MODULE ${CMAKE_SOURCE_DIR}/client/entry_points.cpp unit/client_without_java.cpp
+                                       unit/fake_processor.cpp unit/folder.cpp)
 target_link_libraries(client_without_java PRIVATE vlxslt_client)
 set_target_properties(client_without_java PROPERTIES PREFIX "" OUTPUT_NAME XSLT
                       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/client_without_java)
-vlxslt_add_unit_test(dialogs_walk_test SOURCES dialogs_walk_test.cpp LIBRARIES vlxslt_host)
+vlxslt_add_unit_test(dialogs_walk_test SOURCES dialogs_play_test.cpp dialogs_walk_test.cpp LIBRARIES vlxslt_host)
 add_dependencies(dialogs_walk_test client_without_java)
 target_compile_definitions(dialogs_walk_test PRIVATE VLXSLT_SHARE_FOLDER="${VLXSLT_SHARE_DIR}/"
                            FAKE_CLIENT_FOLDER="${CMAKE_CURRENT_BINARY_DIR}/client_without_java")

@@ -1,171 +1,99 @@
-// The dialogs over several openings in one process, and the requests that they compose, played by scripts.
-#include "dialogs/dialogs.h"
-
-#include "catalogue/reader.h"
-#include "host/dialog_host.h"
+// The dialogs over several openings in one session, and the requests that they compose, played by scripts.
 #include "host/fronts/script_front.h"
-#include "report/messages.h"
-#include "tests/unit/catalogue_fixture.h"
 #include "tests/unit/host_fixture.h"
 
-#include <algorithm>
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
 
-constexpr V_ObjectT document = 7;
-constexpr V_ObjectT book = 8;
+using Strings = std::vector<std::string>;
 
-// The host of the other tests, with the dialogs of the real one and a script in front.
-class DialogPlay : public CatalogueTest {
+std::string Catalogue(const Strings &names) {
+  std::string text;
+  for (const std::string &name : names)
+    text += "<Transformation><Name>" + name + "</Name><Input><XSLPath>" + name +
+            ".xsl</XSLPath></Input><Processor>Saxon</Processor></Transformation>";
+  return "<Transformations>" + text + "</Transformations>";
+}
+
+// Asks the script that is being played.
+class PlayedFront final : public test::SilentFront {
+public:
+  host::Front *script = nullptr;
+  std::function<void(const std::string &)> beforeAlert = [](const std::string &) {};
+
+  [[nodiscard]] host::Answer Alert(host::AlertKind kind, const std::string &text) override {
+    beforeAlert(text);
+    return script->Alert(kind, text);
+  }
+  [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &chooser) override {
+    return script->ChooseFile(chooser);
+  }
+  void RunDialog(host::DialogModel &dialog) override { script->RunDialog(dialog); }
+};
+
+// <Defaults> with one catalogue, "Other" and "Two Words" with another one; the documents belong to the last.
+class DialogPlay : public testing::Test {
 protected:
-  DialogPlay() : table(host.Table()) {
-    current = this;
-    table.openDialog = [](void *, const char *name) { return current->Open(name); };
-    table.dialogItem = [](void *, V_ObjectT dialog, int32_t item) { return current->models.Item(dialog, item); };
-    table.runDialog = [](void *, int32_t number, V_ObjectT dialog) {
-      current->models.Run(number, dialog, *current->front,
-                          [](int32_t which, int32_t item) { dialogs::DialogEvent(which, item, 0); });
-    };
-    table.keepDialogUp = [](void *, V_ObjectT dialog) { current->models.KeepUp(dialog); };
-    table.alert = [](void *, const char *text, int32_t kind) { return current->Alert(text, kind); };
-    table.chooseFile = [](void *, int32_t kind, const char *title, const char *filter, const char *) {
-      return Give(current->front->ChooseFile({static_cast<host::ChooserKind>(kind), title, filter ? filter : "", {}}));
-    };
-    ForwardProperties();
-    ForwardGrid();
-    V_AttachHost(&table);
-    dialogs::ShutDownDialogs();
-    MakeApplications();
-  }
-  ~DialogPlay() override {
-    dialogs::ShutDownDialogs();
-    V_AttachHost(&host.Table());
+  DialogPlay() {
+    folder.Write("default.xml", Catalogue({"Plain"}));
+    folder.Write("two.xml", Catalogue({"HTML", "PDF"}));
+    configuration.installFolder = VLXSLT_SHARE_FOLDER;
+    configuration.defaultCatalogue = defaultFile;
+    configuration.processors = {{"Saxon", "", "a.A"}};
+    configuration.applications = {{.name = "Other", .catalogue = folder.Path("two.xml")},
+                                  {.name = "Two Words", .catalogue = folder.Path("two.xml"), .files = {"a.*"}}};
   }
 
-  // Plays a script to its end while `open` has a dialog on screen.
-  template <class Open> auto Play(const std::string &script, Open open) {
+  V_ObjectT Open(const std::string &name, const std::string &text, host::OpenAs role) {
+    std::string error;
+    EXPECT_TRUE(session.OpenFile(folder.Write(name, text), role, error)) << error;
+    return session.ListDocuments().back().object;
+  }
+  V_ObjectT OpenDocument() { return Open("a.xml", "<doc/>", host::OpenAs::ActiveDocument); }
+  V_ObjectT OpenMap() { return Open("a.ditamap", "<map/>", host::OpenAs::ActiveDocument); }
+  V_ObjectT OpenBook() { return Open("book.xml", "<book><component/></book>", host::OpenAs::ActiveBook); }
+
+  // Plays a script to its end while the request has a dialog on screen.
+  kit::TypedValues Play(const std::string &request, std::vector<host::ScriptStep> steps) {
+    host::ScriptFront script("script", std::move(steps), screen);
+    front.script = &script;
+    (void)session.TakeRecord();
+    kit::TypedValues reply = session.Send("XSLT", request).values;
+    script.Finish();
+    EXPECT_EQ(script.Failure(), "");
+    return reply;
+  }
+  static std::vector<host::ScriptStep> Parse(const std::string &script) {
     host::ScriptResult read = host::ParseScript(script);
     EXPECT_EQ(read.error, "");
-    host::ScriptFront scriptFront("script", std::move(read.steps), screen);
-    front = &scriptFront;
-    auto result = open();
-    scriptFront.Finish();
-    EXPECT_EQ(scriptFront.Failure(), "");
-    return result;
+    return read.steps;
   }
-  std::string Advanced(const std::string &steps) {
-    return Play("dialog 10\n" + steps, [] { return dialogs::OpenAdvancedRunDialog(); });
+  // The request that the dialog composed; empty after Cancel.
+  std::string Advanced(const std::vector<host::ScriptStep> &steps) {
+    (void)Play("XSLTAdvanceRunDlg ", steps);
+    return session.Record().requests.size() > 1 ? session.Record().requests[1] : "";
   }
-  std::vector<std::string> Choose(const std::string &steps) {
-    return Play("dialog 11\n" + steps, [] { return dialogs::OpenChooseDialog().Strings(0).value(); });
+  std::string Advanced(const std::string &steps) { return Advanced(Parse("dialog 10\n" + steps)); }
+  Strings Choose(const std::string &steps) {
+    return Play("XSLTChooseTranDlg ", Parse("dialog 11\n" + steps)).Strings(0).value();
   }
-  void Manage(const std::string &steps) {
-    Play("dialog 11\n" + steps, [] { return dialogs::OpenManageDialog(), 0; });
-  }
+  void Manage(const std::string &steps) { (void)Play("XSLTManageTranDlg ", Parse("dialog 11\n" + steps)); }
 
-  void Activate(bool isMap) {
-    host.objects[{V_SESSION, V_SP_ACTIVE_DOCUMENT}] = document;
-    host.objects[{V_SESSION, V_SP_FIRST_OPEN_DOCUMENT}] = document;
-    host.ints[{document, V_OP_TYPE}] = V_TYPE_DOCUMENT;
-    host.ints[{document, V_OP_SHOWN}] = 1;
-    host.ints[{document, V_OP_IS_DITA_MAP}] = isMap;
-    host.strings[{document, V_OP_FULL_NAME}] = "/in/a.xml";
-    host.strings[{document, V_OP_APPLICATION}] = "Two Words";
-  }
-
-  std::function<void(const std::string &)> beforeAlert;
-  bool opensDialogs = true;
-  host::Front *front = nullptr;
-
-private:
-  static char *Give(const std::optional<std::string> &text) {
-    return text ? kit::HostString::Copy(*text).Release() : nullptr;
-  }
-  V_ObjectT Open(const char *name) { return opensDialogs ? models.Open(name, report::ClientResources()) : 0; }
-  int32_t Alert(const char *text, int32_t kind) {
-    if (beforeAlert)
-      beforeAlert(text);
-    return front->Alert(static_cast<host::AlertKind>(kind), text) == host::Answer::Proceed;
-  }
-
-  void ForwardProperties() {
-    table.getInt = [](void *fake, V_ObjectT object, int32_t property) {
-      return host::DialogHost::Owns(object) ? current->models.GetInt(object, property)
-                                            : current->host.Table().getInt(fake, object, property);
-    };
-    table.setInt = [](void *fake, V_ObjectT object, int32_t property, int32_t value) {
-      if (host::DialogHost::Owns(object))
-        current->models.SetInt(object, property, value);
-      else
-        current->host.Table().setInt(fake, object, property, value);
-    };
-    table.getString = [](void *fake, V_ObjectT object, int32_t property) {
-      return host::DialogHost::Owns(object) ? Give(current->models.GetString(object, property))
-                                            : current->host.Table().getString(fake, object, property);
-    };
-    table.setString = [](void *, V_ObjectT object, int32_t property, const char *value) {
-      current->models.SetString(object, property, value);
-    };
-    table.getStrings = [](void *fake, V_ObjectT object, int32_t property) {
-      return host::DialogHost::Owns(object) ? kit::MakeStrings(current->models.GetStrings(object, property))
-                                            : current->host.Table().getStrings(fake, object, property);
-    };
-    table.setStrings = [](void *, V_ObjectT object, int32_t property, const V_StringsT *value) {
-      current->models.SetStrings(object, property, kit::ReadStrings(*value));
-    };
-  }
-
-  void ForwardGrid() {
-    table.makeGrid = [](void *, V_ObjectT dialog, int32_t item, int32_t frame, const char *header, const char *none) {
-      return current->models.MakeGrid(dialog, item, frame, host::GridModel(header, none));
-    };
-    table.gridAddRow = [](void *, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values) {
-      return current->models.FindGrid(grid)->AddRow({kit::ReadStrings(*titles), kit::ReadStrings(*values)});
-    };
-    table.gridRowCount = [](void *, V_ObjectT grid) {
-      return static_cast<int32_t>(current->models.FindGrid(grid)->Rows().size());
-    };
-    table.gridCellCount = [](void *, V_ObjectT grid, int32_t row) {
-      return current->models.FindGrid(grid)->CellCount(row);
-    };
-    table.gridCell = [](void *, V_ObjectT grid, int32_t row, int32_t cell) {
-      return Give(current->models.FindGrid(grid)->Shown(row, cell));
-    };
-  }
-
-  // <Defaults> with one catalogue, "Two Words" with another one; the open document belongs to the second.
-  void MakeApplications() {
-    Write("structure/default.xml", Catalogue(Element("Plain")));
-    Write("structure/two.xml", Catalogue(Element("HTML") + Element("PDF")));
-    host.strings[{V_SESSION, V_SP_DEFAULT_CATALOGUE}] = "$STRUCTDIR/default.xml";
-    host.lists[{V_SESSION, V_SP_APPLICATIONS}] = {"Other", "Two Words"};
-    host.clients["VlDispatcher"] = [](const std::string &request) {
-      kit::TypedValues reply;
-      if (request.starts_with("GetAppsForFile"))
-        reply.AddStrings({"Two Words"});
-      else if (request.find("\"Two Words\"") != std::string::npos || request.find("\"Other\"") != std::string::npos)
-        reply.AddString("$STRUCTDIR/two.xml");
-      else if (request.find("\"<Defaults>\"") != std::string::npos)
-        reply.AddString("$STRUCTDIR/default.xml");
-      return reply;
-    };
-  }
-
-  static inline DialogPlay *current = nullptr;
-  host::DialogHost models;
-  V_HostT table;
+  test::Folder folder;
+  const std::string defaultFile = folder.Path("default.xml");
+  host::Configuration configuration;
   test::SilentFront screen;
+  PlayedFront front;
+  host::Session session{configuration, {FAKE_CLIENT_FOLDER, VLXSLT_SHARE_FOLDER}, front};
 };
 
 using AdvancedDialog = DialogPlay;
 
 TEST_F(AdvancedDialog, ComposesExactlyTheseRequests) {
-  Activate(true);
-  const std::string defaultFile = Path("structure/default.xml");
+  OpenMap();
   const struct {
     std::string steps;
     std::string request;
@@ -192,43 +120,32 @@ TEST_F(AdvancedDialog, ComposesExactlyTheseRequests) {
 }
 
 TEST_F(AdvancedDialog, QuotesWithWhateverQuoteIsLeft) {
-  const std::vector<host::ScriptStep> steps = {
-      {host::StepKind::Dialog, 1, {"dialog", "10"}, ""}, {host::StepKind::Set, 2, {"set", "4", "/a\"b"}, ""},
-      {host::StepKind::Click, 3, {"click", "9"}, ""},    {host::StepKind::Set, 4, {"set", "12", "/it's.xsl"}, ""},
-      {host::StepKind::Click, 5, {"click", "14"}, ""},
-  };
-  test::SilentFront silent;
-  host::ScriptFront script("script", steps, silent);
-  front = &script;
-  EXPECT_EQ(dialogs::OpenAdvancedRunDialog(), "XSLTRunTrScenario  -folder '/a\"b'  -xslfilepath \"/it's.xsl\" ");
-  EXPECT_EQ(script.Failure(), "");
+  std::vector<host::ScriptStep> steps = Parse("dialog 10\nset 4 folder\nclick 9\nset 12 /it's.xsl\nclick 14\n");
+  steps[1].words[2] = "/a\"b"; // which a script cannot write
+  EXPECT_EQ(Advanced(steps), "XSLTRunTrScenario  -folder '/a\"b'  -xslfilepath \"/it's.xsl\" ");
 }
 
 TEST_F(AdvancedDialog, FollowsWhatIsOpen) {
   // Nothing is open: only folders are left, and the scope stays there when a document comes.
   Advanced("expect 1 insensitive\nexpect 2 insensitive\nexpect 3 state on\nexpect 4 sensitive\nclick 15\n");
-  Activate(false);
+  const V_ObjectT document = OpenDocument();
   Advanced("expect 3 state on\nexpect 1 sensitive\nexpect 2 sensitive\nclick 1\nexpect 6 insensitive\n"
            "expect 4 insensitive\nexpect 16 insensitive\nclick 2\nclick 15\n");
   // The open document is hidden: its scope falls back to the current file.
-  host.ints[{document, V_OP_SHOWN}] = 0;
+  V_ApiSetInt(document, V_OP_SHOWN, 0);
   Advanced("expect 2 insensitive\nexpect 1 state on\nclick 15\n");
-  // A book on screen is no open file to be transformed.
-  host.ints[{document, V_OP_SHOWN}] = 1;
-  host.ints[{document, V_OP_TYPE}] = V_TYPE_BOOK;
-  Advanced("expect 2 insensitive\nclick 15\n");
-  // A book has components, whatever the document is.
-  host.objects[{V_SESSION, V_SP_ACTIVE_BOOK}] = book;
-  Advanced("expect 6 sensitive\nclick 6\nclick 15\n");
+  // A book has components, whatever the document is; it is no open file to be transformed.
+  const V_ObjectT book = OpenBook();
+  Advanced("expect 2 insensitive\nexpect 6 sensitive\nclick 6\nclick 15\n");
   // Without it the check box is off again, but remembered.
-  host.objects.erase({V_SESSION, V_SP_ACTIVE_BOOK});
+  session.CloseDocument(book);
   Advanced("expect 6 insensitive\nexpect 6 state off\nclick 15\n");
-  host.objects[{V_SESSION, V_SP_ACTIVE_BOOK}] = book;
+  OpenBook();
   Advanced("expect 6 state on\nclick 15\n");
 }
 
 TEST_F(AdvancedDialog, OffersTheDocumentsApplicationsOnlyForTheDocumentAlone) {
-  Activate(true);
+  OpenMap();
   Advanced(
       "click 11\ndialog 11\nexpect title \"Choose Transformation\"\nexpect 3 labels CHOICES <Defaults> \"Two Words\"\n"
       "click 9\nexpect 10 text \"\"\n"
@@ -237,52 +154,47 @@ TEST_F(AdvancedDialog, OffersTheDocumentsApplicationsOnlyForTheDocumentAlone) {
 }
 
 TEST_F(AdvancedDialog, LooksForANameThatWasTyped) {
-  Activate(false);
-  EXPECT_EQ(Advanced("set 10 PDF\nclick 14\n"), "XSLTRunTrScenario  -currentfile -appname Two Words -trname \"PDF\"");
-  EXPECT_EQ(Advanced("expect 10 text PDF\nset 10 Plain\nclick 14\n"),
-            "XSLTRunTrScenario  -currentfile -appname <Defaults> -trname \"Plain\"");
-  // No catalogue has it; the run will say so.
-  EXPECT_EQ(Advanced("set 10 None\nclick 14\n"),
-            "XSLTRunTrScenario  -currentfile -appname <Defaults> -trname \"None\"");
-}
-
-TEST_F(AdvancedDialog, NeedsACatalogueForAnUnknownName) {
   EXPECT_EQ(Advanced("set 4 /in\nset 10 None\nclick 14\n"),
-            "XSLTRunTrScenario  -folder \"/in\"  -trfile \"" + Path("structure/default.xml") + "\" -trname \"None\"");
+            "XSLTRunTrScenario  -folder \"/in\"  -trfile \"" + defaultFile + "\" -trname \"None\"");
+  OpenDocument();
+  const std::string current = "XSLTRunTrScenario  -currentfile -appname ";
+  EXPECT_EQ(Advanced("click 1\nset 10 PDF\nclick 14\n"), current + "Two Words -trname \"PDF\"");
+  EXPECT_EQ(Advanced("expect 10 text PDF\nset 10 Plain\nclick 14\n"), current + "<Defaults> -trname \"Plain\"");
+  // No catalogue has it; the run will say so.
+  EXPECT_EQ(Advanced("set 10 None\nclick 14\n"), current + "<Defaults> -trname \"None\"");
 }
 
 using ChooseDialog = DialogPlay;
 
 TEST_F(ChooseDialog, BeginsWhereItWasLeft) {
-  Activate(false);
-  const std::string twoWords = Path("structure/two.xml");
+  OpenDocument();
   EXPECT_EQ(Choose("expect 3 text \"Two Words\"\nset 4 1\nclick 8\n"),
-            (std::vector<std::string>{twoWords, "PDF", "Two Words"}));
-  EXPECT_EQ(Choose("expect 4 text PDF\nclick 11\nset 12 \"" + Path("structure/default.xml") + "\"\nclick 8\n"),
-            (std::vector<std::string>{Path("structure/default.xml"), "Plain", ""}));
+            (Strings{folder.Path("two.xml"), "PDF", "Two Words"}));
+  EXPECT_EQ(Choose("expect 4 text PDF\nclick 11\nset 12 \"" + defaultFile + "\"\nclick 8\n"),
+            (Strings{defaultFile, "Plain", ""}));
   EXPECT_EQ(
       Choose("expect 11 state on\nexpect 4 text Plain\nclick 2\nexpect 3 text \"Two Words\"\nset 4 1\nclick 8\n")[1],
       "PDF");
   // Close forgets the three, and only them.
-  EXPECT_EQ(Choose("expect 4 text PDF\nclick 1\nclick 9\n"), (std::vector<std::string>{"", "", ""}));
+  EXPECT_EQ(Choose("expect 4 text PDF\nclick 1\nclick 9\n"), (Strings{"", "", ""}));
   EXPECT_EQ(Choose("expect 1 state on\nexpect 4 labels Plain\nclick 2\nexpect 4 text HTML\nframe\n"),
-            (std::vector<std::string>{"", "", ""}));
+            (Strings{"", "", ""}));
   // The manage job shows the same list, with its buttons.
   Manage("expect title \"Manage Transformations\"\nexpect 2 state on\nexpect 6 visible\nclick 8\n");
   Choose("expect title \"Choose Transformation\"\nexpect 6 hidden\nclick 9\n");
 }
 
 TEST_F(ChooseDialog, KeepsTheListWhenADeletionFails) {
-  beforeAlert = [this](const std::string &text) {
+  front.beforeAlert = [this](const std::string &text) {
     if (text == "Delete the selected transformation?")
-      Write("structure/default.xml", "<Transformations><Unknown/></Transformations>");
+      folder.Write("default.xml", "<Transformations><Unknown/></Transformations>");
   };
   Manage("click 1\nclick 7\nanswer yes\nanswer ok\nexpect 4 labels Plain\nexpect 7 sensitive\nclick 8\n");
-  EXPECT_EQ(folder.Read("structure/default.xml"), "<Transformations><Unknown/></Transformations>");
+  EXPECT_EQ(folder.Read("default.xml"), "<Transformations><Unknown/></Transformations>");
 }
 
 TEST_F(ChooseDialog, EditsStartFromTheRecordEachTime) {
-  const std::string file = Write("all.xml", Catalogue(Element("A") + Element("B")));
+  const std::string file = folder.Write("all.xml", Catalogue({"A", "B"}));
   Manage("click 11\nset 12 \"" + file +
          "\"\nclick 5\ndialog 12\nset 5 changed.xsl\nclick 13\nset 14 /out\nclick 22\n"
          "set 1 Changed\nclick 27\n"
@@ -294,42 +206,7 @@ TEST_F(ChooseDialog, EditsStartFromTheRecordEachTime) {
          "click 6\ndialog 12\nexpect title \"New Transformation\"\nexpect 1 text \"\"\nexpect 5 text \"\"\n"
          "expect 10 state -1\nexpect 23 text \"" +
          file + "\"\nclick 27\nexpect 4 text A\nclick 8\n");
-  Play("dialog 12\nexpect 23 text \"\"\nclick 27\n", [] { return dialogs::OpenNewDialog(), 0; });
-}
-
-TEST_F(ChooseDialog, SaysWhenTheHostHasNoSuchDialog) {
-  opensDialogs = false;
-  const std::string alert = "answer ok\n";
-  EXPECT_EQ(Play(alert, [] { return dialogs::OpenChooseDialog().Strings(0).value(); }),
-            (std::vector<std::string>{"", "", ""}));
-  EXPECT_EQ(Play(alert, [] { return dialogs::OpenAdvancedRunDialog(); }), "");
-  // The parameters' own dialog cannot be opened: the list stays as it is, and the form stays usable.
-  opensDialogs = true;
-  beforeAlert = [this](const std::string &text) {
-    EXPECT_EQ(text, "Unable to open dialog resource.");
-    opensDialogs = true;
-  };
-  class Closing final : public host::Front {
-  public:
-    explicit Closing(bool &opens) : opensDialogs(opens) {}
-    [[nodiscard]] host::Answer Alert(host::AlertKind, const std::string &) override { return host::Answer::Proceed; }
-    [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &) override { return std::nullopt; }
-    void RunDialog(host::DialogModel &dialog) override {
-      opensDialogs = false;
-      EXPECT_EQ(dialog.Click(8), host::ActionResult::Done);
-      EXPECT_TRUE(opensDialogs) << "no alert was shown";
-      EXPECT_TRUE(dialog.IsOpen());
-    }
-    void WriteConsole(std::string_view) override {}
-    void ReportProgress(const host::Progress &) override {}
-    [[nodiscard]] bool IsCancelled() override { return false; }
-
-  private:
-    bool &opensDialogs;
-  };
-  Closing closing(opensDialogs);
-  front = &closing;
-  dialogs::OpenNewDialog();
+  (void)Play("NewTransformationDlg ", Parse("dialog 12\nexpect 23 text \"\"\nclick 27\n"));
 }
 
 } // namespace

@@ -120,7 +120,7 @@ void CheckStylesheetParams(const DialogModel &dialog) {
   items.ExpectSensitive({3}, true);
 }
 
-class Wanderer final : public host::Front {
+class Wanderer final : public test::SilentFront {
 public:
   Wanderer(const test::Folder &where, int wantedDialog)
       : folder(where), target(wantedDialog), random(static_cast<unsigned>(wantedDialog)) {}
@@ -146,8 +146,6 @@ public:
       }
     }
   }
-  void WriteConsole(std::string_view) override {}
-  void ReportProgress(const host::Progress &) override {}
   [[nodiscard]] bool IsCancelled() override { return OneIn(10); }
 
 private:

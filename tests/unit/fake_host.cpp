@@ -38,17 +38,11 @@ struct FakeHostCalls {
     const auto found = Of(host).strings.find({object, property});
     return Of(host).Fails() || found == Of(host).strings.end() ? nullptr : Give(found->second);
   }
-  static void SetString(void *host, V_ObjectT object, int32_t property, const char *value) {
-    Of(host).strings[{object, property}] = value ? value : "";
-  }
   static V_ObjectT GetObject(void *host, V_ObjectT object, int32_t property) {
     return Of(host).Fails() ? 0 : Find(Of(host).objects, object, property);
   }
   static V_StringsT GetStrings(void *host, V_ObjectT object, int32_t property) {
     return Of(host).Fails() ? V_StringsT{} : kit::MakeStrings(Find(Of(host).lists, object, property));
-  }
-  static void SetStrings(void *host, V_ObjectT object, int32_t property, const V_StringsT *value) {
-    Of(host).lists[{object, property}] = kit::ReadStrings(*value);
   }
   static V_TypedValsT GetTypedVals(void *host, V_ObjectT object, int32_t property) {
     kit::TypedValues values;
@@ -161,10 +155,8 @@ FakeHost::FakeHost() {
   table.getInt = Calls::GetInt;
   table.setInt = Calls::SetInt;
   table.getString = Calls::GetString;
-  table.setString = Calls::SetString;
   table.getObject = Calls::GetObject;
   table.getStrings = Calls::GetStrings;
-  table.setStrings = Calls::SetStrings;
   table.getTypedVals = Calls::GetTypedVals;
   table.callClient = Calls::CallClient;
   table.returnTypedVals = Calls::ReturnTypedVals;

@@ -63,7 +63,10 @@ public:
   [[nodiscard]] const V_HostT &Table() const { return table; }
   [[nodiscard]] size_t LiveBlocks() const { return blocks.size(); }
   // The n-th call from now on (from 1) fails: no memory, no answer, no document.
-  void FailCall(size_t n) { callsToFailure = n; }
+  void FailCall(size_t n) {
+    callsToFailure = n;
+    failed = false;
+  }
   // Whether that call came.
   [[nodiscard]] bool HasFailed() const { return failed; }
   [[nodiscard]] kit::TypedValues TakeReply() { return std::exchange(reply, {}); }

@@ -1,6 +1,5 @@
-// Requests to the clients that the host answers itself, and how requests travel.
+// Entities that the host finds through XML catalogs.
 #include "host/session.h"
-#include "kit/request_builder.h"
 #include "tests/unit/host_fixture.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +8,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-class BuiltInClients : public test::HostTest {
+class CatalogFiles : public test::HostTest {
 protected:
   // Made at the first use, when the test has settled the configuration.
   host::Session &TheSession() { return session ? *session : Open(); }
@@ -28,7 +27,7 @@ protected:
   }
 };
 
-class Catalogs : public BuiltInClients {
+class Catalogs : public CatalogFiles {
 protected:
   Catalogs() {
     for (const char *file : {"dtd/p.dtd", "dtd/s.dtd", "dtd/u.xsl", "tree/x/deep.mod", "tree/style.xsl", "next.dtd",
@@ -98,7 +97,7 @@ TEST_F(Catalogs, ResolveRelativeNamesAgainstTheDocument) {
   EXPECT_EQ(Resolve("", longBase, "x/deep.mod"), "tree/x/deep.mod");
 }
 
-TEST_F(BuiltInClients, WarnOnceOfABrokenCatalogAndUseTheOthers) {
+TEST_F(CatalogFiles, WarnOnceOfABrokenCatalogAndUseTheOthers) {
   folder.Write("ok.dtd", "");
   folder.Write("broken.xml", "<catalog xmlns='urn:oasis:names:tc:entity:xmlns:xml:catalog'>\n<public\n");
   WriteCatalog("good.xml", "<nextCatalog catalog='broken.xml'/><public publicId='-//Ok//EN' uri='ok.dtd'/>");
@@ -111,47 +110,6 @@ TEST_F(BuiltInClients, WarnOnceOfABrokenCatalogAndUseTheOthers) {
   for (const char *request : {"EntityResolver start -basefile \"x\"", "EntityResolver end", "EntityResolver terminate",
                               "EntityResolver", "Something else"})
     EXPECT_EQ(TheSession().Send("XmlUtilities", request).values.Size(), 0U) << request;
-}
-
-TEST_F(BuiltInClients, DispatcherKnowsCataloguesAndApplications) {
-  configuration.defaultCatalogue = "/default.xml";
-  configuration.applications = {{.name = "DITA", .catalogue = "$STRUCTDIR/dita.xml", .files = {"*.dita"}},
-                                {.name = "Two words", .catalogue = "/two.xml", .files = {"*.dita"}},
-                                {.name = "Bare", .files = {"*.xml"}}};
-  const auto catalogueOf = [&](const std::string &request) {
-    return TheSession().Send("VlDispatcher", request).values.String(0).value_or("none");
-  };
-  EXPECT_EQ(catalogueOf("XSLTGetTrScenarioFile  -appname \"DITA\""), "$STRUCTDIR/dita.xml");
-  EXPECT_EQ(catalogueOf("xsltgettrscenariofile -APPNAME 'Two words'"), "/two.xml");
-  EXPECT_EQ(catalogueOf("XSLTGetTrScenarioFile -appname \"<Defaults>\""), "/default.xml");
-  for (const char *request : {"XSLTGetTrScenarioFile -appname \"dita\"", "XSLTGetTrScenarioFile -appname Bare",
-                              "XSLTGetTrScenarioFile", "XSLTGetTrScenarioFile -appname"})
-    EXPECT_EQ(catalogueOf(request), "none") << request;
-  const kit::TypedValues reply = TheSession().Send("VlDispatcher", "GetAppsForFile \"/a b/x.dita\"").values;
-  ASSERT_EQ(reply.Size(), 1U);
-  EXPECT_EQ(reply.Strings(0), (Names{"DITA", "Two words"}));
-  EXPECT_EQ(TheSession().Send("VlDispatcher", "GetAppsForFile \"/x.txt\"").values.Strings(0), Names());
-}
-
-TEST_F(BuiltInClients, MissingClientsAreToldToTheCaller) {
-  EXPECT_NE(TheSession().Send("Unknown", "x").error.find("there is no client \"Unknown\""), std::string::npos);
-  const std::string error = TheSession().Send("XSLT", "x").error;
-  EXPECT_NE(error.find("/none/XSLT.so cannot be loaded: there is no such file"), std::string::npos) << error;
-}
-
-TEST(RequestBuilder, QuotesWhatTheGrammarCanCarryAndRefusesTheRest) {
-  kit::RequestBuilder request("Name");
-  request.Add("-a", {"plain", "with blank", "", "it's", "a \"b\""});
-  request.AddIfGiven("-none", "");
-  EXPECT_EQ(request.Text(), R"(Name -a "plain" "with blank" "" "it's" 'a "b"')");
-  EXPECT_EQ(request.Problem(), "");
-  request.Add("-b", {std::string(1023, 'x')});
-  EXPECT_EQ(request.Problem(), "");
-  request.Add("-c", {std::string(1024, 'x')});
-  EXPECT_NE(request.Problem().find("-c, it is longer than 1023 bytes"), std::string::npos);
-  kit::RequestBuilder other("Name");
-  other.Add("-d", {"both \" and '"});
-  EXPECT_NE(other.Problem().find("-d, it holds both kinds of quotes"), std::string::npos);
 }
 
 } // namespace

@@ -65,20 +65,6 @@ TEST_F(Clients, CallEachOtherWithinARequest) {
   EXPECT_EQ(session->Send("XSLT", "nest x").values.Size(), 0U);
 }
 
-TEST_F(Clients, AskThroughTheFrontAndItIsRecorded) {
-  Open(VLXSLT_STUB_CLIENTS);
-  EXPECT_EQ(session->Send("XSLT", "ask").values.String(0), "001");
-  front.answer = host::Answer::Proceed;
-  EXPECT_EQ(session->Send("XSLT", "ask").values.String(0), "111");
-  Names answers;
-  for (const host::AskedQuestion &asked : session->Record().asked)
-    answers.push_back(asked.kind + ": " + asked.text + " " + asked.answer);
-  EXPECT_EQ(answers, (Names{"yes-no: Go on? no", "ok-cancel: Save? cancel", "alert: Done. ok", "yes-no: Go on? yes",
-                            "ok-cancel: Save? ok", "alert: Done. ok"}));
-  EXPECT_EQ(session->Send("XSLT", "launch").values.String(0), "1");
-  EXPECT_EQ(session->Record().launched, Names{"/out/a.html"});
-}
-
 TEST_F(Clients, GetATemporaryFolderThatGoesWithTheSession) {
   Open(VLXSLT_STUB_CLIENTS);
   const std::string own = session->Send("XSLT", "temporary").values.String(0).value_or("");

@@ -89,32 +89,14 @@ TEST_F(Components, AreFoundThroughKeys) {
             (Names{"sub/first.dita", "second.dita", "fallback.dita", "inner.ditamap", "inner.dita", "outer.dita"}));
 }
 
-TEST_F(Components, OfADamagedMapAreThoseThatCanBeRead) {
-  const std::string map = folder.Write("m.ditamap", "<map>\n  <topicref href='a.dita'/>\n  <topicref href='b.dita'>\n"
-                                                    "  </topicreff>\n  <topicref href='c.dita'/>\n</map>\n");
-  const Names found = Walk(map);
-  ASSERT_GE(found.size(), 2U);
-  EXPECT_EQ(found[0], "a.dita");
-  EXPECT_EQ(found[1], "b.dita");
-  ASSERT_EQ(front.console.size(), 1U);
-  EXPECT_TRUE(front.console[0].starts_with(map + ":4:")) << front.console[0];
-  EXPECT_EQ(Walk(folder.Write("empty.ditamap", "")), Names());
-  EXPECT_EQ(front.console.size(), 2U);
-}
-
 TEST_F(Components, OfABookAreItsFilesWithThoseOfMapsAndBooksInIt) {
   folder.Write("map.ditamap", "<map><topicref href='t.dita'/></map>");
   folder.Write("inner.xml", "<book><component href='chapter.xml'/><component href='outer.xml'/></book>");
   const std::string book = folder.Write("outer.xml", R"(<book><component href="intro.xml"/><component/>
     <component href="map.ditamap"/><component href="inner.xml"/><component href="a%23b.xml"/></book>)");
   EXPECT_EQ(Walk(book), (Names{"intro.xml", "map.ditamap", "t.dita", "inner.xml", "chapter.xml", "a#b.xml"}));
-
-  std::string error;
-  const std::string article = folder.Write("docbook.xml", "<book><chapter/></book>");
-  EXPECT_FALSE(session->OpenFile(article, host::OpenAs::ActiveBook, error));
-  EXPECT_EQ(error, article + " is neither a book nor a DITA map");
-  EXPECT_FALSE(session->OpenFile(folder.Path("gone.xml"), host::OpenAs::Document, error));
-  EXPECT_EQ(error, "there is no file " + folder.Path("gone.xml"));
+  EXPECT_EQ(Walk(folder.Write("empty.ditamap", "")), Names());
+  EXPECT_EQ(front.console.size(), 1U);
 }
 
 TEST_F(Components, DocumentsTellWhatTheyAre) {
@@ -149,10 +131,7 @@ TEST_F(Components, DocumentsTellWhatTheyAre) {
   ASSERT_EQ(std::remove(output.c_str()), 0);
   EXPECT_EQ(kit::GetString(opened, V_OP_NAME), "t.html");
   const std::string copy = kit::GetString(opened, V_OP_FULL_NAME);
-  EXPECT_TRUE(copy.starts_with(folder.Path("opened/"))) << copy;
   EXPECT_EQ(test::ReadAll(copy), "<html/>");
-  EXPECT_EQ(session->Record().opened, Names{copy});
-  EXPECT_EQ(session->Record().console, Names{"Opened: " + copy});
   EXPECT_EQ(V_ApiOpenDocument(copy.c_str(), nullptr), opened);
   EXPECT_EQ(session->Record().console.size(), 1U) << "one that is no copy";
   EXPECT_EQ(V_ApiOpenDocument(folder.Path("none").c_str(), nullptr), 0U);

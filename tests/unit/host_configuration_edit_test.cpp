@@ -224,4 +224,20 @@ TEST_F(Editing, GivesWhatWasWantedInEveryLayout) {
   }
 }
 
+// Comments belong to the record behind them, wherever it goes.
+TEST_F(Editing, MovesCommentsWithTheirRecords) {
+  const std::string head = "# At the top.\njava_home = \"/old\"   # behind\n\n";
+  const std::string first = "# The one we like.\n[[processor]]\nname = \"A\" # its name\nclass_name = \"a\"\n";
+  const std::string second = "[[processor]]\nname = \"B\"\nclass_name = \"b\"\n\n# The end.\n";
+  const std::string text = head + first + "\n" + second;
+  ConfigurationChange change{Read(text), Read(text), {1, 0}, {}};
+  std::swap(change.after.processors[0], change.after.processors[1]);
+  EXPECT_EQ(host::EditConfiguration(text, change).text, head + second + "\n" + first);
+  for (const char *other : {"", "[[processor]", "processor = [{name = \"a\", class_name = \"b\"}]"}) {
+    const host::EditedConfiguration edited = host::EditConfiguration(other, change);
+    EXPECT_NE(edited.error, "") << "it is not the text that was read";
+    EXPECT_EQ(edited.text, other);
+  }
+}
+
 } // namespace

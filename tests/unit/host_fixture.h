@@ -18,11 +18,10 @@ namespace test {
 
 class SilentFront : public host::Front {
 public:
-  host::Answer answer = host::Answer::Decline;
   std::vector<std::string> console;
 
   [[nodiscard]] host::Answer Alert(host::AlertKind kind, const std::string &) override {
-    return kind == host::AlertKind::Plain ? host::Answer::Proceed : answer;
+    return kind == host::AlertKind::Plain ? host::Answer::Proceed : host::Answer::Decline;
   }
   [[nodiscard]] std::optional<std::string> ChooseFile(const host::FileChooser &) override { return std::nullopt; }
   void RunDialog(host::DialogModel &) override {}

@@ -3,7 +3,6 @@
 #include "kit/values.h"
 
 #include <string>
-#include <utility>
 
 int32_t V_ClientAttach(const V_HostT *host) { return V_AttachHost(host); }
 
@@ -30,14 +29,6 @@ void Nest(const std::string &rest) {
   Reply(answer);
 }
 
-void Ask() {
-  std::string answers;
-  for (const auto &[text, kind] :
-       {std::pair{"Go on?", V_ALERT_YES_NO}, std::pair{"Save?", V_ALERT_OK_CANCEL}, std::pair{"Done.", V_ALERT_PLAIN}})
-    answers += std::to_string(V_ApiAlert(text, kind));
-  Reply(answers);
-}
-
 } // namespace
 
 void V_ClientNotify(int32_t notification, V_ObjectT object, const char *text, int32_t) {
@@ -50,10 +41,6 @@ void V_ClientNotify(int32_t notification, V_ObjectT object, const char *text, in
     V_ApiSetError(V_ERROR_BAD_REQUEST);
   else if (request == "temporary")
     Reply(kit::GetString(V_SESSION, V_SP_TEMP_DIR));
-  else if (request == "ask")
-    Ask();
-  else if (request == "launch")
-    Reply(std::to_string(V_ApiLaunch("/out/a.html")));
 }
 
 void V_ClientDialogEvent(int32_t, int32_t, int32_t) {}

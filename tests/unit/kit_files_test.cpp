@@ -79,7 +79,7 @@ TEST_F(OnDisk, LinksStayAndTheirTargetsAreReplaced) {
   EXPECT_NE(cycle.Error().find("symbolic links"), std::string::npos) << cycle.Error();
 }
 
-TEST_F(OnDisk, PermissionsAreThoseOfTheOldFile) {
+TEST_F(OnDisk, PermissionsAndOwnerAreThoseOfTheOldFile) {
   const std::string target = Write("private", "secret");
   for (const fs::perms mode : {fs::perms(0600), fs::perms(0640), fs::perms(0755)}) {
     fs::permissions(target, mode);
@@ -88,6 +88,14 @@ TEST_F(OnDisk, PermissionsAreThoseOfTheOldFile) {
       EXPECT_EQ(fs::status(entry).permissions() & ~mode, fs::perms::none) << "others cannot read it meanwhile";
     EXPECT_TRUE(file.Write("more") && file.Commit());
     EXPECT_EQ(fs::status(target).permissions(), mode);
+  }
+  if (geteuid() == 0) { // who may give files away
+    ASSERT_EQ(chown(target.c_str(), 12345, 54321), 0);
+    kit::AtomicFile file(target);
+    EXPECT_TRUE(file.Write("again") && file.Commit());
+    struct stat after {};
+    ASSERT_EQ(stat(target.c_str(), &after), 0);
+    EXPECT_TRUE(after.st_uid == 12345 && after.st_gid == 54321);
   }
 
   const mode_t before = umask(027);

@@ -1,10 +1,7 @@
 // Folder inputs and the test for empty files, on real folders. Java is not started for these.
 #include "processors/file_listing.h"
-#include "report/transformation_log.h"
-#include "tests/unit/fake_host.h"
 #include "tests/unit/folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/log_fixture.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -18,16 +15,9 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-class Listing : public testing::Test {
+class Listing : public LogTest {
 protected:
-  Listing() { report::ResetLog(false); }
-  ~Listing() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
   void Touch(const std::string &name, const std::string &text = {}) const { folder.Write(name, text); }
-  static std::string TakeLog() {
-    std::string text = report::LogText();
-    report::ResetLog(false);
-    return text;
-  }
   [[nodiscard]] Strings List(const std::string &name, int32_t recurse) const {
     Strings names;
     for (const std::string &path : processors::GetAllFilesInFolder((root + "/" + name).c_str(), recurse).Items())
@@ -37,7 +27,6 @@ protected:
 
   test::Folder folder;
   const std::string &root = folder.Root();
-  FakeHost host;
 };
 
 TEST_F(Listing, FilesOfFoldersComeBeforeThoseOfTheirParent) {

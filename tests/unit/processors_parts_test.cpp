@@ -1,11 +1,8 @@
 // What needs no Java: the log, diagnostic lines, requests for entities, the processor list.
 #include "processors/entity_resolver.h"
 #include "processors/processor_list.h"
-#include "report/transformation_log.h"
-#include "tests/unit/fake_host.h"
 #include "tests/unit/fake_processor.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/log_fixture.h"
 
 #include <algorithm>
 #include <functional>
@@ -18,19 +15,11 @@ namespace {
 using Strings = std::vector<std::string>;
 using processors::VLXSLTEntityResolverC;
 
-class ProcessorParts : public testing::Test {
+class ProcessorParts : public LogTest {
 protected:
-  ProcessorParts() { report::ResetLog(false); }
-  ~ProcessorParts() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
-
   void LoadProcessors(const std::vector<Strings> &rows) {
     host.stringTables[{V_SESSION, V_SP_XSLT_PROCESSORS}] = rows;
     processors::LoadProcessors(processor);
-  }
-  static std::string TakeLog() {
-    std::string text = report::LogText();
-    report::ResetLog(false);
-    return text;
   }
   Strings TakeRequests() {
     Strings texts;
@@ -41,7 +30,6 @@ protected:
     return texts;
   }
 
-  FakeHost host;
   FakeProcessor processor;
 };
 

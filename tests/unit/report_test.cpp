@@ -1,10 +1,7 @@
 // The transformation log and the events that a host gets: two renderings of what happens during a run.
 #include "report/run_event.h"
-#include "report/transformation_log.h"
 #include "report/xslt_error_handler.h"
-#include "tests/unit/fake_host.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/log_fixture.h"
 
 #include <optional>
 #include <string>
@@ -17,50 +14,13 @@ using Strings = std::vector<std::string>;
 using report::JobStatus;
 using report::XSLTErrorHandler;
 
-class Report : public testing::Test {
+class Report : public LogTest {
 protected:
-  Report() { report::ResetLog(false); }
-  ~Report() override { EXPECT_EQ(host.LiveBlocks(), 0U); }
-
-  static std::string TakeLog() {
-    std::string text = report::LogText();
-    report::ResetLog(false);
-    return text;
-  }
   static void Begin(const report::StartSection &section) {
     report::Report(report::JobBegins{0, "/in.xml", "/s.xsl", "P", "", section});
   }
   static void End(JobStatus status) { report::Report(report::JobEnds{status, true}); }
-
-  FakeHost host;
 };
-
-TEST_F(Report, StartAndEndSectionsLeaveOutWhatIsNotGiven) {
-  struct Row {
-    std::string input, xsl, output, processor, text;
-  };
-  for (const Row &row : {
-           Row{"/in.xml", "/s.xsl", "/out.xml", "Saxon",
-               "\n\nXSL Transformation Log\nInput: /in.xml\nXSL:/s.xsl\nOutput:/out.xml\n\n\n"
-               "XSL Processor Messages (Processor: Saxon)\n"},
-           Row{"/in.xml", "", "", "",
-               "\n\nXSL Transformation Log\nInput: /in.xml\n"
-               "XSL: Using PI mentioned in Input File.\n\n\n"},
-           Row{"", "/s.xsl", "", "X",
-               "\n\nXSL Transformation Log\nXSL:/s.xsl\n\n\n"
-               "XSL Processor Messages (Processor: X)\n"},
-           Row{"/100%1 %0", "%2", "", "%0",
-               "\n\nXSL Transformation Log\nInput: /100%1 %0\nXSL:%2\n\n\n"
-               "XSL Processor Messages (Processor: %0)\n"},
-       }) {
-    Begin({row.input, row.xsl, row.output, row.processor});
-    EXPECT_EQ(TakeLog(), row.text);
-  }
-  End(JobStatus::Done);
-  EXPECT_EQ(TakeLog(), "\n\nTransformation Successful.\r\n\n");
-  End(JobStatus::Failed);
-  EXPECT_EQ(TakeLog(), "\n\nTransformation Aborted.\r\n\n");
-}
 
 // The heading of the processor's messages comes from a buffer of 1023 characters, and is cut between two of them.
 TEST_F(Report, AVeryLongProcessorNameIsCutBetweenCharacters) {
@@ -74,33 +34,6 @@ TEST_F(Report, AVeryLongProcessorNameIsCutBetweenCharacters) {
   const std::string line = log.substr(heading, log.size() - heading - 1);
   EXPECT_TRUE(line.size() == 1023 || line.size() == 1022) << line.size();
   EXPECT_TRUE(line.ends_with("ü"));
-}
-
-TEST_F(Report, TheConsoleShowsTheLinesOfTheLogInTheirOrder) {
-  report::ResetLog(true);
-  EXPECT_EQ((host.ints[{V_SESSION, V_SP_LOG_ECHO}]), 1);
-  EXPECT_TRUE(report::HostEcho());
-  Begin({"/in.xml", "/s.xsl", "", "P"});
-  report::Report(report::Message{"said"});
-  report::Report(report::Message{""});
-  End(JobStatus::Done);
-  EXPECT_EQ(host.console,
-            (Strings{"\n", "XSL Transformation Log", "Input: /in.xml", "XSL:/s.xsl", "\n",
-                     "XSL Processor Messages (Processor: P)", "said", "\n", "Transformation Successful.\r\n"}));
-  const std::string echoed = report::LogText();
-
-  // The same text without an echo; a reset empties it, even one that changes nothing.
-  host.console.clear();
-  report::ResetLog(false);
-  EXPECT_EQ(report::LogText(), "");
-  EXPECT_FALSE(report::HostEcho());
-  Begin({"/in.xml", "/s.xsl", "", "P"});
-  report::Report(report::Message{"said"});
-  End(JobStatus::Done);
-  EXPECT_EQ(report::LogText(), echoed);
-  EXPECT_EQ(host.console, Strings());
-  report::ResetLog(false);
-  EXPECT_EQ(report::LogText(), "");
 }
 
 TEST_F(Report, DiagnosticsNameFilesAsPeopleKnowThem) {
