@@ -164,10 +164,4 @@ RequestCheck ParseRunOptions(std::string_view text, RunRequest &request) {
   return ForEachOption(text, [&](const Option &option, Values values) { return option.apply(request, values); });
 }
 
-RequestCheck ParseRunRequest(std::string_view text, RunRequest &request) {
-  if (!kit::StartsWithIgnoreCase(text, runRequestName))
-    return RequestCheck::Refused;
-  return ParseRunOptions(text.substr(runRequestName.size()), request);
-}
-
 } // namespace client

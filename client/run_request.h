@@ -50,8 +50,6 @@ inline constexpr std::string_view runRequestName = "XSLTRunTrScenario ";
 
 // Refused when a folder that it names does not exist.
 [[nodiscard]] RequestCheck ParseRunOptions(std::string_view options, RunRequest &request);
-// The same with the request's name in front; refused when it is another request.
-[[nodiscard]] RequestCheck ParseRunRequest(std::string_view text, RunRequest &request);
 
 } // namespace client
 
