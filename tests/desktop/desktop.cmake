@@ -24,7 +24,7 @@ vlxslt_add_window_tests(test_shutdown.py ShutdownTest a_long_run_is_cancelled cl
                         a_signal_ends_a_dialog_and_a_question)
 
 # Dialog cases whose scripts drive the windows' controls; the results are those of a run without windows.
-foreach(name dialog-advanced dialog-choose dialog-manage dialog-new dialog-scripts)
+foreach(name dialog-advanced dialog-manage dialog-new dialog-scripts)
   add_test(NAME windows.${name}
            COMMAND Python3::Interpreter ${desktop_tests}/on_display.py ${Python3_EXECUTABLE} ${desktop_tests}/../run_cases.py
                    --build ${CMAKE_BINARY_DIR} --windows ${name})
