@@ -136,8 +136,11 @@ def check_link_lines(root, path):
 
 
 def check_tree(root):
-    problems = [problem for path in list_files(root, SOURCES) for problem in check_source(root, path)]
-    return problems + [problem for path in list_files(root, ["CMakeLists.txt"]) for problem in check_link_lines(root, path)]
+    problems = []
+    for check, names in ((check_source, SOURCES), (check_link_lines, ["CMakeLists.txt"])):
+        for path in list_files(root, names):
+            problems += check(root, path)
+    return problems
 
 
 def main(check, usage, well):

@@ -180,8 +180,9 @@ def test_kills(bench, chance):
 def find_schema():
     """Its text, or None."""
     beside = os.path.join(os.path.dirname(run_cases.ROOT), "shared", "schemas")
-    paths = [os.path.join(folder, "sarif-2.1.0.json") for folder in (os.environ.get("VLXSLT_SCHEMAS"), beside) if folder]
-    return next((pathlib.Path(path).read_text(encoding="utf-8") for path in paths if os.path.exists(path)), None)
+    folders = [os.environ.get("VLXSLT_SCHEMAS") or beside, beside]
+    paths = [pathlib.Path(folder, "sarif-2.1.0.json") for folder in folders]
+    return next((path.read_text(encoding="utf-8") for path in paths if path.exists()), None)
 
 
 def test_sarif(bench):
