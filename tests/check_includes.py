@@ -10,7 +10,6 @@ forbids as FILE:LINE: REASON. Exit status 0 when there is none, 1 otherwise.
 import fnmatch
 import os
 import re
-import subprocess
 import sys
 
 # Which components a component may include beside itself.
@@ -53,18 +52,13 @@ LINK = re.compile(r"target_link_libraries\s*\(([^)]*)\)", re.IGNORECASE)
 TARGET = re.compile(r"^(?:vlxslt_)(\w+)$")
 
 
-def list_files(root):
-    """What git tracks or would track; the whole tree without build/ where git cannot say."""
-    command = ["git", "-C", root, "ls-files", "-z", "--cached", "--others", "--exclude-standard"]
-    try:
-        listed = subprocess.run(command, capture_output=True, check=True).stdout.decode().split("\0")
-        return sorted(path for path in listed if path and os.path.isfile(os.path.join(root, path)))
-    except (OSError, subprocess.CalledProcessError):
-        found = []
-        for folder, folders, names in os.walk(root):
-            folders[:] = [each for each in folders if each != "build" and not each.startswith(".")]
-            found += [os.path.relpath(os.path.join(folder, name), root) for name in names]
-        return sorted(found)
+def list_files(root, names, folder=""):
+    """The files below a folder whose names fit a pattern, without what a build leaves."""
+    for path, folders, files in os.walk(os.path.join(root, folder)):
+        folders[:] = sorted(each for each in folders if each != "build" and not each.startswith("."))
+        for name in sorted(files):
+            if any(fnmatch.fnmatch(name, pattern) for pattern in names):
+                yield os.path.relpath(os.path.join(path, name), root)
 
 
 def component_of(path):
@@ -143,23 +137,21 @@ def check_link_lines(root, path):
 
 def check_tree(root):
     problems = []
-    for path in list_files(root):
-        name = os.path.basename(path)
-        if any(fnmatch.fnmatch(name, pattern) for pattern in SOURCES):
-            problems += check_source(root, path)
-        elif name == "CMakeLists.txt":
-            problems += check_link_lines(root, path)
+    for check, names in ((check_source, SOURCES), (check_link_lines, ["CMakeLists.txt"])):
+        for path in list_files(root, names):
+            problems += check(root, path)
     return problems
 
 
-def main(arguments):
-    if len(arguments) != 1:
-        print(__doc__, file=sys.stderr)
+def main(check, usage, well):
+    """Prints what a check of the tree finds, or that all is well."""
+    if len(sys.argv) != 2:
+        print(usage, file=sys.stderr)
         return 2
-    problems = check_tree(arguments[0])
-    print("\n".join(problems) if problems else "every include and link line keeps the rules")
+    problems = check(sys.argv[1])
+    print("\n".join(problems) if problems else well)
     return 1 if problems else 0
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(main(check_tree, __doc__, "every include and link line keeps the rules"))

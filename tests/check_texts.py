@@ -11,6 +11,8 @@ import os
 import re
 import sys
 
+from check_includes import list_files, main
+
 # Titles and labels of dialogs and descriptions of fields, which a window or a help text may share.
 LABELS = set(range(18000, 18017)) | {18053, 18054, 18058, 18061} | set(range(18154, 18168))
 LITERAL = re.compile(r'"((?:\\.|[^"\\])*)"')
@@ -38,28 +40,15 @@ def check_tree(root):
     if not texts:
         return ["resources/XSLT.rc: no texts were found"]
     problems = []
-    for folder, _, names in os.walk(os.path.join(root, "host")):
-        for name in sorted(names):
-            if not name.endswith((".cpp", ".h")):
-                continue
-            path = os.path.join(folder, name)
-            with open(path, encoding="utf-8") as file:
-                for number, line in enumerate(file, 1):
-                    literals = " ".join(LITERAL.findall(line)).replace('\\"', '"')
-                    found = next((text for text in texts if text in literals), None)
-                    if found:
-                        problems.append(f"{os.path.relpath(path, root)}:{number}: {found}")
+    for path in list_files(root, ("*.cpp", "*.h"), "host"):
+        with open(os.path.join(root, path), encoding="utf-8") as file:
+            for number, line in enumerate(file, 1):
+                literals = " ".join(LITERAL.findall(line)).replace('\\"', '"')
+                found = next((text for text in texts if text in literals), None)
+                if found:
+                    problems.append(f"{path}:{number}: {found}")
     return problems
 
 
-def main(arguments):
-    if len(arguments) != 1:
-        print(__doc__, file=sys.stderr)
-        return 2
-    problems = check_tree(arguments[0])
-    print("\n".join(problems) if problems else "the host contains none of the client's texts")
-    return 1 if problems else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(main(check_tree, __doc__, "the host contains none of the client's texts"))

@@ -12,9 +12,8 @@ taken from VLXSLT_SCHEMAS or from shared/schemas beside the checkout. Exit statu
 import argparse
 import json
 import os
+import pathlib
 import random
-import shutil
-import signal
 import subprocess
 import sys
 import time
@@ -23,7 +22,6 @@ import run_cases
 
 INPUTS = 24
 ROUNDS = 3
-SKIPPED = 77
 SECONDS = 120
 
 STYLESHEET = """\
@@ -54,47 +52,36 @@ def check(holds, text):
         raise Failure(text)
 
 
-def read_files(folder):
-    """The outputs by name; what is not whole yet has a name of its own."""
-    files = {}
-    for name in os.listdir(folder) if os.path.isdir(folder) else ():
-        if not name.startswith(".vlxslt-"):
-            with open(os.path.join(folder, name), "rb") as file:
-                files[name] = file.read()
-    return files
-
-
-class Bench:
-    """A folder with inputs, a configuration, and the command line."""
+class Bench(run_cases.Player):
+    """A case without a transcript: inputs, the common configuration, and the command line."""
 
     def __init__(self, build):
-        self.top = os.path.join(os.path.abspath(build), "tests", "work", "run record ü")
-        self.vlxslt = os.path.join(os.path.abspath(build), "bin", "vlxslt")
-        shutil.rmtree(self.top, ignore_errors=True)
-        os.makedirs(self.path("in"))
-        os.makedirs(self.path("tmp"))
-        processors = os.path.join(os.path.abspath(build), "share", "vlxslt", "processors")
-        self.write("vlxslt.toml", run_cases.DEFAULT_CONFIGURATION.replace("${PROCESSORS}", processors))
+        super().__init__(argparse.Namespace(cases=run_cases.TESTS, build=build, windows=False), "run record")
+        self.prepare([])
+        os.mkdir(self.path("in"))
         self.write("page.xsl", STYLESHEET)
         for number in range(INPUTS):
             self.write(f"in/{number:02}.xml", f'<doc number="{number}">' + "<row/>" * 200 + "</doc>")
-        self.environment = {"PATH": os.environ["PATH"], "HOME": self.path("home"), "TMPDIR": self.path("tmp"), "TERM": "dumb",
-                            "XDG_CACHE_HOME": os.path.join(os.path.abspath(build), "tests", "cache"),
-                            "LC_ALL": "C.UTF-8", "VLXSLT_CONFIG": self.path("vlxslt.toml")}
-        for name in run_cases.KEPT_VARIABLES:
-            if name in os.environ:
-                self.environment[name] = os.environ[name]
 
     def path(self, name):
-        return os.path.join(self.top, name)
+        return os.path.join(self.work, name)
 
     def write(self, name, text):
         with open(self.path(name), "w", encoding="utf-8") as file:
             file.write(text)
 
+    def read(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read()
+
+    def outputs(self, folder):
+        """Their bytes by name; what is not whole yet has a name of its own."""
+        names = os.listdir(self.path(folder)) if os.path.isdir(self.path(folder)) else ()
+        return {name: self.read(os.path.join(folder, name)) for name in names if not name.startswith(".vlxslt-")}
+
     def start(self, *arguments):
         with open(self.path("console"), "wb") as console:
-            return subprocess.Popen([self.vlxslt, "run", *arguments], cwd=self.top, env=self.environment,
+            return subprocess.Popen(["vlxslt", "run", *arguments], cwd=self.work, env=self.environment(),
                                     stdin=subprocess.DEVNULL, stdout=console, stderr=console)
 
     def run(self, *arguments):
@@ -106,39 +93,35 @@ class Bench:
 
     def read_record(self, name):
         """Its objects; every line must be whole."""
-        with open(self.path(name), "rb") as file:
-            content = file.read()
+        content = self.read(name)
         check(content.endswith(b"\n"), f"the last line of {name} is torn: {content[-80:]}")
         objects = [json.loads(line) for line in content.decode().splitlines()]
         check(objects[0]["type"] == "run", f"{name} does not begin with the run")
         check(all(each["type"] == "job" for each in objects[1:-1]), f"{name} holds something else than jobs")
         return objects
 
-    def kill_at(self, process, is_reached):
-        """Kills the process as soon as that holds. False when the process was faster."""
+    def wait_for(self, process, is_reached):
+        """False when the process was faster."""
         end = time.monotonic() + SECONDS
         while not is_reached():
             if process.poll() is not None:
                 return False
-            check(time.monotonic() < end, "the moment to kill the process never came")
-        process.send_signal(signal.SIGKILL)
+            check(time.monotonic() < end, "the moment never came")
+        return True
+
+    def kill_at(self, process, is_reached):
+        """Kills the process as soon as that holds. False when the process was faster."""
+        if not self.wait_for(process, is_reached):
+            return False
+        process.kill()
         process.wait()
         return True
 
     def holds_lines(self, name, count):
-        def is_reached():
-            try:
-                with open(self.path(name), "rb") as file:
-                    return file.read().count(b"\n") >= count
-            except FileNotFoundError:
-                return False
-        return is_reached
+        return lambda: os.path.exists(self.path(name)) and self.read(name).count(b"\n") >= count
 
     def says(self, text):
-        def is_reached():
-            with open(self.path("console"), "rb") as file:
-                return text.encode() in file.read()
-        return is_reached
+        return lambda: text.encode() in self.read("console")
 
 
 def done_of(objects):
@@ -164,7 +147,7 @@ def kill_one_run(bench, chance, expected, number):
         done = done_of(objects)
         print(f"  killed at {moment}: {len(done)} of {len(left)} jobs recorded")
         check(done <= left, f"repeated: {sorted(done - left)}")
-        outputs = read_files(bench.path(output))
+        outputs = bench.outputs(output)
         check(all(outputs[name] == expected[name] for name in outputs), "an output is not what it should be")
         check(done <= outputs.keys(), f"recorded, but not there: {sorted(done - outputs.keys())}")
         left -= done
@@ -175,38 +158,31 @@ def kill_one_run(bench, chance, expected, number):
             return False
         process = bench.start("--retry", record, "--record", record, "--yes")
         # From now on the record is that of the retry.
-        wait_for(process, bench.says("busy with"))
+        bench.wait_for(process, bench.says("busy with"))
     check(process.wait(SECONDS) == 0, "the last retry failed")
     objects = bench.read_record(record)
     check(objects[-1]["type"] == "end" and objects[-1]["exit"] == 0, "the record has no end")
     check(done_of(objects) == left, f"repeated {sorted(done_of(objects))} where {sorted(left)} was left")
-    check(read_files(bench.path(output)) == expected, "the outputs differ from those of an undisturbed run")
+    check(bench.outputs(output) == expected, "the outputs differ from those of an undisturbed run")
     for name, inode in before.items():
         check(os.stat(bench.path(os.path.join(output, name))).st_ino == inode, f"{name} was written again")
     return True
 
 
-def wait_for(process, is_reached):
-    while not is_reached() and process.poll() is None:
-        time.sleep(0.001)
-
-
 def test_kills(bench, chance):
     check(bench.run(*bench.arguments("whole"), "--record", "whole.jsonl") == 0, "the undisturbed run failed")
-    expected = read_files(bench.path("whole"))
+    expected = bench.outputs("whole")
     check(len(expected) == INPUTS, "the undisturbed run wrote too little")
     killed = [kill_one_run(bench, chance, expected, number) for number in range(ROUNDS)]
     check(any(killed), "no run was slow enough to be killed")
 
 
 def find_schema():
+    """Its text, or None."""
     beside = os.path.join(os.path.dirname(run_cases.ROOT), "shared", "schemas")
-    for folder in (os.environ.get("VLXSLT_SCHEMAS"), beside):
-        path = os.path.join(folder or "", "sarif-2.1.0.json")
-        if folder and os.path.exists(path):
-            with open(path, encoding="utf-8") as file:
-                return json.load(file)
-    return None
+    folders = [os.environ.get("VLXSLT_SCHEMAS") or beside, beside]
+    paths = [pathlib.Path(folder, "sarif-2.1.0.json") for folder in folders]
+    return next((path.read_text(encoding="utf-8") for path in paths if path.exists()), None)
 
 
 def test_sarif(bench):
@@ -216,20 +192,19 @@ def test_sarif(bench):
     bench.write("in/blank ü%.xml", "<doc>&none;</doc>")
     code = bench.run(*bench.arguments("with wrong"), "--sarif", "run.sarif")
     check(code == 1, f"the run ended with {code}")
-    with open(bench.path("run.sarif"), encoding="utf-8") as file:
-        sarif = json.load(file)
+    sarif = json.loads(bench.read("run.sarif"))
     results = sarif["runs"][0]["results"]
     check(len(results) >= 3, f"only {len(results)} results")
     try:
         import jsonschema
     except ImportError:
         print("SKIPPED: python3-jsonschema is missing; SARIF was not validated")
-        return SKIPPED
+        return run_cases.SKIPPED
     schema = find_schema()
     if schema is None:
         print("SKIPPED: sarif-2.1.0.json is missing, set VLXSLT_SCHEMAS to its folder; SARIF was not validated")
-        return SKIPPED
-    validator = jsonschema.Draft7Validator(schema, format_checker=jsonschema.FormatChecker())
+        return run_cases.SKIPPED
+    validator = jsonschema.Draft7Validator(json.loads(schema), format_checker=jsonschema.FormatChecker())
     errors = [f"{list(error.absolute_path)}: {error.message}" for error in validator.iter_errors(sarif)]
     check(not errors, "SARIF is not valid:\n" + "\n".join(errors))
     # The check itself must be able to fail.
@@ -249,9 +224,9 @@ def main(arguments):
         test_kills(bench, random.Random(options.seed))
         status = test_sarif(bench)
     except Failure as failure:
-        print(f"FAILED: {failure}; see {bench.top}")
+        print(f"FAILED: {failure}; see {bench.work}")
         return 1
-    shutil.rmtree(bench.top)
+    bench.clean_up()
     return status
 
 

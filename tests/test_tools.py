@@ -6,6 +6,7 @@ import io
 import os
 import tempfile
 import unittest
+from unittest import mock
 
 import check_includes
 import check_texts
@@ -81,6 +82,8 @@ class IncludeRules(unittest.TestCase):
             with self.subTest(path), tempfile.TemporaryDirectory() as root:
                 write(root, self.CLEAN | {path: text})
                 self.assertEqual(check_includes.check_tree(root), [problem])
+                with mock.patch("sys.argv", ["check", root]), contextlib.redirect_stdout(io.StringIO()):
+                    self.assertEqual(check_includes.main(check_includes.check_tree, "", ""), 1)
 
 
 class Cases(unittest.TestCase):

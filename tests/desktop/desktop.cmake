@@ -11,8 +11,8 @@ function(vlxslt_add_window_tests file class)
 endfunction()
 
 vlxslt_add_window_tests(test_dialogs.py DialogTest a_run_asks_before_it_overwrites
-                        a_parameter_is_deleted_in_the_grid a_transformation_is_made_edited_and_deleted
-                        a_parameter_is_typed_into_the_empty_row a_dialog_on_its_own_shows_its_run)
+                        a_transformation_is_made_edited_and_deleted parameters_are_typed_and_deleted_in_the_grid
+                        a_dialog_on_its_own_shows_its_run)
 vlxslt_add_window_tests(test_workbench.py WorkbenchTest a_map_unfolds_and_runs_with_its_topics
                         documents_are_opened_with_the_chooser_and_again_from_the_recent_ones files_are_dragged_in
                         a_document_whose_file_is_gone_does_no_harm a_problem_opens_the_editor_at_its_line
@@ -24,7 +24,7 @@ vlxslt_add_window_tests(test_shutdown.py ShutdownTest a_long_run_is_cancelled cl
                         a_signal_ends_a_dialog_and_a_question)
 
 # Dialog cases whose scripts drive the windows' controls; the results are those of a run without windows.
-foreach(name dialog-advanced dialog-choose dialog-manage dialog-new dialog-scripts)
+foreach(name dialog-advanced dialog-manage dialog-new dialog-scripts)
   add_test(NAME windows.${name}
            COMMAND Python3::Interpreter ${desktop_tests}/on_display.py ${Python3_EXECUTABLE} ${desktop_tests}/../run_cases.py
                    --build ${CMAKE_BINARY_DIR} --windows ${name})

@@ -35,8 +35,7 @@ class DialogTest(WindowTest):
         for answer, before, after in ((None, None, "topic 1"), ("Escape", "old", "old"), ("Return", "old", "topic 1")):
             if before:
                 self.write("a-out.xml", before)
-            self.open_dialog(windows, "Choose Transformation", "ctrl+r")
-            self.choose_first(windows)
+            self.run_chosen(windows)
             windows.wait("idle")  # chosen; the run is next
             if answer:
                 windows.wait("alert OK to overwrite existing file " + self.path("a-out.xml"))
@@ -44,23 +43,6 @@ class DialogTest(WindowTest):
                 self.display.keys(answer)
             windows.wait("idle")
             self.assertEqual(self.read("a-out.xml"), after)
-        self.leave(windows)
-
-    def test_a_parameter_is_deleted_in_the_grid(self):
-        self.add_transformation("One", "--xsl", self.path("text.xsl"), "--suffix", "-out", "-p", "first=1", "-p", "depth=2")
-        windows = self.workbench("a.xml")
-        self.open_parameters(windows)
-        self.display.keys("Down")
-        windows.wait_until_shown("Stylesheet Parameters", "Delete")
-        self.display.keys("alt+d")  # the first row goes
-        windows.wait_until_shown("Stylesheet Parameters", "rows: 2")
-        self.open_dialog(windows, "Edit Transformation", "alt+o")
-        self.display.keys("alt+s", "Tab")
-        self.display.type("-new")
-        self.save_and_close(windows)
-        self.assertNotIn('name="first"', self.read("dita.xml"))
-        self.assertIn('name="depth"', self.read("dita.xml"))
-        self.assertIn('suffix="-new"', self.read("dita.xml"))
         self.leave(windows)
 
     def test_a_transformation_is_made_edited_and_deleted(self):
@@ -103,22 +85,28 @@ class DialogTest(WindowTest):
         self.assertEqual(self.names(), [])
         self.leave(windows)
 
-    def test_a_parameter_is_typed_into_the_empty_row(self):
-        self.add_transformation("One", "--xsl", self.path("text.xsl"), "--suffix", "-out")
+    def test_parameters_are_typed_and_deleted_in_the_grid(self):
+        self.add_transformation("One", "--xsl", self.path("text.xsl"), "--suffix", "-out", "-p", "first=1", "-p", "depth=2")
         windows = self.workbench("a.xml")
         self.open_parameters(windows)
-        windows.wait_until_shown("Stylesheet Parameters", "rows: 2")  # the stylesheet's parameter and the empty row
-        self.display.keys(*["Down"] * 5)
+        windows.wait_until_shown("Stylesheet Parameters", "rows: 3")  # the parameters and the empty row
+        self.display.keys(*["Down"] * 8)
         self.display.type("width")
-        windows.wait_until_shown("Stylesheet Parameters", "rows: 3")
+        windows.wait_until_shown("Stylesheet Parameters", "rows: 4")
         self.display.keys("Return", "Down")
         self.display.type("7")
         windows.wait("settled Stylesheet Parameters")
+        self.display.keys("Return", *["Up"] * 9)
+        windows.wait_until_shown("Stylesheet Parameters", "Delete")
+        self.display.keys("alt+d")  # the first row goes
+        windows.wait_until_shown("Stylesheet Parameters", "rows: 3")
         self.open_dialog(windows, "Edit Transformation", "alt+o")
-        self.display.keys("alt+f", "alt+s")
+        self.display.keys("alt+s", "Tab")
+        self.display.type("-new")
         self.save_and_close(windows)
-        self.assertIn('name="width"', self.read("dita.xml"))
-        self.assertIn('"7"', self.read("dita.xml"))
+        self.assertNotIn('name="first"', self.read("dita.xml"))
+        for written in ('name="depth"', 'name="width"', '"7"', 'suffix="-new"'):
+            self.assertIn(written, self.read("dita.xml"))
         self.leave(windows)
 
     def test_a_dialog_on_its_own_shows_its_run(self):

@@ -64,8 +64,7 @@ class WorkbenchTest(WindowTest):
         for message in MESSAGES:
             self.assertEqual(events.count("log plain " + message), 3)
         # The next run takes only the map.
-        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
-        self.choose_first(windows)
+        self.run_chosen(windows)
         self.answer(windows, "OK to overwrite", "Return")
         events = windows.wait_for_all("summary 1 input: 1 transformed")
         marked = [event for event in events if event.startswith("status")]
@@ -129,8 +128,7 @@ class WorkbenchTest(WindowTest):
         windows = self.workbench("bad.xml")
         self.display.keys("F4")
         windows.wait("told There is no problem with a place")
-        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
-        self.choose_first(windows)
+        self.run_chosen(windows)
         windows.wait("told The run failed: 1 input: 1 failed")
         self.display.find("XSLT Workbench")
         self.display.keys("F4")
@@ -149,8 +147,7 @@ class WorkbenchTest(WindowTest):
                    "MimeType=x-scheme-handler/http;\n")
         self.write("home/.config/mimeapps.list", "[Default Applications]\nx-scheme-handler/http=browser.desktop\n")
         windows = self.workbench("a.xml")
-        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
-        self.choose_first(windows)
+        self.run_chosen(windows)
         opened = windows.wait("output opened ").removeprefix("output opened ")
         windows.wait("result text topic 1")  # by itself
         windows.wait("idle")
@@ -198,15 +195,12 @@ class WorkbenchTest(WindowTest):
         text = self.read("vlxslt.toml")
         for kept in ("# Kept through every change.", "# beside this file", "# Maps and topics.", 'name = "XSLTC"'):
             self.assertIn(kept, text)
-        with open(self.path("vlxslt.toml"), "rb") as file:
-            names = [each["name"] for each in tomllib.load(file)["processor"]]
-        self.assertEqual(names, ["XSLTC", "Missing"])
+        self.assertEqual([each["name"] for each in tomllib.loads(text)["processor"]], ["XSLTC", "Missing"])
 
     def test_a_processor_that_is_added_after_a_run_can_be_used(self):
         self.add_transformation("Beside", "--xsl", self.path("text.xsl"), "--suffix", "-out")
         windows = self.workbench("a.xml")
-        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
-        self.choose_first(windows)
+        self.run_chosen(windows)
         windows.wait("idle")
         windows.wait("idle")
         self.display.find("XSLT Workbench")

@@ -75,14 +75,14 @@ class WindowTest(unittest.TestCase):
         self.write("a.xml", "<topic/>")
 
     def write(self, name, text):
-        path = os.path.join(self.folder, name)
+        path = self.path(name)
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "w", encoding="utf-8") as file:
             file.write(text)
         return path
 
     def read(self, name):
-        with open(os.path.join(self.folder, name), encoding="utf-8") as file:
+        with open(self.path(name), encoding="utf-8") as file:
             return file.read()
 
     def path(self, name):
@@ -150,6 +150,11 @@ class WindowTest(unittest.TestCase):
     def choose_first(self, windows):
         """Chooses the first transformation in the dialog that has just opened."""
         self.press(windows, "Choose Transformation", "OK", "alt+o", "Home", "Down", "Up")
+
+    def run_chosen(self, windows):
+        """Runs the first transformation on the active document."""
+        self.open_dialog(windows, "Choose Transformation", "ctrl+r")
+        self.choose_first(windows)
 
     def run_first(self, windows, *scope):
         """Runs the first transformation from the dialog for an advanced run, after the keys that choose the inputs."""

@@ -2,17 +2,15 @@
   <xsl:output method="text"/>
   <xsl:template match="/">
     <xsl:message>busy with <xsl:value-of select="*"/></xsl:message>
-    <xsl:variable name="count"><xsl:call-template name="count"><xsl:with-param name="left" select="22"/></xsl:call-template></xsl:variable>
+    <xsl:variable name="count"><xsl:call-template name="count"/></xsl:variable>
     <xsl:value-of select="concat(*, ':', string-length($count))"/>
   </xsl:template>
   <xsl:template name="count">
-    <xsl:param name="left"/>
-    <xsl:choose>
-      <xsl:when test="$left = 0">.</xsl:when>
-      <xsl:otherwise>
-        <xsl:call-template name="count"><xsl:with-param name="left" select="$left - 1"/></xsl:call-template>
-        <xsl:call-template name="count"><xsl:with-param name="left" select="$left - 1"/></xsl:call-template>
-      </xsl:otherwise>
-    </xsl:choose>
+    <xsl:param name="left" select="21"/>
+    <xsl:if test="$left = 0">.</xsl:if>
+    <xsl:if test="$left &gt; 0">
+      <xsl:call-template name="count"><xsl:with-param name="left" select="$left - 1"/></xsl:call-template>
+      <xsl:call-template name="count"><xsl:with-param name="left" select="$left - 1"/></xsl:call-template>
+    </xsl:if>
   </xsl:template>
 </xsl:stylesheet>

@@ -1,8 +1,4 @@
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
-  <xsl:output method="xml" encoding="UTF-8" omit-xml-declaration="yes"/>
-  <xsl:param name="lang" select="'none'"/>
-  <xsl:param name="count" select="1"/>
-  <xsl:template match="/">
-    <page lang="{$lang}"><xsl:value-of select="normalize-space(.)"/></page>
-  </xsl:template>
+  <xsl:output omit-xml-declaration="yes"/>
+  <xsl:template match="/"><page><xsl:value-of select="."/></page></xsl:template>
 </xsl:stylesheet>

@@ -1,4 +1,0 @@
-<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
-  <xsl:output omit-xml-declaration="yes"/>
-  <xsl:template match="/"><any/><xsl:text>&#10;</xsl:text></xsl:template>
-</xsl:stylesheet>
