@@ -67,12 +67,19 @@ class Display:
                 # Repeated, since the window manager may not know the window yet.
                 self.tool("windowactivate", number)
                 for _ in range(50):
-                    if self.tool("getactivewindow").strip() == number:
+                    if self.active() == number:
                         return number
                     time.sleep(0.01)
             except subprocess.CalledProcessError:
                 continue  # xdotool fails when a window opens or closes while it searches
         raise AssertionError(f"'{title}' never got the focus")
+
+    def active(self):
+        """The number of the window that has the focus; empty between two windows."""
+        try:
+            return self.tool("getactivewindow").strip()
+        except subprocess.CalledProcessError:
+            return ""
 
     def see(self, title, seconds=60):
         """Waits for the visible window of that title and returns its number."""

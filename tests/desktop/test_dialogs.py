@@ -62,8 +62,10 @@ class DialogTest(WindowTest):
         self.display.find("Save Transformation File")
         self.display.keys("ctrl+a")
         self.display.type(self.path("dita.xml"))
-        self.insist(windows, "Return", "settled New Transformation")
-        self.display.find("New Transformation")
+        self.insist(windows, "Return", "alert File doesn't exist " + self.path("dita.xml"))
+        self.display.find("^XSLT$")
+        self.display.keys("Return")
+        self.reach(windows, "New Transformation")
         self.close_dialog(windows)
         self.assertEqual(self.names(), ["Plain"])
         for written in ('suffix="-plain"', "<Processor>XSLTC<", self.path("text.xsl")):

@@ -90,7 +90,8 @@ def main() -> int:
         if arguments.processor and processor.name not in arguments.processor:
             continue
         if absent := [jar for jar in processor.jars if not jar.exists()]:
-            print(f"{processor.name}: SKIPPED, {absent[0]} is not there")
+            print(f"{processor.name}: {absent[0]} is not there")
+            good = False
             continue
         with tempfile.TemporaryDirectory(prefix="vlxslt-compare-") as temporary:
             folder = (arguments.keep or Path(temporary)) / processor.name.replace(" ", "-")
