@@ -13,8 +13,8 @@ import sys
 
 from check_includes import list_files, main
 
-# Titles and labels of dialogs and descriptions of fields, which a window or a help text may share.
-LABELS = set(range(18000, 18017)) | {18053, 18054, 18058, 18061} | set(range(18154, 18168))
+# Titles and labels of dialogs and what becomes of an output, which a window or a help text may share.
+LABELS = set(range(18000, 18017)) | {18053, 18054, 18058, 18061, 18159}
 LITERAL = re.compile(r'"((?:\\.|[^"\\])*)"')
 STRING = re.compile(r'^\s+(18\d{3})\s+"((?:[^"]|"")*)"', re.MULTILINE)
 

@@ -87,7 +87,7 @@ std::string FindCatalogue(Environment environment, const CatalogueOptions &catal
     error = "say which catalogue: --catalogue FILE or --application NAME";
     return {};
   }
-  const std::string found = ResolvePath(environment, "-appname", catalogue.application);
+  std::string found = ResolvePath(environment, "-appname", catalogue.application);
   const std::string &source = environment.session.Settings().source;
   if (found.empty())
     error = "the application \"" + catalogue.application + "\" has no catalogue in " +

@@ -78,7 +78,7 @@ bool ReadRunRecord(const std::string &path, RunRecord &record, std::string &erro
        rest.remove_prefix(end + 1)) {
     ++number;
     if (const std::string fault = ReadLine(rest.substr(0, end), number == 1, record); !fault.empty())
-      error = path + ":" + std::to_string(number) + ": " + fault;
+      error.append(path).append(":").append(std::to_string(number)).append(": ").append(fault);
   }
   if (error.empty() && number == 0)
     error = path + ":1: this is no record of a run";
