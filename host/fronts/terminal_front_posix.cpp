@@ -85,7 +85,7 @@ Answer TerminalFront::Alert(AlertKind kind, const std::string &text) {
   const Wording wording = WordingOf(kind);
   if (answers == Answers::Decline || !isTerminal) {
     // Silence here would look like an output that was never written for no reason.
-    WriteLine(text + " " + std::string(wording.decline) + " (nobody was asked; --yes agrees)");
+    WriteLine(text + " " + std::string(wording.decline) + " (not asked; --yes agrees)");
     return Answer::Decline;
   }
   ClearProgress();
@@ -101,7 +101,7 @@ Answer TerminalFront::Alert(AlertKind kind, const std::string &text) {
 
 std::optional<std::string> TerminalFront::ChooseFile(const FileChooser &chooser) {
   if (answers == Answers::Decline || !isTerminal) {
-    WriteLine(chooser.title + ": dismissed (nobody was asked)");
+    WriteLine(chooser.title + ": dismissed (not asked)");
     return std::nullopt;
   }
   ClearProgress();
