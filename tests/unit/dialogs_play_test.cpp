@@ -13,8 +13,9 @@ using Strings = std::vector<std::string>;
 std::string Catalogue(const Strings &names) {
   std::string text;
   for (const std::string &name : names)
-    text += "<Transformation><Name>" + name + "</Name><Input><XSLPath>" + name +
-            ".xsl</XSLPath></Input><Processor>Saxon</Processor></Transformation>";
+    text.append("<Transformation><Name>" + name)
+        .append("</Name><Input><XSLPath>" + name)
+        .append(".xsl</XSLPath></Input><Processor>Saxon</Processor></Transformation>");
   return "<Transformations>" + text + "</Transformations>";
 }
 

@@ -159,7 +159,7 @@ TEST_F(OnDisk, OnlyPlainFilesAreReadAndTheReasonIsTold) {
                                                       {"", "No such file or directory"}};
   for (const auto &[path, reason] : rows) {
     const kit::FileContent content = kit::ReadFile(path);
-    EXPECT_EQ(content.error, path + ": " + reason);
+    EXPECT_EQ(content.error, std::string(path).append(": ").append(reason));
     EXPECT_EQ(content.bytes, "");
   }
 }

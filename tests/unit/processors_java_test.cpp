@@ -316,7 +316,7 @@ TEST_F(JavaProcessors, BlamesTheOutputThatCannotBeWritten) {
     for (const char *output : {"no such folder/out", "file/out", "taken"}) {
       report::ResetLog(false);
       EXPECT_EQ(processor.TransformXMLFile({xml, xsl, Path(output)}).status, processors::JobStatus::Failed);
-      const std::string log = report::LogText();
+      const std::string &log = report::LogText();
       EXPECT_EQ(log.find("Fatal Error at file " + Path(output)), 0U) << className << log;
       EXPECT_EQ(CountOf(log, "Error at file"), 1U) << className << log;
     }

@@ -41,12 +41,12 @@ TEST_F(ProcessorParts, EntitiesAreAskedForInTheseWords) {
   resolver.Terminate();
   (void)resolver.ResolveEntity("-//P//EN", "file:///base.xml", "a.dtd");
   (void)resolver.ResolveEntity(nullptr, nullptr, nullptr);
-  EXPECT_EQ(TakeRequests(),
-            (Strings{"EntityResolver start -basefile \"/a b.xml\"", "EntityResolver start -basefile \"\"",
-                     "EntityResolver end", "EntityResolver terminate",
-                     "EntityResolver resolveentity -publicid \"-//P//EN\" -baseuri \"file:///base.xml\" -systemid "
-                     "\"a.dtd\"",
-                     "EntityResolver resolveentity -publicid \"\" -baseuri \"\" -systemid \"\""}));
+  EXPECT_EQ(
+      TakeRequests(),
+      (Strings{"EntityResolver start -basefile \"/a b.xml\"", "EntityResolver start -basefile \"\"",
+               "EntityResolver end", "EntityResolver terminate",
+               R"(EntityResolver resolveentity -publicid "-//P//EN" -baseuri "file:///base.xml" -systemid "a.dtd")",
+               "EntityResolver resolveentity -publicid \"\" -baseuri \"\" -systemid \"\""}));
   const std::string longName(5000, 'x');
   (void)resolver.ResolveEntity(longName.c_str(), nullptr, "s");
   EXPECT_NE(TakeRequests()[0].find(longName + "\" -baseuri"), std::string::npos);

@@ -119,12 +119,15 @@ protected:
 TEST_F(RunRecords, SayWhatTheRunDid) {
   Play(MakeRun());
   EXPECT_EQ(failures, Strings());
+  // With what cannot be written as UTF-8.
+  const std::string failed =
+      "{\"type\":\"job\",\"job\":1,\"input\":\"/p/\uFFFD.xml\",\"stylesheet\":null,\"processor\":\"Xalan\",\"status\":"
+      "\"failed\",\"milliseconds\":0,\"outputs\":[],\"diagnostics\":[{\"severity\":\"fatal\",\"file\":"
+      "\"file:///p/%C3%BC.xml\",\"line\":12,\"column\":null,\"code\":\"XTDE0030\",\"text\":\"b\uFFFD\"}]}";
   const Strings expected = {
       R"({"type":"run","version":1,"started":"T","count":6,"request":"XSLTRunTrScenario -usepi -file \"/p/a b.xml\" -outputfilepath \"/p/a.html\""})",
       R"({"type":"job","job":0,"input":"/p/a b.xml","stylesheet":"/p/s.xsl","processor":"Saxon","status":"done","milliseconds":0,"outputs":[{"path":"/p/a.html","kind":"principal"},{"path":"/p/toc.html","kind":"secondary"}],"diagnostics":[{"severity":"warning","file":"/p/s.xsl","line":3,"column":7,"text":"a \"warning\"\nof two lines"}]})",
-      "{\"type\":\"job\",\"job\":1,\"input\":\"/p/\uFFFD.xml\",\"stylesheet\":null,\"processor\":\"Xalan\",\"status\":"
-      "\"failed\",\"milliseconds\":0,\"outputs\":[],\"diagnostics\":[{\"severity\":\"fatal\",\"file\":"
-      "\"file:///p/%C3%BC.xml\",\"line\":12,\"column\":null,\"code\":\"XTDE0030\",\"text\":\"b\uFFFD\"}]}",
+      failed,
       R"({"type":"job","job":2,"input":"/p/c.xml","stylesheet":null,"processor":"Saxon","status":"refused","milliseconds":0,"outputs":[{"path":"/k/c.html","kind":"opened"},{"path":"/k/d.html","kind":"launched"}],"diagnostics":[]})",
       R"({"type":"job","job":3,"input":"/p/d.xml","stylesheet":null,"processor":"Saxon","status":"missing","milliseconds":0,"outputs":[],"diagnostics":[{"severity":"error","file":null,"line":null,"column":null,"text":"no file"}]})",
       R"({"type":"job","job":4,"input":"/p/e.xml","stylesheet":null,"processor":"","status":"left-out","milliseconds":0,"outputs":[],"diagnostics":[]})",
