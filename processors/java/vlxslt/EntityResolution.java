@@ -34,7 +34,7 @@ final class EntityResolution {
   /** Opens a document or entity; what lies on the network is not fetched unasked. */
   static InputSource open(String address, String publicId) throws IOException {
     if (Addresses.isNetwork(address))
-      throw new ReadFailure("\"" + address + "\" is not fetched from the network; no catalog says where a copy lies.");
+      throw new ReadFailure(Text.ADDRESS_NOT_FETCHED.with(address));
     InputSource source = new InputSource(address);
     source.setPublicId(publicId);
     Path file = Addresses.fileOf(address);
@@ -45,12 +45,12 @@ final class EntityResolution {
 
   private static InputStream read(Path file) throws IOException {
     if (Files.isDirectory(file))
-      throw new ReadFailure(file + " is a folder.");
+      throw new ReadFailure(Text.FILE_IS_FOLDER.with(file));
     if (!Files.exists(file))
       throw new ReadFailure(Text.FILE_MISSING.with(file));
     // To open a pipe would block until something writes into it.
     if (!Files.isRegularFile(file))
-      throw new ReadFailure(file + " is a pipe or a device, not a file.");
+      throw new ReadFailure(Text.FILE_NOT_REGULAR.with(file));
     return new java.io.BufferedInputStream(Files.newInputStream(file), 1 << 16);
   }
 }

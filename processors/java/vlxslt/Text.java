@@ -28,7 +28,10 @@ enum Text {
   TOO_MANY_LINKS,
   OUTPUT_TAKEN,
   OUTPUT_NOT_A_FILE,
-  TWO_RESULTS_ONE_FILE;
+  TWO_RESULTS_ONE_FILE,
+  ADDRESS_NOT_FETCHED,
+  FILE_IS_FOLDER,
+  FILE_NOT_REGULAR;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};
