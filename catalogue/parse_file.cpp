@@ -21,8 +21,8 @@ using report::MessageId;
 using xercesc::XercesDOMParser;
 
 // Many times what a file of its size can need.
-constexpr size_t minMemory = size_t{256} << 20;
-constexpr size_t memoryPerByte = 200;
+constexpr size_t maxMemoryOfSmallFile = size_t{256} << 20;
+constexpr size_t maxMemoryPerByte = 200;
 constexpr XMLSize_t maxExpansions = 50000;
 
 // The library would take a path through the locale's character set, so files are read here.
@@ -95,7 +95,8 @@ ParsedFilePtr ParseStylesheetBytes(const std::string &path, const std::string &b
 
 } // namespace
 
-ParsedFile::ParsedFile(size_t fileSize) : memory(minMemory + memoryPerByte * fileSize), parser(nullptr, &memory) {
+ParsedFile::ParsedFile(size_t fileSize)
+    : memory(maxMemoryOfSmallFile + maxMemoryPerByte * fileSize), parser(nullptr, &memory) {
   bounds.setEntityExpansionLimit(maxExpansions);
   parser.setSecurityManager(&bounds);
   parser.setDoNamespaces(true);
