@@ -140,7 +140,7 @@ template <class Result, class Body> Result WithGrid(void *host, V_ObjectT grid, 
     return model ? body(*model) : otherwise;
   });
 }
-int32_t GridAddRow(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values) noexcept {
+int32_t GridAddRow(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values, int32_t) noexcept {
   return WithGrid(host, grid, -1, [&](GridModel &model) {
     return titles && values ? model.AddRow({kit::ReadStrings(*titles), kit::ReadStrings(*values)}) : -1;
   });

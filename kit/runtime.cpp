@@ -213,7 +213,7 @@ V_ObjectT V_ApiMakeGrid(V_ObjectT dialog, int32_t item, int32_t frameItem, const
   return Forward<&V_HostT::makeGrid>(dialog, item, frameItem, header, noValueText);
 }
 int32_t V_ApiGridAddRow(V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values) {
-  return Forward<&V_HostT::gridAddRow>(grid, titles, values);
+  return Forward<&V_HostT::gridAddRow>(grid, titles, values, 1);
 }
 int32_t V_ApiGridRowCount(V_ObjectT grid) { return Forward<&V_HostT::gridRowCount>(grid); }
 int32_t V_ApiGridCellCount(V_ObjectT grid, int32_t row) { return Forward<&V_HostT::gridCellCount>(grid, row); }

@@ -227,7 +227,9 @@ typedef struct V_HostT {
   int32_t (*netSave)(void *host, const char *url);
   V_ObjectT (*makeGrid)(void *host, V_ObjectT dialog, int32_t item, int32_t frameItem, const char *header,
                         const char *noValueText);
-  int32_t (*gridAddRow)(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values);
+  /* `reserved` is 1: hosts of the first version read it as "the first cell may be edited". */
+  int32_t (*gridAddRow)(void *host, V_ObjectT grid, const V_StringsT *titles, const V_StringsT *values,
+                        int32_t reserved);
   int32_t (*gridRowCount)(void *host, V_ObjectT grid);
   int32_t (*gridCellCount)(void *host, V_ObjectT grid, int32_t row);
   char *(*gridCell)(void *host, V_ObjectT grid, int32_t row, int32_t cell);
