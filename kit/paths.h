@@ -25,6 +25,10 @@ namespace kit {
 // Lexical: absolute against the working folder, without "." and "..".
 [[nodiscard]] std::string AbsolutePath(std::string_view path);
 
+// A folder of the person's: what the variable names, as "XDG_STATE_HOME", or `belowHome`. Only absolute paths count;
+// empty without one.
+[[nodiscard]] std::string PersonalFolder(const char *variable, std::string_view belowHome);
+
 // "http" of "http://host/path"; empty without one. One letter is the drive of another system, not a scheme.
 [[nodiscard]] std::string_view UrlScheme(std::string_view text);
 // A file URL, or "scheme://" of another kind, as network documents have it.

@@ -117,6 +117,14 @@ std::string AbsolutePath(std::string_view path) {
   return error ? std::string(path) : absolute.lexically_normal().string();
 }
 
+std::string PersonalFolder(const char *variable, std::string_view belowHome) {
+  const char *named = std::getenv(variable);
+  if (named && IsAbsolutePath(named))
+    return named;
+  const char *home = std::getenv("HOME");
+  return home && IsAbsolutePath(home) ? JoinPath(home, belowHome) : std::string();
+}
+
 std::string_view UrlScheme(std::string_view text) {
   static constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-.";
   const size_t colon = text.find_first_not_of(letters);

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -223,11 +222,8 @@ void Complete(Configuration &configuration, const Installation &installation) {
 } // namespace
 
 std::string OwnConfigurationPath() {
-  const char *config = std::getenv("XDG_CONFIG_HOME");
-  const char *home = std::getenv("HOME");
-  if (config && *config)
-    return kit::JoinPath(config, "vlxslt/vlxslt.toml");
-  return home && *home ? kit::JoinPath(home, ".config/vlxslt/vlxslt.toml") : std::string();
+  const std::string folder = kit::PersonalFolder("XDG_CONFIG_HOME", ".config");
+  return folder.empty() ? folder : kit::JoinPath(folder, "vlxslt/vlxslt.toml");
 }
 
 std::string FindConfigurationFile(const std::string &named, const Installation &installation) {

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <regex>
 #include <sys/stat.h>
@@ -25,10 +24,8 @@ constexpr auto minAge = std::chrono::hours(1);
 
 // Empty when the environment names no place.
 std::string FindStateFolder() {
-  if (const char *state = std::getenv("XDG_STATE_HOME"); state && kit::IsAbsolutePath(state))
-    return kit::JoinPath(state, "vlxslt/opened");
-  const char *home = std::getenv("HOME");
-  return home && kit::IsAbsolutePath(home) ? kit::JoinPath(home, ".local/state/vlxslt/opened") : std::string();
+  const std::string state = kit::PersonalFolder("XDG_STATE_HOME", ".local/state");
+  return state.empty() ? state : kit::JoinPath(state, "vlxslt/opened");
 }
 
 // "name.ext", "name-2.ext" and so on.

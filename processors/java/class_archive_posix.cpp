@@ -24,11 +24,8 @@ constexpr auto maxUnused = std::chrono::hours(24 * 30);
 std::string FindCacheFolder() {
   if (std::getenv("VLXSLT_NO_CLASS_ARCHIVE"))
     return {};
-  const char *cache = std::getenv("XDG_CACHE_HOME");
-  const char *home = std::getenv("HOME");
-  if (cache && *cache == '/')
-    return kit::JoinPath(cache, "vlxslt");
-  return home && *home == '/' ? kit::JoinPath(home, ".cache/vlxslt") : std::string();
+  const std::string cache = kit::PersonalFolder("XDG_CACHE_HOME", ".cache");
+  return cache.empty() ? cache : kit::JoinPath(cache, "vlxslt");
 }
 
 // FNV-1a; a collision would be noticed by the virtual machine, which checks the class path itself.
