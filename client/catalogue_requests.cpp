@@ -77,8 +77,7 @@ TypedValues AnswerChange(const RequestOptions &all, EditResult (*change)(const R
   const bool hasName = !catalogue::Trim(all.record.name).empty();
   if (all.problem.empty() && hasName)
     return ChangeReply(change(all));
-  report::Report(report::Diagnostic{report::Severity::Error,
-                                    all.problem.empty() ? report::LoadMessage(MessageId::NameMissing) : all.problem});
+  report::ReportProblem(all.problem.empty() ? report::LoadMessage(MessageId::NameMissing) : all.problem);
   V_ApiSetError(V_ERROR_BAD_REQUEST);
   return ChangeReply(EditResult::Failed);
 }

@@ -6,6 +6,7 @@
 #include "client/run_plan.h"
 #include "client/run_request.h"
 #include "dialogs/dialogs.h"
+#include "kit/names.h"
 #include "kit/paths.h"
 #include "kit/text.h"
 #include "report/transformation_log.h"
@@ -13,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <optional>
 #include <string>
 
 namespace client {
@@ -37,7 +37,7 @@ int32_t RunStatus(std::string_view options, Processor &processor) {
 }
 
 TypedValues AnswerRun(std::string_view text, Processor &processor) {
-  const std::string_view options = text.substr(runRequestName.size());
+  const std::string_view options = text.substr(kit::runRequestName.size());
   report::ResetLog(WantsConsole(options));
   V_ApiSetError(RunStatus(options, processor));
   TypedValues reply;
@@ -46,8 +46,6 @@ TypedValues AnswerRun(std::string_view text, Processor &processor) {
   report::ResetLog(false);
   return reply;
 }
-
-constexpr std::string_view planRequestName = "VlxsltPlanRun ";
 
 TypedValues DescribeJob(const RunPlan &plan, const PlannedJob &job, const Foresight &foresight) {
   TypedValues described;
@@ -64,11 +62,12 @@ TypedValues DescribeJob(const RunPlan &plan, const PlannedJob &job, const Foresi
 }
 
 TypedValues AnswerPlan(std::string_view text, Processor &) {
-  report::ResetLog(WantsConsole(text.substr(planRequestName.size())));
+  report::ResetLog(WantsConsole(text.substr(kit::planRequestName.size())));
   RunRequest request;
   RunPlan plan;
-  const bool isAccepted = ParseRunOptions(text.substr(planRequestName.size()), request) == RequestCheck::Accepted &&
-                          PlanRun(request, plan) == RequestCheck::Accepted;
+  const bool isAccepted =
+      ParseRunOptions(text.substr(kit::planRequestName.size()), request) == RequestCheck::Accepted &&
+      PlanRun(request, plan) == RequestCheck::Accepted;
   V_ApiSetError(isAccepted ? V_ERROR_NONE : V_ERROR_BAD_REQUEST);
   TypedValues reply;
   reply.AddInteger(V_ApiGetError());
@@ -135,29 +134,33 @@ TypedValues AnswerComponents(std::string_view text, Processor &) {
 }
 
 struct Entry {
-  std::string_view prefix;
+  std::string_view name;
   TypedValues (*answer)(std::string_view text, Processor &processor);
+  bool needsBlank = true; // behind the name
+
+  [[nodiscard]] bool Matches(std::string_view request) const {
+    return kit::StartsWithIgnoreCase(request, name) && (!needsBlank || request.substr(name.size()).starts_with(' '));
+  }
 };
 
-// The first match wins; a blank at the end of a prefix keeps a longer name from matching a shorter one.
 constexpr std::array entries = {
-    Entry{runRequestName, AnswerRun},
-    Entry{"XSLTGetTrScenarioFile ", AnswerTransformationFile},
-    Entry{"XSLTGetTrScenario ", AnswerTransformations},
-    Entry{"XSLTDeleteTrScenario ", AnswerDelete},
-    Entry{"XSLTChooseTranDlg ", AnswerChooseTransformation},
-    Entry{"XSLTChooseXSLDlg ", AnswerChooseXsl},
-    Entry{"XSLTManageTranDlg ", AnswerManageTransformations},
-    Entry{"XSLTAdvanceRunDlg ", AnswerAdvancedRun},
-    Entry{"NewTransformationDlg ", AnswerNewTransformation},
-    Entry{"XSLTGetDitamapComponents", AnswerComponents},
-    Entry{planRequestName, AnswerPlan},
-    Entry{"VlxsltProcessors", AnswerProcessors},
-    Entry{"VlxsltResolvePath ", AnswerResolvePath},
-    Entry{"VlxsltStylesheetParams ", AnswerStylesheetParameters},
-    Entry{"VlxsltListTransformations ", AnswerListing},
-    Entry{"VlxsltAddTransformation ", AnswerAdd},
-    Entry{"VlxsltEditTransformation ", AnswerEdit},
+    Entry{kit::runRequestName, AnswerRun},
+    Entry{"XSLTGetTrScenarioFile", AnswerTransformationFile},
+    Entry{"XSLTGetTrScenario", AnswerTransformations},
+    Entry{"XSLTDeleteTrScenario", AnswerDelete},
+    Entry{"XSLTChooseTranDlg", AnswerChooseTransformation},
+    Entry{"XSLTChooseXSLDlg", AnswerChooseXsl},
+    Entry{"XSLTManageTranDlg", AnswerManageTransformations},
+    Entry{"XSLTAdvanceRunDlg", AnswerAdvancedRun},
+    Entry{"NewTransformationDlg", AnswerNewTransformation},
+    Entry{"XSLTGetDitamapComponents", AnswerComponents, false},
+    Entry{kit::planRequestName, AnswerPlan},
+    Entry{"VlxsltProcessors", AnswerProcessors, false},
+    Entry{"VlxsltResolvePath", AnswerResolvePath},
+    Entry{"VlxsltStylesheetParams", AnswerStylesheetParameters},
+    Entry{"VlxsltListTransformations", AnswerListing},
+    Entry{"VlxsltAddTransformation", AnswerAdd},
+    Entry{"VlxsltEditTransformation", AnswerEdit},
 };
 
 // Every request has a log of its own; the echo setting of the host is as before when it is over.
@@ -175,8 +178,7 @@ private:
 } // namespace
 
 kit::TypedValues DispatchRequest(std::string_view request, Processor &processor) {
-  const auto entry =
-      std::ranges::find_if(entries, [&](const Entry &each) { return kit::StartsWithIgnoreCase(request, each.prefix); });
+  const auto entry = std::ranges::find_if(entries, [&](const Entry &each) { return each.Matches(request); });
   const LogScope scope;
   return entry == entries.end() ? TypedValues() : entry->answer(request, processor);
 }

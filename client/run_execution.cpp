@@ -158,7 +158,7 @@ private:
     const std::string reason = ReplaceOutput(chosen.temporary, chosen.output);
     if (reason.empty())
       return true;
-    Report(report::Diagnostic{report::Severity::Error, reason});
+    report::ReportProblem(reason);
     report::ReportProblem(MessageId::OutputOpenElsewhere, {chosen.output});
     return false;
   }

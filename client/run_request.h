@@ -43,8 +43,6 @@ struct RunRequest {
 
 enum class RequestCheck { Refused, Accepted };
 
-inline constexpr std::string_view runRequestName = "XSLTRunTrScenario ";
-
 // Whether the request keeps the host's console quiet; asked first, so that no message is echoed too much.
 [[nodiscard]] bool WantsConsole(std::string_view request);
 

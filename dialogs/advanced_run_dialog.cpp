@@ -4,6 +4,7 @@
 #include "dialogs/choose_manage_dialog.h"
 #include "dialogs/dialog_numbers.h"
 #include "dialogs/item_rows.h"
+#include "kit/names.h"
 #include "kit/request_builder.h"
 #include "report/messages.h"
 
@@ -142,7 +143,7 @@ void MatchTypedName(State &state) {
 void Compose(State &state) {
   if (ByName(state))
     MatchTypedName(state);
-  state.request = "XSLTRunTrScenario  " + ScopePart(state) + ChoicePart(state);
+  state.request = std::string(kit::runRequestName) + "  " + ScopePart(state) + ChoicePart(state);
 }
 
 void BrowseForFolder(State &state) {

@@ -138,18 +138,19 @@ std::string HostServices::TakeCopy(const std::string &path) {
 
 // A client that gives an output another name deletes its file afterwards.
 V_ObjectT HostServices::OpenOutput(const std::string &path, const std::string &asName) {
-  const std::string kept = asName.empty() ? path : TakeCopy(path);
+  const bool isDeleted = !asName.empty();
+  const std::string kept = isDeleted ? TakeCopy(path) : path;
   std::string error;
   const Document *document = documents.Open(kept, asName, error);
   if (!document) {
     WriteConsole("Cannot open: " + error);
     return 0;
   }
-  if (!asName.empty())
+  if (isDeleted)
     WriteConsole("Opened: " + kept);
   record.opened.push_back(document->path);
-  // The client would delete the file that it knows is open.
-  return !asName.empty() && kept == path ? 0 : document->object;
+  // Without a copy the file must stay, which it does when the client hears that it was not opened.
+  return isDeleted && kept == path ? 0 : document->object;
 }
 
 int32_t HostServices::Launch(const std::string &path) {

@@ -2,12 +2,18 @@
 #ifndef KIT_NAMES_H
 #define KIT_NAMES_H
 
+#include <string_view>
+
 namespace kit {
 
 // The clients that requests go to: the one that transforms, and two that the host answers for itself.
 inline constexpr const char *xsltName = "XSLT";
 inline constexpr const char *dispatcherName = "VlDispatcher";
 inline constexpr const char *xmlUtilitiesName = "XmlUtilities";
+
+// The requests that run transformations, and that ask for the plan of such a run; a blank and the options follow.
+inline constexpr std::string_view runRequestName = "XSLTRunTrScenario";
+inline constexpr std::string_view planRequestName = "VlxsltPlanRun";
 
 // What a stored path may begin with, in any letter case: the structure folder, and the installation folder.
 inline constexpr const char *structureVariable = "$STRUCTDIR";

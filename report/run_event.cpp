@@ -3,6 +3,8 @@
 #include "kit/values.h"
 #include "report/transformation_log.h"
 
+#include <utility>
+
 namespace report {
 
 namespace {

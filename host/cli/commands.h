@@ -43,6 +43,8 @@ void PrintError(const std::string &text);
 // there were any.
 [[nodiscard]] ExitCode Finish(Environment environment, const host::ClientReply &reply,
                               const host::RunTally *tally = nullptr);
+// How a run ends the program. A job left out for another application does not count, unless there are no others.
+[[nodiscard]] ExitCode JudgeRun(const host::RunTally &tally);
 // How the process ends when a command that would end with `code` asks nothing more: a script that did not fit outweighs
 // it, since the result says nothing then. Ctrl-C outweighs both.
 [[nodiscard]] ExitCode Settle(Environment environment, ExitCode code);

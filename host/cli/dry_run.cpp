@@ -59,11 +59,12 @@ std::string ListMarks(const PlannedJob &job) {
   return marks;
 }
 
-// As the run itself would be judged.
-bool WillBeDone(const std::vector<PlannedJob> &jobs) {
-  const auto isNoFault = [](int32_t status) { return status == V_JOB_DONE || status == V_JOB_LEFT_OUT; };
-  return std::ranges::all_of(jobs, isNoFault, &PlannedJob::status) &&
-         std::ranges::find(jobs, V_JOB_DONE, &PlannedJob::status) != jobs.end();
+host::RunTally CountJobs(const std::vector<PlannedJob> &jobs) {
+  host::RunTally tally;
+  tally.count = static_cast<int32_t>(jobs.size());
+  for (const PlannedJob &job : jobs)
+    ++tally.byStatus.at(host::JobStatusIndex(job.status));
+  return tally;
 }
 
 Json TextOrNull(const std::string &text) { return text.empty() ? Json() : Json(text); }
@@ -114,8 +115,7 @@ ExitCode PrintPlan(Environment environment, const RunRequest &request) {
   std::string text;
   for (const PlannedJob &job : jobs)
     text += format(job);
-  const bool isPrinted = Print(text);
-  return isPrinted && WillBeDone(jobs) ? ExitCode::Done : ExitCode::Failed;
+  return Print(text) ? JudgeRun(CountJobs(jobs)) : ExitCode::Failed;
 }
 
 } // namespace cli

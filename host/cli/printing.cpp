@@ -3,7 +3,6 @@
 #include "host/record/json_text.h"
 #include "kit/values.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <span>
 

@@ -49,26 +49,16 @@ RequestText ReadRequest(const std::string &argument) {
   return request;
 }
 
-constexpr std::string_view runRequest = "XSLTRunTrScenario ";
-
 ExitCode SendAndPrint(Environment environment, const std::string &client, const std::string &request) {
   host::RunRecorder recorder;
   environment.session.Listen(&recorder);
   const host::ClientReply reply = environment.session.Send(client, request);
   environment.session.Listen(nullptr);
-  const bool isRun = kit::StartsWithIgnoreCase(request, runRequest);
+  const bool isRun = kit::StartsWithIgnoreCase(request, kit::runRequestName);
   const ExitCode code = Finish(environment, reply, isRun ? &recorder.Tally() : nullptr);
   if (!reply.error.empty() || environment.options.printsJson)
     return code;
   return Print(FormatReply(reply.values.Get())) ? code : ExitCode::Failed;
-}
-
-// An input that another application takes is none of the run's, unless that leaves nothing.
-ExitCode JudgeRun(const host::RunTally &tally) {
-  if (tally.Of(V_JOB_CANCELLED) > 0)
-    return ExitCode::Cancelled;
-  const int32_t done = tally.Of(V_JOB_DONE);
-  return done > 0 && done + tally.Of(V_JOB_LEFT_OUT) == tally.count ? ExitCode::Done : ExitCode::Failed;
 }
 
 struct DialogName {
@@ -101,6 +91,13 @@ void PrintError(const std::string &text) { std::fputs(("vlxslt: " + text + "\n")
 ExitCode Refuse(const std::string &text) {
   PrintError(text);
   return ExitCode::BadCommand;
+}
+
+ExitCode JudgeRun(const host::RunTally &tally) {
+  if (tally.Of(V_JOB_CANCELLED) > 0)
+    return ExitCode::Cancelled;
+  const int32_t done = tally.Of(V_JOB_DONE);
+  return done > 0 && done + tally.Of(V_JOB_LEFT_OUT) == tally.count ? ExitCode::Done : ExitCode::Failed;
 }
 
 ExitCode Finish(Environment environment, const host::ClientReply &reply, const host::RunTally *tally) {

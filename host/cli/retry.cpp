@@ -1,12 +1,12 @@
 #include "host/cli/retry.h"
 
 #include "host/record/read_run_record.h"
+#include "kit/names.h"
 #include "kit/request_builder.h"
 #include "kit/text.h"
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -17,7 +17,6 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-constexpr std::string_view requestName = "XSLTRunTrScenario";
 constexpr std::string_view fileOption = "-file";
 constexpr std::string_view outputOption = "-outputfilepath";
 // What stands in a record for bytes that are no text.
@@ -55,7 +54,7 @@ std::string ReadRequest(const std::string &text, RecordedRequest &request) {
     return "its request holds a name that is not UTF-8";
   kit::Tokenizer tokens(text);
   std::string token;
-  if (!tokens.Next(token) || token != requestName)
+  if (!tokens.Next(token) || token != kit::runRequestName)
     return "its request is none that runs transformations";
   while (tokens.Next(token)) {
     const auto *const option = std::ranges::find(options, token, &Option::name);
@@ -86,13 +85,12 @@ void AddOption(kit::RequestBuilder &builder, const Strings &words) {
 }
 
 std::set<std::string> FindDone(const host::RunRecord &record) {
-  std::map<std::string, int32_t> statusOf;
-  for (const host::RecordedJob &job : record.jobs)
-    statusOf[job.input] = job.status;
   std::set<std::string> done;
-  for (const auto &[input, status] : statusOf)
-    if (status == V_JOB_DONE || status == V_JOB_LEFT_OUT)
-      done.insert(input);
+  for (const host::RecordedJob &job : record.jobs)
+    if (job.status == V_JOB_DONE || job.status == V_JOB_LEFT_OUT)
+      done.insert(job.input);
+    else
+      done.erase(job.input);
   return done;
 }
 

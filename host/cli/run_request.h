@@ -3,6 +3,7 @@
 #define HOST_CLI_RUN_REQUEST_H
 
 #include "host/cli/commands.h"
+#include "kit/names.h"
 
 #include <cstdint>
 #include <string>
@@ -13,9 +14,9 @@ struct RunRequest {
   std::string options; // with a blank in front of each
   int32_t inputCount = 0;
 
-  [[nodiscard]] std::string Text() const { return "XSLTRunTrScenario" + options; }
+  [[nodiscard]] std::string Text() const { return std::string(kit::runRequestName) + options; }
   // Asks for the plan of that run.
-  [[nodiscard]] std::string PlanText() const { return "VlxsltPlanRun" + options; }
+  [[nodiscard]] std::string PlanText() const { return std::string(kit::planRequestName) + options; }
 };
 
 // False and an error text when the options do not fit together or name what is not there.

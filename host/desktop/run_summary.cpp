@@ -1,7 +1,5 @@
 #include "host/desktop/run_summary.h"
 
-#include "host/record/run_words.h"
-
 namespace desktop {
 
 namespace {
@@ -11,7 +9,7 @@ struct StatusText {
   const char *word;
 };
 
-constexpr std::array<StatusText, V_JOB_CANCELLED + 1> statusTexts = {{
+constexpr std::array<StatusText, host::jobStatusCount> statusTexts = {{
     {"\u2713", "done"},
     {"\u2717", "failed"},
     {"\u2298", "refused"},
@@ -19,9 +17,6 @@ constexpr std::array<StatusText, V_JOB_CANCELLED + 1> statusTexts = {{
     {"\u2013", "left out"},
     {"\u25A0", "cancelled"},
 }};
-
-// From a client, which may be newer than this host.
-bool IsKnown(int32_t status) { return status >= V_JOB_DONE && status <= V_JOB_CANCELLED; }
 
 std::string Count(int32_t count, const std::string &what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
@@ -42,7 +37,7 @@ void RunSummary::TakeEvent(const host::RunEvent &event) {
       firstError = event.text;
     break;
   case V_JOB_ENDS:
-    ++ended[static_cast<size_t>(IsKnown(event.status) ? event.status : V_JOB_FAILED)];
+    ++ended[host::JobStatusIndex(event.status)];
     break;
   case V_RUN_ENDS:
     hasEnded = true;
@@ -68,7 +63,7 @@ std::string SummariseRun(const RunSummary &run) {
 }
 
 std::string DescribeStatus(int32_t status) {
-  const StatusText &text = statusTexts[static_cast<size_t>(IsKnown(status) ? status : V_JOB_FAILED)];
+  const StatusText &text = statusTexts[host::JobStatusIndex(status)];
   return std::string(text.sign) + " " + text.word;
 }
 

@@ -3,6 +3,7 @@
 #define HOST_DESKTOP_RUN_SUMMARY_H
 
 #include "host/record/run_event.h"
+#include "host/record/run_words.h"
 
 #include <array>
 #include <cstdint>
@@ -17,7 +18,7 @@ public:
 
   [[nodiscard]] int32_t Inputs() const { return inputs; }
   [[nodiscard]] int32_t CountOf(int32_t status) const { return ended[static_cast<size_t>(status)]; }
-  [[nodiscard]] const std::array<int32_t, V_JOB_CANCELLED + 1> &ByStatus() const { return ended; }
+  [[nodiscard]] const std::array<int32_t, host::jobStatusCount> &ByStatus() const { return ended; }
   // Failed, refused and missing ones.
   [[nodiscard]] int32_t NotDone() const;
   [[nodiscard]] bool HasErrors() const { return errors > 0 || NotDone() > 0; }
@@ -29,7 +30,7 @@ public:
 private:
   bool hasEnded = false;
   int32_t inputs = 0;
-  std::array<int32_t, V_JOB_CANCELLED + 1> ended{}; // by status
+  std::array<int32_t, host::jobStatusCount> ended{}; // by status
   int32_t errors = 0;
   int32_t warnings = 0;
   std::string firstError;

@@ -2,16 +2,15 @@
 #include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 #include "host/desktop/workbench.h"
+#include "kit/names.h"
 #include "kit/request_builder.h"
 
-#include <string_view>
 #include <utility>
 
 namespace desktop {
 
 namespace {
 
-constexpr std::string_view runRequestName = "XSLTRunTrScenario ";
 constexpr size_t logPage = 0;
 constexpr int problemsField = 1; // of the status bar
 constexpr const char *runningStatus = "\u25B8 running";
@@ -37,7 +36,7 @@ void Workbench::FinishRequest(const RequestOutcome &outcome) {
   isBusy = false;
   progress->End();
   for (const std::string &request : outcome.record.requests)
-    if (request.starts_with(runRequestName))
+    if (request.starts_with(kit::runRequestName))
       lastRun = request;
   UpdateCommands();
   TellOutcome(outcome);
@@ -90,7 +89,7 @@ void Workbench::RunChosen(const RequestOutcome &chosen) {
     Tell(wxString::Format("Open a document to run \"%s\" on it.", ToWx(chosen.texts[1])), wxICON_INFORMATION);
     return;
   }
-  kit::RequestBuilder request(runRequestName);
+  kit::RequestBuilder request(kit::runRequestName);
   const bool isBook = active->summary.source == host::ComponentSource::Book;
   request.Add(isBook ? "-currentfilewithchildren" : "-currentfile");
   if (chosen.texts[2].empty())

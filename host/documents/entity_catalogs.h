@@ -11,7 +11,6 @@
 #include <libxml/xmlerror.h>
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>

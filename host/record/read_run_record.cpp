@@ -1,9 +1,8 @@
 #include "host/record/read_run_record.h"
 
+#include "host/record/json_text.h"
 #include "host/record/run_words.h"
 #include "kit/read_file.h"
-
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <string_view>
@@ -11,8 +10,6 @@
 namespace host {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr int readableVersion = 1;
 

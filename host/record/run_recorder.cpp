@@ -4,15 +4,6 @@
 
 namespace host {
 
-namespace {
-
-size_t StatusIndex(int32_t status) {
-  const bool isKnown = status >= 0 && static_cast<size_t>(status) < jobStatusCount;
-  return static_cast<size_t>(isKnown ? status : static_cast<int32_t>(V_JOB_FAILED));
-}
-
-} // namespace
-
 void RunRecorder::OnRunEvent(const RunEvent &event) {
   switch (event.kind) {
   case V_RUN_BEGINS:
@@ -53,7 +44,7 @@ void RunRecorder::EndJob(const RunEvent &event) {
   // A job that ends without having begun is still one of the run.
   if (!current || current->job != event.job)
     BeginJob(event);
-  const size_t index = StatusIndex(event.status);
+  const size_t index = JobStatusIndex(event.status);
   current->status = static_cast<int32_t>(index);
   current->time = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begun);
   ++tally.byStatus.at(index);

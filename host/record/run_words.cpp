@@ -37,6 +37,10 @@ template <class Table> std::string_view Name(const Table &table, int32_t number,
 
 } // namespace
 
+size_t JobStatusIndex(int32_t status) {
+  return static_cast<size_t>(status >= V_JOB_DONE && status <= V_JOB_CANCELLED ? status : int32_t{V_JOB_FAILED});
+}
+
 std::string_view NameJobStatus(int32_t status) { return Name(statusWords, status, "failed"); }
 
 std::optional<int32_t> FindJobStatus(std::string_view word) {

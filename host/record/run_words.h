@@ -14,6 +14,8 @@ namespace host {
 // V_JOB_DONE and so on, from 0.
 inline constexpr size_t jobStatusCount = 6;
 
+// The place of a status in an array; one that this host does not know counts as failed.
+[[nodiscard]] size_t JobStatusIndex(int32_t status);
 // "done", "left-out"; a number without a name counts as "failed".
 [[nodiscard]] std::string_view NameJobStatus(int32_t status);
 // Nothing for a word that is no status.
