@@ -117,6 +117,8 @@ void AddRun(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
   AddText(command, "--sarif", run.sarif, "write warnings and errors as SARIF", "FILE");
   AddText(command, "--retry", run.retry, "run again what a record does not list as done; all else is as recorded",
           "RECORD");
+  AddRepeatable(command, "--catalog", parsed->session.catalogs, "an XML catalog, asked before the configured ones",
+                "FILE");
   AddDocumentOptions(command, parsed->session);
 }
 

@@ -80,6 +80,20 @@ host::ProgramStarter FindStarter() {
   return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") ? host::ProgramStarter(ShowToPerson) : host::ProgramStarter();
 }
 
+// False and an error text when one is not there: a document would be read with another DTD, or none.
+bool AddCatalogs(const SessionOptions &options, host::Configuration &configuration, std::string &error) {
+  std::vector<std::string> first;
+  for (const std::string &named : options.catalogs) {
+    first.push_back(kit::AbsolutePath(kit::UrlToPath(named)));
+    if (!kit::IsFile(first.back())) {
+      error = "there is no catalog " + first.back();
+      return false;
+    }
+  }
+  configuration.catalogs.insert(configuration.catalogs.begin(), first.begin(), first.end());
+  return true;
+}
+
 // Nothing and an error text without windows.
 std::optional<ExitCode> RunInWindows(CommandLine line, const host::Configuration &configuration,
                                      const host::Installation &installation, std::string &error) {
@@ -107,14 +121,16 @@ ExitCode RunProgram(int count, char **arguments) {
   if (!line->session.script.empty() && (line->session.agreesToAll || line->session.declinesAll))
     return Refuse("--script gives all answers itself; leave out --yes and --no-input");
   const host::Installation installation = host::FindInstallation();
-  const host::ConfigurationResult read =
+  host::ConfigurationResult read =
       host::ReadConfiguration(host::FindConfigurationFile(line->session.configuration, installation), installation);
   for (const std::string &problem : read.problems)
     std::fputs((problem + "\n").c_str(), stderr);
   if (!read.problems.empty())
     return ExitCode::BadCommand;
+  std::string problem;
+  if (!AddCatalogs(line->session, read.configuration, problem))
+    return Refuse(problem);
   if (line->session.NeedsWindows()) {
-    std::string problem;
     if (const auto windowed = RunInWindows(*line, read.configuration, installation, problem))
       return *windowed;
     // Some dialogs do without windows.
