@@ -3,12 +3,14 @@
 #include "client/output_placement.h"
 #include "client/run_files.h"
 #include "kit/paths.h"
+#include "kit/unfinished_files.h"
 #include "kit/values.h"
 #include "processors/processor_list.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -105,6 +107,8 @@ private:
       Refuse(job, shown, JobStatus::Refused, check.problem);
       return;
     }
+    RemoveAbandonedFiles(chosen.output);
+    RemoveAbandonedFiles(chosen.temporary);
     BeginJob(plan, job, shown, plan.printStartLog ? MakeSection(job, shown) : std::nullopt);
     const bool isDone = Transform(job, chosen);
     lastResult = isDone ? RunResult::Done : RunResult::Failed;
@@ -147,9 +151,17 @@ private:
     if (result.status != JobStatus::Done || !PutInPlace(chosen))
       return false;
     ReportOutput(job, chosen.output);
-    for (const std::string &output : result.secondaryOutputs)
+    for (const std::string &output : result.secondaryOutputs) {
+      RemoveAbandonedFiles(output);
       Report(report::OutputWritten{output, OutputKind::Secondary});
+    }
     return true;
+  }
+
+  // Of runs that were killed; once in each folder that this run writes to.
+  void RemoveAbandonedFiles(const std::string &output) {
+    if (const std::string folder = kit::FolderOf(output); !output.empty() && cleanedFolders.insert(folder).second)
+      kit::RemoveAbandonedFiles(folder);
   }
 
   static bool PutInPlace(const ChosenOutput &chosen) {
@@ -186,6 +198,7 @@ private:
   const RunPlan &plan;
   processors::Processor &processor;
   RunFiles files;
+  std::set<std::string> cleanedFolders;
   bool isCancelled = false;
   RunResult lastResult = RunResult::Failed;
 };

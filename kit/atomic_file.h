@@ -10,10 +10,6 @@
 
 namespace kit {
 
-// How the names of files begin that are not whole yet, here and in the Java layer. A process that was killed leaves
-// them.
-inline constexpr std::string_view unfinishedPrefix = ".vlxslt-";
-
 class AtomicFile {
 public:
   explicit AtomicFile(const std::string &path);

@@ -1,6 +1,7 @@
 #include "kit/atomic_file.h"
 
 #include "kit/paths.h"
+#include "kit/unfinished_files.h"
 
 #include <array>
 #include <cerrno>
@@ -91,7 +92,7 @@ void AtomicFile::Open() {
   }
   // What replaces a private file must not be readable for a moment either; a new file gets what the umask leaves.
   const mode_t mode = exists ? 0600 : 0666;
-  const std::string stem = JoinPath(FolderOf(target), std::string(unfinishedPrefix) + std::to_string(getpid()) + "-");
+  const std::string stem = JoinPath(FolderOf(target), OwnUnfinishedPrefix());
   for (int name = 0; file < 0 && name < maxNames; ++name) {
     written = stem + std::to_string(name);
     file = open(written.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);

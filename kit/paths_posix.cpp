@@ -1,6 +1,6 @@
-#include "kit/atomic_file.h"
 #include "kit/paths.h"
 #include "kit/text.h"
+#include "kit/unfinished_files.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -48,7 +48,7 @@ bool HasWritePermission(const std::string &path) {
 
 // Mode bits say nothing about read-only mounts and the like.
 bool CanMakeFileIn(const std::string &folder) {
-  std::string probe = JoinPath(folder, std::string(unfinishedPrefix) + "XXXXXX");
+  std::string probe = JoinPath(folder, OwnUnfinishedPrefix() + "XXXXXX");
   const int file = mkstemp(probe.data());
   if (file < 0)
     return false;

@@ -1,6 +1,6 @@
 #include "processors/file_listing.h"
 
-#include "kit/atomic_file.h"
+#include "kit/unfinished_files.h"
 #include "report/run_event.h"
 
 #include <filesystem>

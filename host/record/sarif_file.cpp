@@ -3,6 +3,7 @@
 #include "host/record/json_text.h"
 #include "host/record/time_text.h"
 #include "kit/paths.h"
+#include "kit/unfinished_files.h"
 
 #include <algorithm>
 #include <utility>
@@ -51,6 +52,7 @@ Json MakeLocations(const RunDiagnostic &diagnostic, const JobReport *job) {
 SarifFile::SarifFile(const std::string &path, std::string programVersion, WriteFailure failure)
     : file(path), version(std::move(programVersion)), started(FormatTime(std::chrono::system_clock::now())),
       tell(std::move(failure)) {
+  kit::RemoveAbandonedFiles(kit::FolderOf(path));
   hasFailed = !file.Write(R"({"version":"2.1.0","runs":[{"results":[)");
 }
 

@@ -1,6 +1,7 @@
 #include "processors/java/managed_layer.h"
 
 #include "kit/paths.h"
+#include "kit/unfinished_files.h"
 #include "kit/values.h"
 #include "processors/entity_resolver.h"
 #include "processors/java/java_handler.h"
@@ -129,14 +130,15 @@ void XSLTManagedLayer::StartOnJava(const processors::MachineSetup &setup) {
 }
 
 bool XSLTManagedLayer::GiveTexts(JNIEnv *java, jclass type, jobject layer) {
-  jmethodID setTexts = java->GetMethodID(type, "SetTexts", "([Ljava/lang/String;)V");
+  jmethodID setTexts = java->GetMethodID(type, "SetTexts", "([Ljava/lang/String;Ljava/lang/String;)V");
   if (!setTexts)
     return false;
   std::vector<std::string> texts;
   for (auto id = static_cast<uint16_t>(report::MessageId::JavaLayerFirst);
        id <= static_cast<uint16_t>(report::MessageId::JavaLayerLast); ++id)
     texts.push_back(report::LoadMessage(static_cast<report::MessageId>(id)));
-  java->CallVoidMethod(layer, setTexts, machine->MakeStringArray(texts));
+  java->CallVoidMethod(layer, setTexts, machine->MakeStringArray(texts),
+                       machine->MakeString(kit::OwnUnfinishedPrefix().c_str()));
   return !java->ExceptionCheck();
 }
 

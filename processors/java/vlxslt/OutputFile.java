@@ -20,6 +20,7 @@ import java.util.concurrent.atomic.AtomicInteger;
 final class OutputFile extends OutputStream {
   private static final int MAX_LINKS = 40;
   private static final AtomicInteger counter = new AtomicInteger();
+  private static String unfinishedPrefix = ".vlxslt-";
 
   private final Path named;
   private final Path target; // what it leads to, when it is a link
@@ -39,7 +40,7 @@ final class OutputFile extends OutputStream {
     Path folder = this.target.toAbsolutePath().getParent();
     if (!Files.isDirectory(folder))
       throw new IOException(Text.OUTPUT_FOLDER_MISSING.with(folder));
-    String name = ".vlxslt-" + ProcessHandle.current().pid() + "-" + counter.incrementAndGet() + ".tmp";
+    String name = unfinishedPrefix + counter.incrementAndGet() + ".tmp";
     // A device or a pipe cannot be replaced, nor a file in a folder that takes no new ones: those get a copy.
     renames = (!exists || Files.isRegularFile(this.target)) && Files.isWritable(folder);
     if (!renames && !exists)
@@ -47,6 +48,11 @@ final class OutputFile extends OutputStream {
     written = renames ? folder.resolve(name) : Files.createTempFile("vlxslt-", ".tmp");
     stream = new java.io.BufferedOutputStream(
         Files.newOutputStream(written, StandardOpenOption.CREATE, StandardOpenOption.TRUNCATE_EXISTING), 1 << 16);
+  }
+
+  /** How the names of files begin that are not whole yet; they tell which process writes them. */
+  static void setUnfinishedPrefix(String prefix) {
+    unfinishedPrefix = prefix;
   }
 
   @Override

@@ -39,9 +39,10 @@ public final class VLXSLTJavaLayer {
     return instance;
   }
 
-  /** What the layer says to people, in the order of Text. */
-  public void SetTexts(String[] texts) {
+  /** What the layer says to people, in the order of Text, and how the names of its unfinished files begin. */
+  public void SetTexts(String[] texts, String unfinishedPrefix) {
     Text.setTable(texts);
+    OutputFile.setUnfinishedPrefix(unfinishedPrefix);
   }
 
   public void SetVLXSLTJavaHandler(IVLXSLTJavaHandler javaHandler) {
