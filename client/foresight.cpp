@@ -34,7 +34,7 @@ public:
   explicit Conflicts(const RunPlan &given) : plan(given) {}
 
   FoundConflict Find(const PlannedJob &job) {
-    if (!job.IsToRun() || job.output.empty())
+    if (!job.IsToRun() || job.output.empty() || job.place == OutputPlace::Elsewhere)
       return {};
     const std::string output = RealPath(job.output);
     const auto [first, isNew] = byOutput.try_emplace(output, &job);
@@ -69,7 +69,7 @@ public:
       Stop(foresight, JobStatus::Failed, MessageId::ForeseenProcessorUnknown);
     if (job.place == OutputPlace::Asked)
       foresight.asks.emplace_back("place");
-    else if (job.place != OutputPlace::Temporary)
+    else if (job.place != OutputPlace::Temporary && job.place != OutputPlace::Elsewhere)
       LookAtOutput(job, foresight);
     LookForConflict(job, foresight);
     return foresight;

@@ -65,6 +65,8 @@ ChosenOutput ChooseOutput(const PlannedJob &job) {
     return {AskForOutput(job.input), {}};
   case OutputPlace::Named:
     return {job.output, {}};
+  case OutputPlace::Elsewhere:
+    return {job.output, job.outputContent};
   case OutputPlace::Replaced:
     return {job.output, job.output.empty() ? std::string() : TemporaryOutput(job.input)};
   case OutputPlace::Temporary:

@@ -93,16 +93,20 @@ private:
   void RunJob(const PlannedJob &job) {
     const ChosenOutput chosen = ChooseOutput(job);
     const bool isTemporary = job.place == OutputPlace::Temporary;
+    const bool isElsewhere = job.place == OutputPlace::Elsewhere;
     const std::string &shown = isTemporary ? std::string() : chosen.output;
-    files.DeleteAtEnd(isTemporary ? chosen.output : chosen.temporary);
+    if (!isElsewhere)
+      files.DeleteAtEnd(isTemporary ? chosen.output : chosen.temporary);
     if (!plan.usesInstruction && !kit::Exists(job.stylesheet)) {
       Refuse(job, shown, JobStatus::Failed, DescribeMissingStylesheet(job));
       return;
     }
     std::optional<report::Diagnostic> problem;
-    if (plan.makeFolders && !chosen.output.empty())
+    if (plan.makeFolders && !isElsewhere && !chosen.output.empty())
       problem = MakeFolderOf(chosen.output);
-    const OutputCheck check = problem ? OutputCheck{false, problem} : CheckOutput(chosen.output);
+    const OutputCheck check = problem       ? OutputCheck{false, problem}
+                              : isElsewhere ? OutputCheck{true}
+                                            : CheckOutput(chosen.output);
     if (!check.isAccepted) {
       Refuse(job, shown, JobStatus::Refused, check.problem);
       return;
@@ -110,9 +114,9 @@ private:
     RemoveAbandonedFiles(chosen.output);
     RemoveAbandonedFiles(chosen.temporary);
     BeginJob(plan, job, shown, plan.printStartLog ? MakeSection(job, shown) : std::nullopt);
-    const bool isDone = Transform(job, chosen);
-    lastResult = isDone ? RunResult::Done : RunResult::Failed;
-    Report(report::JobEnds{isDone ? JobStatus::Done : JobStatus::Failed, plan.printEndLog});
+    const JobStatus status = Transform(job, chosen);
+    lastResult = status == JobStatus::Done ? RunResult::Done : RunResult::Failed;
+    Report(report::JobEnds{status, plan.printEndLog});
   }
 
   void Refuse(const PlannedJob &job, const std::string &output, JobStatus status,
@@ -143,19 +147,21 @@ private:
     return report::StartSection{kit::GetString(object, V_OP_NAME), job.stylesheet, job.input, plan.processor};
   }
 
-  bool Transform(const PlannedJob &job, const ChosenOutput &chosen) {
-    const processors::JobResult result =
-        processor.TransformXMLFile({job.input, job.stylesheet, chosen.Written(), plan.parameters, chosen.output});
+  JobStatus Transform(const PlannedJob &job, const ChosenOutput &chosen) {
+    const processors::JobResult result = processor.TransformXMLFile(
+        {job.input, job.stylesheet, chosen.Written(), plan.parameters, chosen.output, job.inputContent});
     for (const std::string &file : result.filesRead)
       Report(report::FileRead{file});
-    if (result.status != JobStatus::Done || !PutInPlace(chosen))
-      return false;
+    if (result.status != JobStatus::Done)
+      return result.status;
+    if (job.place != OutputPlace::Elsewhere && !PutInPlace(chosen))
+      return JobStatus::Failed;
     ReportOutput(job, chosen.output);
     for (const std::string &output : result.secondaryOutputs) {
       RemoveAbandonedFiles(output);
       Report(report::OutputWritten{output, OutputKind::Secondary});
     }
-    return true;
+    return JobStatus::Done;
   }
 
   // Of runs that were killed; once in each folder that this run writes to.

@@ -66,6 +66,11 @@ RequestCheck CheckOutputCount(Planning &planning) {
   return request.outputs.size() == expected ? RequestCheck::Accepted : Refuse(MessageId::OutputCountMismatch);
 }
 
+std::string FindContent(const std::map<size_t, std::string> &contents, const PlannedJob &job) {
+  const auto found = contents.find(static_cast<size_t>(job.number));
+  return found == contents.end() ? std::string() : found->second;
+}
+
 RequestCheck MakeJobs(Planning &planning) {
   std::vector<PlannedJob> &jobs = planning.plan.jobs;
   jobs.reserve(planning.request.inputs.size());
@@ -73,6 +78,7 @@ RequestCheck MakeJobs(Planning &planning) {
     PlannedJob job;
     job.number = static_cast<int32_t>(jobs.size());
     job.input = catalogue::ResolvePath(input);
+    job.inputContent = FindContent(planning.request.inputContents, job);
     jobs.push_back(std::move(job));
   }
   return RequestCheck::Accepted;
@@ -99,7 +105,7 @@ RequestCheck DropUnsavedInputs(Planning &planning) {
 RequestCheck DropMissingInputs(Planning &planning) {
   for (PlannedJob &job : planning.plan.jobs) {
     const std::string &given = planning.request.inputs[static_cast<size_t>(job.number)];
-    if (job.IsToRun() && !given.empty() && !kit::Exists(job.input))
+    if (job.IsToRun() && !given.empty() && !kit::Exists(job.ReadFile()))
       Drop(job, JobStatus::Missing, MessageId::FileMissing, given);
   }
   return std::ranges::any_of(planning.plan.jobs, &PlannedJob::IsToRun) ? RequestCheck::Accepted : RequestCheck::Refused;
@@ -184,7 +190,8 @@ void PlanBareStylesheet(const RunRequest &request, RunPlan &plan) {
       job.stylesheet = catalogue::ResolvePath(request.xslPath, job.input);
     if (request.outputs.empty())
       continue;
-    job.place = OutputPlace::Named;
+    job.outputContent = FindContent(request.outputContents, job);
+    job.place = job.outputContent.empty() ? OutputPlace::Named : OutputPlace::Elsewhere;
     job.output = catalogue::ResolvePath(request.outputs[static_cast<size_t>(job.number)], job.input);
   }
 }

@@ -19,17 +19,21 @@ enum class OutputPlace {
   Asked,     // the person says where
   Named,     // `output` of the job, written at once
   Replaced,  // `output` of the job, written to a temporary file first
+  Elsewhere, // `output` of the job is only its name; it is written to `outputContent` and left there
 };
 
 struct PlannedJob {
   int32_t number = 0; // from 0, the position of the input in the request
   std::string input;
-  std::string stylesheet; // empty: the one that the input names
-  std::string output;     // empty unless the place is known
+  std::string inputContent; // the file that holds it; empty: the input itself
+  std::string stylesheet;   // empty: the one that the input names
+  std::string output;       // empty unless the place is known
+  std::string outputContent;
   OutputPlace place = OutputPlace::Temporary;
   // Done when the job is to be run; else why it is not.
   report::JobStatus status = report::JobStatus::Done;
 
+  [[nodiscard]] const std::string &ReadFile() const { return inputContent.empty() ? input : inputContent; }
   [[nodiscard]] bool IsToRun() const { return status == report::JobStatus::Done; }
 };
 

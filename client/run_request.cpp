@@ -53,6 +53,14 @@ RequestCheck AddOutput(RunRequest &request, Values values) {
   return RequestCheck::Accepted;
 }
 
+// For the input or output that was named last.
+template <std::vector<std::string> RunRequest::*Named, std::map<size_t, std::string> RunRequest::*Contents>
+RequestCheck AddContent(RunRequest &request, Values values) {
+  if (const size_t count = (request.*Named).size(); count > 0 && !values.empty())
+    (request.*Contents)[count - 1] = values[0];
+  return RequestCheck::Accepted;
+}
+
 RequestCheck AddParameter(RunRequest &request, Values values) {
   request.parameters.push_back(values.empty() ? std::string() : values[0]);
   request.parameters.push_back(values.size() < 2 ? std::string() : values[1]);
@@ -120,6 +128,8 @@ constexpr std::array options = {
     // Of our own hosts.
     Option{"-makefolders", 0, SetFlag<&RunRequest::makeFolders, true>},
     Option{"-distinctoutputs", 0, SetFlag<&RunRequest::distinctOutputs, true>},
+    Option{"-filecontent", 1, AddContent<&RunRequest::inputs, &RunRequest::inputContents>},
+    Option{"-outputcontent", 1, AddContent<&RunRequest::outputs, &RunRequest::outputContents>},
 };
 
 const Option *FindOption(std::string_view token) {

@@ -4,6 +4,7 @@
 #define CLIENT_RUN_REQUEST_H
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,7 +36,10 @@ struct RunRequest {
   std::string transformationName;
   std::string xslPath;
   std::string processor;
-  std::vector<std::string> outputs;    // by the position of the input, or none at all
+  std::vector<std::string> outputs; // by the position of the input, or none at all
+  // Files that stand in for named ones: what the input of that position holds, where the output is left.
+  std::map<size_t, std::string> inputContents;
+  std::map<size_t, std::string> outputContents;
   std::vector<std::string> parameters; // name and expression alternately
 
   [[nodiscard]] bool RunsBareXsl() const { return usePI || !xslPath.empty(); }

@@ -1,5 +1,6 @@
 #include "host/host_table.h"
 
+#include "host/fronts/cancellation.h"
 #include "host/guard.h"
 #include "host/host_services.h"
 
@@ -79,7 +80,9 @@ void WriteConsole(void *host, const char *text) noexcept {
   Guarded([&] { At(host).WriteConsole(Text(text)); });
 }
 int32_t IsCancelled(void *host) noexcept {
-  return Guarded([&] { return At(host).TheFront().IsCancelled() ? 1 : 0; });
+  return Guarded([&] {
+    return !At(host).TheFront().IsCancelled() ? 0 : IsTerminationOverdue() ? V_CANCEL_AT_ONCE : V_CANCEL_AFTER_JOB;
+  });
 }
 void ReportProgress(void *host, int32_t index, int32_t count, const char *path) noexcept {
   Guarded([&] { At(host).TheFront().ReportProgress({index, count, Text(path)}); });

@@ -110,6 +110,7 @@ enum {
 enum { V_ITEM_FRAME_CLOSED = -1, V_ITEM_INITIALISE = -9 };
 
 enum { V_ALERT_PLAIN = 0, V_ALERT_YES_NO = 1, V_ALERT_YES_NO_DEFAULT_NO = 2, V_ALERT_OK_CANCEL = 3 };
+enum { V_CANCEL_AFTER_JOB = 1, V_CANCEL_AT_ONCE = 2 }; /* the job in hand ends well; it is given up */
 enum { V_ANSWER_DECLINE = 0, V_ANSWER_PROCEED = 1 }; /* No or Cancel; Yes or OK */
 enum { V_CHOOSE_OPEN = 0, V_CHOOSE_FOLDER = 1, V_CHOOSE_SAVE = 2 };
 
@@ -310,6 +311,7 @@ int32_t V_ApiAlert(const char *text, int32_t kind);
 char *V_ApiChooseFile(int32_t kind, const char *title, const char *filter, const char *startFolder);
 /* Shows one line, or one line feed, on the host's console. */
 void V_ApiWriteConsole(const char *text);
+/* Whether the person, or the system, wants the run to stop: V_CANCEL_..., 0 for no. Asked again while a job runs. */
 int32_t V_ApiIsCancelled(void);
 /* Reports what happens during a run. `event.size` is set by the runtime. */
 void V_ApiReportRunEvent(V_RunEventT event);

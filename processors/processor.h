@@ -20,12 +20,15 @@ struct Job {
   std::vector<std::string> parameters = {}; // name and XPath expression alternately
   // Where the caller will put the output; relative secondary results go by it. Empty: the output stays where it is.
   std::string result = {};
+  // The file that holds the input, whose name then only says how it is called and where its references start. Empty:
+  // the input itself.
+  std::string inputContent = {};
 };
 
 using report::JobStatus;
 
 struct JobResult {
-  JobStatus status = JobStatus::Failed;           // or Done
+  JobStatus status = JobStatus::Failed;           // or Done; Cancelled when it was given up, being overdue
   std::vector<std::string> secondaryOutputs = {}; // paths, in the order of writing; empty unless done
   std::vector<std::string> filesRead = {};        // paths, or addresses of what is no file; each once
 };

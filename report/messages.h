@@ -127,6 +127,8 @@ enum class MessageId : uint16_t {
   ClassPathEntryMissing = 18242,
   ProcessorMessageLost = 18243,
   DialogNotOpened = 18244,
+  TransformationGivenUp = 18245,
+  JavaGivenUp = 18246,
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
   JavaLayerLast = 18275,

@@ -18,6 +18,7 @@ constexpr const char *examples = R"(Examples:
   vlxslt run guide.ditamap --components --xsl topic.xsl -o out/ --extension html
   vlxslt run report.xml --transformation HTML --application DocBook
   vlxslt run topics -r --xsl topic.xsl -o out/ --record run.jsonl --yes
+  vlxslt run - --xsl html.xsl -o - <article.xml >article.html
   vlxslt run --retry run.jsonl --record run.jsonl --yes
   vlxslt list --application DocBook
   vlxslt dialog manage --script answers.txt
@@ -99,14 +100,16 @@ void AddRun(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
   RunOptions &run = parsed->run;
   CLI::App &command = AddCommand(app, parsed, "run", "transform files and folders",
                                  [](Environment environment, const Parsed &all) { return Run(environment, all.run); });
-  command.add_option("INPUT", run.inputs, "files, and folders whose files are taken")->type_name("PATH");
+  command.add_option("INPUT", run.inputs, "files, and folders whose files are taken; - for standard input")
+      ->type_name("PATH");
   AddText(command, "--transformation", run.transformation, "a transformation of a catalogue", "NAME");
   AddCatalogueOptions(command, run.catalogue);
   AddText(command, "--xsl", run.stylesheet, "a stylesheet", "FILE");
   command.add_flag("--use-pi", run.usesInstruction, "the stylesheet that each input names");
   AddText(command, "--processor", run.processor, "the processor; the first configured one without it", "NAME");
   AddRepeatable(command, "-p,--param", run.parameters, "a stylesheet parameter", "NAME=EXPRESSION");
-  AddText(command, "-o", run.output, "a file for one input; a folder (existing, or ending in /) for several", "PATH");
+  AddText(command, "-o", run.output,
+          "a file for one input, - for standard output; a folder (existing, or ending in /) for several", "PATH");
   AddText(command, "--extension", run.extension, "of the outputs in a folder, in place of the inputs' own", "EXT");
   command.add_flag("--recursive,-r", run.isRecursive, "take the files in folders of folders too");
   command.add_flag("--components", run.takesComponents, "take the components of books and DITA maps behind them");

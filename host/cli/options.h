@@ -22,9 +22,9 @@ struct SessionOptions {
   std::vector<std::string> modified;
   bool agreesToAll = false;
   bool declinesAll = false;
-  std::string script; // plays the person
+  std::string script;                // plays the person
   std::vector<std::string> catalogs; // XML catalogs, asked before the configured ones
-  std::string opened; // the folder for copies of temporary outputs; empty for the common one
+  std::string opened;                // the folder for copies of temporary outputs; empty for the common one
   bool printsJson = false;
   bool isWorkbench = false;  // the command is the main window
   bool isDialog = false;     // the command is a dialog, which a terminal cannot show

@@ -1,6 +1,7 @@
 #include "host/cli/commands.h"
 #include "host/cli/dry_run.h"
 #include "host/cli/retry.h"
+#include "host/cli/run_inputs.h"
 #include "host/cli/run_report.h"
 #include "host/cli/run_request.h"
 #include "kit/names.h"
@@ -27,9 +28,10 @@ ExitCode Run(Environment environment, const RunOptions &options) {
   if (error.empty() && isRetry)
     error = FindRetryContradiction(options);
   RunRequest request;
-  if (!error.empty() ||
-      !(isRetry ? ComposeRetry(options.retry, request, error) : ComposeRun(environment, options, request, error)))
-    return Refuse(error);
+  StandardStreams streams;
+  if (!error.empty() || !(isRetry ? ComposeRetry(options.retry, request, error)
+                                  : ComposeRun(environment, options, streams, request, error)))
+    return error.empty() ? ExitCode::Cancelled : Refuse(error);
   if (request.inputCount == 0) {
     PrintError("nothing is left to do: every input of " + options.retry + " is done");
     return ExitCode::Done;
@@ -39,7 +41,11 @@ ExitCode Run(Environment environment, const RunOptions &options) {
   RunReport report(environment, options, request);
   if (!report.Problem().empty())
     return Refuse(report.Problem());
-  return report.Finish(environment.session.Send(kit::xsltName, request.Text()));
+  const ExitCode code = report.Finish(environment.session.Send(kit::xsltName, request.Text()));
+  if (!WritesStandardOutput(options) || streams.WriteOutput())
+    return code;
+  PrintError("standard output cannot take the result");
+  return ExitCode::Failed;
 }
 
 } // namespace cli

@@ -1,5 +1,6 @@
 #include "host/cli/run_inputs.h"
 
+#include "host/cli/standard_streams.h"
 #include "host/documents/component_walk.h"
 #include "kit/paths.h"
 
@@ -108,11 +109,21 @@ std::string ReplaceExtension(const std::string &relative, std::string extension)
 
 } // namespace
 
+bool ReadsStandardInput(const RunOptions &options) {
+  return std::ranges::find(options.inputs, streamName) != options.inputs.end();
+}
+
+bool WritesStandardOutput(const RunOptions &options) { return options.output == streamName; }
+
 bool NamesFolder(const std::string &output) { return output.ends_with('/') || kit::IsFolder(output); }
 
 bool FindInputs(const RunOptions &options, std::vector<RunInput> &inputs, std::vector<std::string> &warnings,
                 std::string &error) {
   for (const std::string &named : options.inputs) {
+    if (named == streamName) {
+      inputs.push_back({kit::AbsolutePath(named), named, {}});
+      continue;
+    }
     std::string path = kit::AbsolutePath(kit::UrlToPath(named));
     if (path.size() > 1 && path.ends_with('/'))
       path.pop_back();
@@ -144,6 +155,10 @@ bool PlaceOutputs(const RunOptions &options, std::vector<RunInput> &inputs, std:
       std::ranges::any_of(options.inputs, [](const std::string &each) { return kit::IsFolder(kit::UrlToPath(each)); });
   if (options.output.empty()) {
     error = "where should the result go? -o names a file for one input, or a folder for several";
+  } else if (WritesStandardOutput(options)) {
+    if (inputs.size() > 1 || hasFolderInput)
+      error = "standard output takes the result of one input; name a folder with -o for several";
+    inputs.front().output = kit::AbsolutePath(options.output);
   } else if (NamesFolder(options.output)) {
     const std::string folder = kit::AbsolutePath(options.output);
     for (RunInput &input : inputs)

@@ -13,7 +13,14 @@ struct RunInput {
   std::string path;     // absolute
   std::string relative; // below the folder that was named, or the file's name
   std::string output;   // absolute; empty when the transformation decides
+  // The files that stand in for standard input and output.
+  std::string content = {};
+  std::string outputContent = {};
 };
+
+// Whether an input of the run is standard input, and whether its output is standard output.
+[[nodiscard]] bool ReadsStandardInput(const RunOptions &options);
+[[nodiscard]] bool WritesStandardOutput(const RunOptions &options);
 
 // Files as they are named, the files of folders by name, the components of books and maps in their order; those need
 // not exist. False and an error text when a named file is not there. `warnings` gets what could not be read of a map.

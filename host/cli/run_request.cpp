@@ -1,6 +1,7 @@
 #include "host/cli/run_request.h"
 
 #include "host/cli/run_inputs.h"
+#include "kit/paths.h"
 #include "kit/request_builder.h"
 
 #include <vector>
@@ -25,6 +26,30 @@ std::string FindContradiction(const RunOptions &options) {
   if (!options.processor.empty() || !options.parameters.empty())
     return "a transformation names its own processor and parameters; --processor and -p go with --xsl and --use-pi";
   return {};
+}
+
+std::string FindStreamContradiction(Environment environment, const RunOptions &options) {
+  if (ReadsStandardInput(options) && options.inputs.size() > 1)
+    return "standard input (-) is an input alone";
+  if (ReadsStandardInput(options) && !options.transformation.empty())
+    return "standard input (-) goes with --xsl and --use-pi: a transformation places its output beside the input";
+  if (WritesStandardOutput(options) && environment.options.printsJson && !options.isDryRun)
+    return "--json and -o - both write to standard output";
+  return {};
+}
+
+// A dry run reads nothing.
+bool UseStreams(const RunOptions &options, StandardStreams &streams, RunInput &input, std::string &error) {
+  if ((ReadsStandardInput(options) || WritesStandardOutput(options)) && streams.InputFile().empty()) {
+    error = "there is no temporary folder for what standard input and output carry";
+    return false;
+  }
+  if (WritesStandardOutput(options))
+    input.outputContent = streams.OutputFile();
+  if (!ReadsStandardInput(options))
+    return true;
+  input.content = options.isDryRun ? kit::FolderOf(streams.InputFile()) : streams.InputFile();
+  return options.isDryRun || streams.ReadInput(error);
 }
 
 std::string FindParameterFault(const RunOptions &options) {
@@ -52,19 +77,24 @@ void AddWhatToApply(Environment environment, const RunOptions &options, const st
 
 void AddInputs(const RunOptions &options, const std::vector<RunInput> &inputs, kit::RequestBuilder &request) {
   request.Add("-distinctoutputs");
-  if (!options.output.empty() && NamesFolder(options.output))
+  if (!options.output.empty() && !WritesStandardOutput(options) && NamesFolder(options.output))
     request.Add("-makefolders");
   for (const RunInput &input : inputs) {
     request.Add("-file", {input.path});
+    request.AddIfGiven("-filecontent", input.content);
     // A transformation decides for itself, but each input must have a partner.
     request.Add("-outputfilepath", {input.output.empty() ? input.path : input.output});
+    request.AddIfGiven("-outputcontent", input.outputContent);
   }
 }
 
 } // namespace
 
-bool ComposeRun(Environment environment, const RunOptions &options, RunRequest &request, std::string &error) {
+bool ComposeRun(Environment environment, const RunOptions &options, StandardStreams &streams, RunRequest &request,
+                std::string &error) {
   error = FindContradiction(options);
+  if (error.empty())
+    error = FindStreamContradiction(environment, options);
   if (error.empty())
     error = FindParameterFault(options);
   std::vector<RunInput> inputs;
@@ -77,6 +107,8 @@ bool ComposeRun(Environment environment, const RunOptions &options, RunRequest &
   const bool isCatalogueRun = !options.transformation.empty();
   const std::string catalogue = isCatalogueRun ? FindCatalogue(environment, options.catalogue, error) : std::string();
   if (!error.empty() || (!isCatalogueRun && !PlaceOutputs(options, inputs, error)))
+    return false;
+  if (!UseStreams(options, streams, inputs.front(), error))
     return false;
   kit::RequestBuilder builder("");
   AddWhatToApply(environment, options, catalogue, builder);

@@ -3,6 +3,7 @@
 #define HOST_CLI_RUN_REQUEST_H
 
 #include "host/cli/commands.h"
+#include "host/cli/standard_streams.h"
 #include "kit/names.h"
 
 #include <cstdint>
@@ -19,9 +20,11 @@ struct RunRequest {
   [[nodiscard]] std::string PlanText() const { return std::string(kit::planRequestName) + options; }
 };
 
-// False and an error text when the options do not fit together or name what is not there.
-[[nodiscard]] bool ComposeRun(Environment environment, const RunOptions &options, RunRequest &request,
-                              std::string &error);
+// False and an error text when the options do not fit together or name what is not there; without a text when the
+// person interrupts. Reads standard input where the options name it; its stand-in and that of standard output must
+// outlive the run.
+[[nodiscard]] bool ComposeRun(Environment environment, const RunOptions &options, StandardStreams &streams,
+                              RunRequest &request, std::string &error);
 
 } // namespace cli
 

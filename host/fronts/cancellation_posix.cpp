@@ -1,7 +1,10 @@
 #include "host/fronts/cancellation.h"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
+#include <ctime>
 #include <fcntl.h>
 #include <initializer_list>
 #include <unistd.h>
@@ -10,8 +13,19 @@ namespace host {
 
 namespace {
 
+// The input in hand may end well meanwhile; the rest of five seconds is for cleaning up.
+constexpr int64_t patienceSeconds = 3;
+
 volatile std::sig_atomic_t interrupted = 0;
+std::atomic<int64_t> terminationTime = 0; // of the system's clock that only counts on; 0 without SIGTERM and SIGHUP
+static_assert(std::atomic<int64_t>::is_always_lock_free);
 int wakePipe[2] = {-1, -1};
+
+int64_t SecondsNow() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec;
+}
 
 // Only calls that are safe in a signal handler.
 extern "C" void NoteInterrupt(int signal) {
@@ -21,6 +35,8 @@ extern "C" void NoteInterrupt(int signal) {
     return;
   }
   interrupted = 1;
+  if (signal != SIGINT)
+    terminationTime = SecondsNow();
   const int errorBefore = errno;
   if (write(wakePipe[1], "!", 1) < 0) {
     // The flag alone does; only a pending prompt waits a little longer.
@@ -46,6 +62,8 @@ void CatchInterrupts() {
 }
 
 bool IsInterrupted() { return interrupted != 0; }
+
+bool IsTerminationOverdue() { return terminationTime != 0 && SecondsNow() - terminationTime >= patienceSeconds; }
 
 int InterruptDescriptor() { return wakePipe[0]; }
 

@@ -35,6 +35,9 @@ public:
   void Park();
   [[nodiscard]] bool Resume();
 
+  // For one call from any other thread: attached for as long as `work` takes. Nothing is done when Java refuses.
+  void RunAttached(const std::function<void(JNIEnv &)> &work) const;
+
   [[nodiscard]] JNIEnv *Environment() const { return environment; }
 
   // Local references, valid until the current frame ends; null for null.
@@ -47,6 +50,7 @@ public:
 
 private:
   JavaMachine() = default;
+  [[nodiscard]] JNIEnv *Attach() const;
   [[nodiscard]] std::vector<std::string> ListClasses() const;
 
   JavaVM *machine = nullptr;

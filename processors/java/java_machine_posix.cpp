@@ -195,12 +195,22 @@ void JavaMachine::Park() {
 }
 
 bool JavaMachine::Resume() {
+  environment = Attach();
+  return environment;
+}
+
+JNIEnv *JavaMachine::Attach() const {
   void *attached = nullptr;
   JavaVMAttachArgs arguments{JNI_VERSION_10, nullptr, nullptr};
-  if (machine->AttachCurrentThread(&attached, &arguments) != JNI_OK)
-    return false;
-  environment = static_cast<JNIEnv *>(attached);
-  return true;
+  return machine->AttachCurrentThread(&attached, &arguments) == JNI_OK ? static_cast<JNIEnv *>(attached) : nullptr;
+}
+
+void JavaMachine::RunAttached(const std::function<void(JNIEnv &)> &work) const {
+  if (JNIEnv *attached = Attach()) {
+    work(*attached);
+    attached->ExceptionClear();
+    machine->DetachCurrentThread();
+  }
 }
 
 std::vector<std::string> JavaMachine::ListClasses() const {

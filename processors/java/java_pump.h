@@ -4,8 +4,10 @@
 #ifndef PROCESSORS_JAVA_JAVA_PUMP_H
 #define PROCESSORS_JAVA_JAVA_PUMP_H
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <pthread.h>
 
@@ -14,6 +16,7 @@ namespace processors {
 class JavaPump {
 public:
   using Task = std::function<void()>;
+  using Condition = std::function<bool()>;
 
   JavaPump() = default;
   JavaPump(const JavaPump &) = delete;
@@ -21,11 +24,12 @@ public:
   ~JavaPump() { Stop(); }
 
   // From the host's thread: runs `task` on the Java thread, which is started when it does not run yet, and returns when
-  // it is done. False when the thread cannot be started. Tasks must not throw.
-  [[nodiscard]] bool RunOnJava(const Task &task);
+  // it is done. False when the thread cannot be started, or was abandoned. Tasks must not throw. `mustGiveUp` is asked
+  // several times a second, and abandons the thread; the task may go on then, and must own what it touches.
+  [[nodiscard]] bool RunOnJava(Task task, const Condition &mustGiveUp = {});
   // From the Java thread, or another one that it started, inside a task; dropped when there is none.
   void RunOnHost(const Task &call);
-  // From any thread but the host's: the Java thread will not return. The host's thread stops waiting for it, and
+  // From any thread: the Java thread will not return. The host's thread stops waiting for it, and
   // nothing more can be run.
   void Abandon();
   // Waits for the Java thread to end, unless it was abandoned.
@@ -34,14 +38,16 @@ public:
 private:
   [[nodiscard]] bool Start();
   void Work();
+  void AwaitNews(std::unique_lock<std::mutex> &lock, const Condition &mustGiveUp);
 
   std::mutex mutex;
   std::condition_variable changed;
-  const Task *task = nullptr; // waits for the Java thread, or is being run there
-  const Task *call = nullptr; // waits for the host's thread
+  std::shared_ptr<const Task> task; // waits for the Java thread, or is being run there
+  const Task *call = nullptr;       // waits for the host's thread
   bool isStopping = false;
   bool isRunning = false;
   bool isAbandoned = false;
+  std::chrono::steady_clock::time_point nextQuestion; // to the condition
   pthread_t thread{};
 };
 

@@ -9,6 +9,7 @@ namespace {
 
 // Enough for recursion over long documents; endless recursion exhausts it within a second or two.
 constexpr size_t stackSize = size_t{256} << 20;
+constexpr auto questionInterval = std::chrono::milliseconds(200);
 
 } // namespace
 
@@ -41,7 +42,7 @@ void JavaPump::Work() {
     changed.wait(lock, [this] { return task || isStopping; });
     if (!task)
       return;
-    const Task *current = task;
+    const std::shared_ptr<const Task> current = task;
     lock.unlock();
     (*current)();
     lock.lock();
@@ -50,14 +51,39 @@ void JavaPump::Work() {
   }
 }
 
-bool JavaPump::RunOnJava(const Task &given) {
+// Until the task is done, there is a call, or the thread is abandoned, which the condition may do.
+void JavaPump::AwaitNews(std::unique_lock<std::mutex> &lock, const Condition &mustGiveUp) {
+  const auto hasNews = [this] { return !task || call || isAbandoned; };
+  if (!mustGiveUp) {
+    changed.wait(lock, hasNews);
+    return;
+  }
+  bool isOver = false;
+  while (!isOver) {
+    const auto now = std::chrono::steady_clock::now();
+    if (now < nextQuestion) {
+      isOver = changed.wait_until(lock, nextQuestion, hasNews);
+      continue;
+    }
+    nextQuestion = now + questionInterval;
+    lock.unlock();
+    const bool givesUp = mustGiveUp();
+    lock.lock();
+    isAbandoned = isAbandoned || (givesUp && task);
+    isOver = hasNews();
+  }
+}
+
+bool JavaPump::RunOnJava(Task given, const Condition &mustGiveUp) {
   if (!Start())
     return false;
   std::unique_lock lock(mutex);
-  task = &given;
+  if (isAbandoned)
+    return false;
+  task = std::make_shared<const Task>(std::move(given));
   changed.notify_all();
   for (;;) {
-    changed.wait(lock, [this] { return !task || call || isAbandoned; });
+    AwaitNews(lock, mustGiveUp);
     if (isAbandoned) {
       call = nullptr;
       changed.notify_all();

@@ -11,7 +11,11 @@
 #include "report/run_event.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <future>
+#include <memory>
+#include <thread>
 #include <utility>
 
 namespace VLXSLT {
@@ -21,6 +25,10 @@ namespace {
 // What the layer returns when all is well.
 constexpr int32_t success = 1;
 constexpr const char *layerClass = "vlxslt/VLXSLTJavaLayer";
+// For the removal of unfinished outputs, when the program must end.
+constexpr auto discardTime = std::chrono::seconds(1);
+
+using processors::JavaMachine;
 
 std::vector<std::string> SplitClassPath(const std::string &classPath) {
   std::vector<std::string> entries;
@@ -174,26 +182,35 @@ bool XSLTManagedLayer::FindMethods(JNIEnv *java, jclass type) {
       methods.setTransformer
           ? java->GetMethodID(
                 type, "TransformXMLFile",
-                "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[Ljava/lang/String;)I")
+                "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;"
+                "[Ljava/lang/String;)I")
           : nullptr;
   methods.probe = methods.transform
                       ? java->GetMethodID(type, "ProbeProcessor", "(Ljava/lang/String;)[Ljava/lang/String;")
                       : nullptr;
-  return methods.probe;
+  methods.discardOutputs = methods.probe ? java->GetMethodID(type, "DiscardOutputs", "()V") : nullptr;
+  return methods.discardOutputs;
 }
 
-template <class Body> bool XSLTManagedLayer::RunInJava(Body body) {
-  std::string fault;
-  const bool returned = pump.RunOnJava([&] {
-    const processors::LocalFrame frame(machine->Environment());
-    body(*machine->Environment());
-    fault = machine->TakeException();
-  });
-  if (!fault.empty())
-    report::ReportProblem(report::MessageId::JavaFailed, {fault});
+template <class Result, class Body>
+std::optional<Result> XSLTManagedLayer::RunInJava(Body body, const processors::JavaPump::Condition &mustGiveUp) {
+  struct Work {
+    Result result{};
+    std::string fault;
+  };
+  const auto work = std::make_shared<Work>();
+  const bool returned = pump.RunOnJava(
+      [java = machine.get(), body = std::move(body), work] {
+        const processors::LocalFrame frame(java->Environment());
+        body(*java, work->result);
+        work->fault = java->TakeException();
+      },
+      mustGiveUp);
   if (!returned)
-    NoteLoss();
-  return returned;
+    return std::nullopt;
+  if (!work->fault.empty())
+    report::ReportProblem(report::MessageId::JavaFailed, {work->fault});
+  return std::move(work->result);
 }
 
 void XSLTManagedLayer::NoteLoss() {
@@ -201,13 +218,29 @@ void XSLTManagedLayer::NoteLoss() {
   report::ReportProblem(problem);
 }
 
+// The transformation goes on, and nobody can stop it; but it writes nothing any more.
+void XSLTManagedLayer::GiveUp() {
+  problem = report::LoadMessage(report::MessageId::JavaGivenUp);
+  report::ReportProblem(report::MessageId::TransformationGivenUp);
+  const auto isDone = std::make_shared<std::promise<void>>();
+  std::future<void> done = isDone->get_future();
+  // Java may have no memory left even for that.
+  std::thread([java = machine.get(), called = methods, isDone] {
+    java->RunAttached([&](JNIEnv &attached) { attached.CallVoidMethod(called.layer, called.discardOutputs); });
+    isDone->set_value();
+  }).detach();
+  static_cast<void>(done.wait_for(discardTime));
+}
+
 bool XSLTManagedLayer::SetTransformer(const std::string &className) {
   if (className.empty() || !EnsureJava(className))
     return false;
-  int32_t result = 0;
-  RunInJava([&](JNIEnv &java) {
-    result = java.CallIntMethod(methods.layer, methods.setTransformer, machine->MakeString(className.c_str()));
+  const auto result = RunInJava<int32_t>([called = methods, className](const JavaMachine &java, int32_t &returned) {
+    returned =
+        java.Environment()->CallIntMethod(called.layer, called.setTransformer, java.MakeString(className.c_str()));
   });
+  if (!result)
+    NoteLoss();
   if (result != success)
     NameMissingEntries();
   return result == success;
@@ -221,42 +254,52 @@ void XSLTManagedLayer::NameMissingEntries() const {
 }
 
 processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &job) {
-  processors::JobResult result;
+  std::optional<processors::JobResult> result;
+  bool isGivenUp = false;
+  const auto mustGiveUp = [&isGivenUp] { return isGivenUp = V_ApiIsCancelled() == V_CANCEL_AT_ONCE; };
   if (EnsureJava({})) {
-    RunInJava([&](JNIEnv &java) {
-      const ResultOfJob end(result);
-      jobjectArray parameters = job.parameters.empty() ? nullptr : machine->MakeStringArray(job.parameters);
-      if (java.CallIntMethod(methods.layer, methods.transform, machine->MakeString(job.input.c_str()),
-                             machine->MakeString(kit::OrNull(job.stylesheet)), machine->MakeString(job.output.c_str()),
-                             machine->MakeString(kit::OrNull(job.result)), parameters) == success)
-        result.status = processors::JobStatus::Done;
-    });
-    if (result.status == processors::JobStatus::Done && machine)
+    result = RunInJava<processors::JobResult>(
+        [called = methods, job](const JavaMachine &java, processors::JobResult &done) {
+          const ResultOfJob end(done);
+          jobjectArray parameters = job.parameters.empty() ? nullptr : java.MakeStringArray(job.parameters);
+          if (java.Environment()->CallIntMethod(called.layer, called.transform, java.MakeString(job.input.c_str()), java.MakeString(kit::OrNull(job.inputContent)),
+                                                java.MakeString(kit::OrNull(job.stylesheet)),
+                                                java.MakeString(job.output.c_str()),
+                                                java.MakeString(kit::OrNull(job.result)), parameters) == success)
+            done.status = processors::JobStatus::Done;
+        },
+        mustGiveUp);
+    if (result && result->status == processors::JobStatus::Done)
       machine->NoteSuccess();
+    else if (!result && isGivenUp)
+      GiveUp();
+    else if (!result)
+      NoteLoss();
   }
   processors::VLXSLTEntityResolverC::GetInstance().Terminate();
-  return result;
+  const auto without = isGivenUp ? processors::JobStatus::Cancelled : processors::JobStatus::Failed;
+  return result.value_or(processors::JobResult{without});
 }
 
 processors::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const std::string &className) {
-  processors::ProcessorProbe probe;
-  if (!EnsureJava("probe")) {
-    probe.error = problem;
-    return probe;
-  }
-  const bool returned = RunInJava([&](JNIEnv &java) {
-    auto fields = static_cast<jobjectArray>(
-        java.CallObjectMethod(methods.layer, methods.probe, machine->MakeString(className.c_str())));
-    if (!fields)
-      return;
-    const auto field = [&](jsize index) {
-      return processors::ReadString(&java, static_cast<jstring>(java.GetObjectArrayElement(fields, index)));
-    };
-    probe = {field(0), field(1), field(2), field(3)};
-  });
-  if (!returned)
-    probe.error = problem;
-  return probe;
+  if (!EnsureJava("probe"))
+    return {.error = problem};
+  const auto probe = RunInJava<processors::ProcessorProbe>(
+      [called = methods, className](const JavaMachine &java, processors::ProcessorProbe &found) {
+        JNIEnv *environment = java.Environment();
+        auto fields = static_cast<jobjectArray>(
+            environment->CallObjectMethod(called.layer, called.probe, java.MakeString(className.c_str())));
+        if (!fields)
+          return;
+        const auto field = [&](jsize index) {
+          return processors::ReadString(environment,
+                                        static_cast<jstring>(environment->GetObjectArrayElement(fields, index)));
+        };
+        found = {field(0), field(1), field(2), field(3)};
+      });
+  if (!probe)
+    NoteLoss();
+  return probe.value_or(processors::ProcessorProbe{.error = problem});
 }
 
 void XSLTManagedLayer::ShutDown() {

@@ -39,6 +39,7 @@ private:
     jmethodID setTransformer = nullptr;
     jmethodID probe = nullptr;
     jmethodID setClassPath = nullptr;
+    jmethodID discardOutputs = nullptr;
   };
 
   // `purpose` tells apart what is worth a class archive of its own.
@@ -51,9 +52,13 @@ private:
   [[nodiscard]] bool FindMethods(JNIEnv *java, jclass type);
   [[nodiscard]] bool GiveTexts(JNIEnv *java, jclass type, jobject layer);
   void NameMissingEntries() const;
-  // Runs on the Java thread with the machine; a pending exception becomes a message. False when Java is gone.
-  template <class Body> bool RunInJava(Body body);
+  // Runs on the Java thread with the machine, and what `body` leaves in its second argument; a pending exception
+  // becomes a message. Nothing when Java is gone, or was given up: `body` may still run then, so it owns what it
+  // touches.
+  template <class Result, class Body>
+  [[nodiscard]] std::optional<Result> RunInJava(Body body, const processors::JavaPump::Condition &mustGiveUp = {});
   void NoteLoss();
+  void GiveUp();
 
   std::string classPath;
   ClassPathParts parts; // of the class path, once Java needs them

@@ -16,10 +16,12 @@ import vlxslt.ProcessorAdapter.Stylesheet;
  */
 final class Job {
   /**
-   * What was asked for: paths, the stylesheet's empty when the input names it. The result is where the output will be in
-   * the end, which is another file when the caller puts it in place.
+   * What was asked for: paths, the stylesheet's empty when the input names it. The content is the file that holds the
+   * input, mostly the input itself. The result is where the output will be in the end, which is another file when the
+   * caller puts it in place.
    */
-  record Request(String input, String stylesheet, String output, String result, Map<String, String> parameters) {}
+  record Request(String input, String inputContent, String stylesheet, String output, String result,
+      Map<String, String> parameters) {}
 
   private final Request request;
   private final IVLXSLTJavaHandler handler;
@@ -33,6 +35,8 @@ final class Job {
     this.handler = handler;
     diagnostics = new Diagnostics(handler);
     documents = new Documents(handler, diagnostics, parsers);
+    if (!request.inputContent.equals(request.input))
+      documents.readInstead(input(), Path.of(request.inputContent));
   }
 
   Diagnostics diagnostics() {
@@ -69,7 +73,7 @@ final class Job {
   void run(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
     diagnostics.setSubject(input());
     Path target = Path.of(request.output);
-    Path source = Path.of(request.input);
+    Path source = Path.of(request.inputContent);
     if (Files.exists(target) && Files.exists(source) && Files.isSameFile(target, source))
       throw new IOException(Text.OUTPUT_IS_INPUT.with(request.output));
     Stylesheet stylesheet = compile(processor, stylesheets);

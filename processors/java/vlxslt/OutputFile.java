@@ -11,6 +11,8 @@ import java.nio.file.StandardCopyOption;
 import java.nio.file.StandardOpenOption;
 import java.nio.file.attribute.PosixFileAttributeView;
 import java.nio.file.attribute.PosixFileAttributes;
+import java.util.Set;
+import java.util.concurrent.ConcurrentHashMap;
 import java.util.concurrent.atomic.AtomicInteger;
 
 /**
@@ -20,7 +22,9 @@ import java.util.concurrent.atomic.AtomicInteger;
 final class OutputFile extends OutputStream {
   private static final int MAX_LINKS = 40;
   private static final AtomicInteger counter = new AtomicInteger();
+  private static final Set<OutputFile> unfinished = ConcurrentHashMap.newKeySet();
   private static String unfinishedPrefix = ".vlxslt-";
+  private static boolean isClosed; // for good
 
   private final Path named;
   private final Path target; // what it leads to, when it is a link
@@ -46,6 +50,7 @@ final class OutputFile extends OutputStream {
     if (!renames && !exists)
       throw new IOException(Text.OUTPUT_FOLDER_READ_ONLY.with(folder));
     written = renames ? folder.resolve(name) : Files.createTempFile("vlxslt-", ".tmp");
+    register();
     stream = new java.io.BufferedOutputStream(
         Files.newOutputStream(written, StandardOpenOption.CREATE, StandardOpenOption.TRUNCATE_EXISTING), 1 << 16);
   }
@@ -53,6 +58,23 @@ final class OutputFile extends OutputStream {
   /** How the names of files begin that are not whole yet; they tell which process writes them. */
   static void setUnfinishedPrefix(String prefix) {
     unfinishedPrefix = prefix;
+  }
+
+  /** Runs a commit of one or several files; not interrupted by `discardAll`, and refused after it. */
+  static void commitTogether(Commit commit) throws IOException {
+    synchronized (unfinished) {
+      if (isClosed)
+        throw new IOException("Outputs are discarded");
+      commit.run();
+    }
+  }
+
+  /** From any thread, while others write: what is unfinished goes, and nothing more takes its place. */
+  static void discardAll() {
+    synchronized (unfinished) {
+      isClosed = true;
+    }
+    unfinished.forEach(OutputFile::delete);
   }
 
   @Override
@@ -78,6 +100,7 @@ final class OutputFile extends OutputStream {
       remember(open::close);
   }
 
+  /** Only inside `commitTogether`. */
   void commit() throws IOException {
     close();
     if (failure != null)
@@ -86,7 +109,7 @@ final class OutputFile extends OutputStream {
       try (OutputStream out = Files.newOutputStream(target)) {
         Files.copy(written, out);
       }
-      Files.delete(written);
+      delete();
       return;
     }
     keepAttributes();
@@ -95,6 +118,7 @@ final class OutputFile extends OutputStream {
     } catch (AtomicMoveNotSupportedException e) {
       Files.move(written, target, StandardCopyOption.REPLACE_EXISTING);
     }
+    unfinished.remove(this);
   }
 
   /** Removes what was written; the target is as it was. After a commit it does nothing. */
@@ -104,8 +128,21 @@ final class OutputFile extends OutputStream {
     } catch (IOException e) {
       // The file goes anyway.
     }
+    delete();
+  }
+
+  private void register() throws IOException {
+    synchronized (unfinished) {
+      if (isClosed)
+        throw new IOException("Outputs are discarded");
+      unfinished.add(this);
+    }
+  }
+
+  private void delete() {
     try {
       Files.deleteIfExists(written);
+      unfinished.remove(this);
     } catch (IOException e) {
       written.toFile().deleteOnExit();
     }
@@ -147,6 +184,10 @@ final class OutputFile extends OutputStream {
     String file() {
       return file;
     }
+  }
+
+  interface Commit {
+    void run() throws IOException;
   }
 
   private interface Write {

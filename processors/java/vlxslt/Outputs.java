@@ -78,8 +78,10 @@ final class Outputs implements AutoCloseable {
       principal.discard();
       files.remove(principal);
     }
-    for (OutputFile file : files)
-      file.commit();
+    OutputFile.commitTogether(() -> {
+      for (OutputFile file : files)
+        file.commit();
+    });
     return others().filter(file -> !file.hasTargetOf(principal)).map(file -> file.path().toString()).toList();
   }
 

@@ -99,13 +99,17 @@ public final class VLXSLTJavaLayer {
   /** Runs one transformation to its end; the handler hears of its results last. */
   public int TransformXMLFile(String xmlFilePath, String xslFilePath, String outputFilePath,
       String[] stylesheetParams) {
-    return TransformXMLFile(xmlFilePath, xslFilePath, outputFilePath, null, stylesheetParams);
+    return TransformXMLFile(xmlFilePath, null, xslFilePath, outputFilePath, null, stylesheetParams);
   }
 
-  /** The same for an output that the caller will put in the place of `resultFilePath`, unless that is null. */
-  public int TransformXMLFile(String xmlFilePath, String xslFilePath, String outputFilePath, String resultFilePath,
-      String[] stylesheetParams) {
-    Job job = new Job(new Job.Request(xmlFilePath, xslFilePath == null ? "" : xslFilePath, outputFilePath,
+  /**
+   * The same for an input whose content is in `xmlContentPath`, and an output that the caller will put in the place of
+   * `resultFilePath`, unless these are null.
+   */
+  public int TransformXMLFile(String xmlFilePath, String xmlContentPath, String xslFilePath, String outputFilePath,
+      String resultFilePath, String[] stylesheetParams) {
+    Job job = new Job(new Job.Request(xmlFilePath, xmlContentPath == null ? xmlFilePath : xmlContentPath,
+        xslFilePath == null ? "" : xslFilePath, outputFilePath,
         resultFilePath == null ? outputFilePath : resultFilePath, pairsOf(stylesheetParams)), handler, parsers);
     try {
       if (current == null)
@@ -120,6 +124,11 @@ public final class VLXSLTJavaLayer {
     } finally {
       job.tellResult();
     }
+  }
+
+  /** From any thread, and for good: nothing more is written, and what is unfinished is removed. */
+  public void DiscardOutputs() {
+    OutputFile.discardAll();
   }
 
   private Processor find(String tClass) {
