@@ -130,6 +130,7 @@ enum class MessageId : uint16_t {
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
   JavaLayerLast = 18275,
+  RunNotPossible = 18320,
 };
 
 // The embedded image, valid for the life of the client.
