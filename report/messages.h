@@ -100,7 +100,6 @@ enum class MessageId : uint16_t {
   OutOfMemory = 18169,
   CannotMakeFolder = 18200,
   SharedOutput = 18201,
-  OutputIsOwnInput = 18202,
   // What is foreseen of a job.
   ForeseenInputMissing = 18210,
   ForeseenUnsavedChanges = 18211,
@@ -131,6 +130,8 @@ enum class MessageId : uint16_t {
   JavaLayerFirst = 18250,
   JavaLayerLast = 18275,
   RunNotPossible = 18320,
+  OutputIsStylesheet = 18321,
+  ForeseenOwnStylesheet = 18322,
 };
 
 // The embedded image, valid for the life of the client.
