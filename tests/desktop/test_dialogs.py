@@ -111,6 +111,24 @@ class DialogTest(WindowTest):
             self.assertIn(written, self.read("dita.xml"))
         self.leave(windows)
 
+    def test_a_pop_up_keeps_the_focus_while_a_save_goes_on(self):
+        # So large that the keys are there before it is saved.
+        entry = "<Transformation><Name>{}</Name><Input><XSLPath>a.xsl</XSLPath></Input><Processor>XSLTC</Processor></Transformation>"
+        self.write("dita.xml", f"<Transformations>{''.join(entry.format(number) for number in range(4000))}</Transformations>")
+        windows = self.workbench("a.xml")
+        self.open_editor(windows)
+        self.display.type("New")
+        windows.wait_until_shown("Edit Transformation", "Save")
+        self.display.keys("Return", *["Tab"] * 4)  # to the processor
+        windows.wait_until_hidden("Edit Transformation", "Save")
+        self.display.keys("Up")
+        windows.wait_until_hidden("Edit Transformation", "Save As...")  # there is no processor above
+        self.display.keys("Escape")
+        self.reach(windows, "Manage Transformations")
+        self.close_dialog(windows)
+        self.assertEqual((self.names()[0], len(self.names())), ("New", 4000))
+        self.leave(windows)
+
     def test_a_dialog_on_its_own_shows_its_run(self):
         self.add_transformation("Slow", "--xsl", self.path("slow.xsl"), "--suffix", "-out")
         for name in SLOW_INPUTS:
