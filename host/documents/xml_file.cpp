@@ -117,7 +117,7 @@ XmlDocument ReadXmlFile(const std::string &path) {
   // The parser's limits of depth and size are there for entities that unfold without end. Without any, what a document
   // needs is bounded by its own size.
   const xmlDtd *subset = read.document ? read.document.Get()->intSubset : nullptr;
-  if (!read.problem.empty() && !(subset && subset->entities))
+  if (!read.problem.empty() && !(subset && (subset->entities || subset->pentities)))
     read = ParseXmlFile(path, quietOptions | XML_PARSE_HUGE);
   return read;
 }
