@@ -95,7 +95,7 @@ TEST(ComponentSources, AreKnownByWhatIsInThem) {
 // Circles and diamonds end; depth, of maps, of books and of elements, is no reason to leave anything out.
 TEST(Walks, EndWhateverTheMapsSay) {
   const test::Folder folder;
-  constexpr int count = 3000;
+  constexpr int count = 300;
   Strings topics;
   for (int index = 0; index < count; ++index) {
     const std::string number = std::to_string(index);
