@@ -123,9 +123,9 @@ std::string ScopePart(const State &state, kit::RequestBuilder &check) {
 std::string ChoicePart(const State &state, kit::RequestBuilder &check) {
   if (ByXsl(state))
     return " " + Option(check, "-xslfilepath", state.xslPath) + " ";
-  const std::string catalogue =
+  const std::string source =
       state.appName.empty() ? Option(check, "-trfile", state.trFilePath) : "-appname " + state.appName;
-  return " " + catalogue + " " + Option(check, "-trname", state.trName);
+  return " " + source + " " + Option(check, "-trname", state.trName);
 }
 
 bool Offers(const std::optional<std::vector<std::string>> &names, const std::string &name) {
