@@ -21,7 +21,7 @@ std::string RealPath(const std::string &path) {
   return error ? path : real.string();
 }
 
-enum class Conflict { None, OwnInput, SharedOutput };
+enum class Conflict { None, OwnInput, OwnStylesheet, SharedOutput };
 
 struct FoundConflict {
   Conflict kind = Conflict::None;
@@ -38,14 +38,16 @@ public:
       return {};
     const std::string output = RealPath(job.output);
     const auto [first, isNew] = byOutput.try_emplace(output, &job);
-    if (output == RealPath(job.input))
-      return {Conflict::OwnInput};
-    return isNew ? FoundConflict() : FoundConflict{Conflict::SharedOutput, first->second};
+    if (IsOwnStylesheet(job, job.output))
+      return {Conflict::OwnStylesheet};
+    if (!isNew)
+      return {Conflict::SharedOutput, first->second};
+    return {output == RealPath(job.input) ? Conflict::OwnInput : Conflict::None};
   }
 
-  // A transformation may be meant to replace its input.
+  // A run may be meant to replace its input: the result takes its place when it is whole.
   [[nodiscard]] bool IsFatal(const FoundConflict &conflict) const {
-    return (conflict.kind == Conflict::OwnInput && plan.section == SectionKind::BareStylesheet) ||
+    return conflict.kind == Conflict::OwnStylesheet ||
            (conflict.kind == Conflict::SharedOutput && plan.distinctOutputs);
   }
 
@@ -67,11 +69,14 @@ public:
       Stop(foresight, JobStatus::Failed, MessageId::ForeseenStylesheetMissing);
     if (plan.isComplete && !knowsProcessor)
       Stop(foresight, JobStatus::Failed, MessageId::ForeseenProcessorUnknown);
-    if (job.place == OutputPlace::Asked)
+    const FoundConflict conflict = conflicts.Find(job);
+    if (conflict.kind == Conflict::OwnStylesheet)
+      Stop(foresight, JobStatus::Refused, MessageId::ForeseenOwnStylesheet);
+    else if (job.place == OutputPlace::Asked)
       foresight.asks.emplace_back("place");
     else if (job.place != OutputPlace::Temporary && job.place != OutputPlace::Elsewhere)
       LookAtOutput(job, foresight);
-    LookForConflict(job, foresight);
+    TellConflict(conflict, foresight);
     return foresight;
   }
 
@@ -107,13 +112,11 @@ private:
       Stop(foresight, JobStatus::Refused, MessageId::ForeseenOutputReadOnly);
   }
 
-  void LookForConflict(const PlannedJob &job, Foresight &foresight) {
-    const FoundConflict conflict = conflicts.Find(job);
-    if (conflict.kind == Conflict::None)
-      return;
-    const bool isOwn = conflict.kind == Conflict::OwnInput;
-    foresight.problems.push_back(isOwn ? report::LoadMessage(MessageId::ForeseenOwnInput)
-                                       : report::FormatMessage(MessageId::ForeseenSameOutput, {conflict.other->input}));
+  void TellConflict(const FoundConflict &conflict, Foresight &foresight) const {
+    if (conflict.kind == Conflict::OwnInput)
+      foresight.problems.push_back(report::LoadMessage(MessageId::ForeseenOwnInput));
+    else if (conflict.kind == Conflict::SharedOutput)
+      foresight.problems.push_back(report::FormatMessage(MessageId::ForeseenSameOutput, {conflict.other->input}));
     if (foresight.status == JobStatus::Done && conflicts.IsFatal(conflict))
       foresight.status = JobStatus::Failed;
   }
@@ -143,8 +146,8 @@ RequestCheck CheckDistinctOutputs(const RunPlan &plan) {
     const FoundConflict conflict = conflicts.Find(job);
     if (!conflicts.IsFatal(conflict))
       continue;
-    if (conflict.kind == Conflict::OwnInput)
-      report::ReportProblem(MessageId::OutputIsOwnInput, {job.input, job.output});
+    if (conflict.kind == Conflict::OwnStylesheet)
+      report::ReportProblem(MessageId::OutputIsStylesheet, {job.input, job.output});
     else
       report::ReportProblem(MessageId::SharedOutput, {job.input, job.output, conflict.other->input});
     return RequestCheck::Refused;

@@ -95,6 +95,10 @@ std::optional<MessageId> FindFolderObstacle(const std::string &output) {
 
 bool IsProtected(const std::string &output) { return !kit::IsFile(output) || !kit::IsWritable(output); }
 
+bool IsOwnStylesheet(const PlannedJob &job, const std::string &output) {
+  return !output.empty() && !job.stylesheet.empty() && catalogue::IsSameFile(job.stylesheet, output);
+}
+
 OutputCheck CheckOutput(const std::string &output) {
   if (output.empty())
     return {};

@@ -31,6 +31,9 @@ struct ChosenOutput {
 // Whether an existing file cannot be replaced.
 [[nodiscard]] bool IsProtected(const std::string &output);
 
+// Whether the job would write over the stylesheet that it applies; not known where the input names its own.
+[[nodiscard]] bool IsOwnStylesheet(const PlannedJob &job, const std::string &output);
+
 struct OutputCheck {
   bool isAccepted = false;
   std::optional<report::Diagnostic> problem = {}; // why not, unless the person has just said no

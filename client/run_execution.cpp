@@ -101,6 +101,11 @@ private:
       Refuse(job, shown, JobStatus::Failed, DescribeMissingStylesheet(job));
       return;
     }
+    if (IsOwnStylesheet(job, chosen.output)) {
+      Refuse(job, shown, JobStatus::Refused,
+             report::MakeProblem(MessageId::OutputIsStylesheet, {job.input, chosen.output}));
+      return;
+    }
     std::optional<report::Diagnostic> problem;
     if (plan.makeFolders && !isElsewhere && !chosen.output.empty())
       problem = MakeFolderOf(chosen.output);

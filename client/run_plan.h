@@ -71,7 +71,7 @@ struct Foresight {
 // One for each job, from the files as they are now.
 [[nodiscard]] std::vector<Foresight> Foresee(const RunPlan &plan);
 
-// For a plan with `distinctOutputs`: the first job whose output is another job's too, or its own input; reported.
+// For a plan with `distinctOutputs`: the first job whose output is another job's too, or its stylesheet; reported.
 [[nodiscard]] RequestCheck CheckDistinctOutputs(const RunPlan &plan);
 
 } // namespace client

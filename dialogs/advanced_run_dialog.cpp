@@ -1,6 +1,7 @@
 #include "dialogs/advanced_run_dialog.h"
 
 #include "catalogue/location.h"
+#include "catalogue/xml_text.h"
 #include "dialogs/choose_manage_dialog.h"
 #include "dialogs/dialog_numbers.h"
 #include "dialogs/item_rows.h"
@@ -51,7 +52,8 @@ struct AdvancedRunDialog {
   std::string request;
   V_ObjectT dialog = 0;
 
-  std::string nameText; // what the transformation box shows; it may have been typed
+  std::string nameText;  // what the transformation box shows; it may have been typed
+  std::string foundName; // the last one that was chosen, or found after it had been typed
   bool hasCurrentFile = false;
   bool hasOpenFiles = false;
   bool hasChildren = false;
@@ -95,55 +97,76 @@ bool ByName(const State &state) { return state.choice == ByTransformation; }
 bool ByXsl(const State &state) { return state.choice == ByXslFile; }
 
 bool CanRun(const State &state) {
-  return (!RunsFolder(state) || !state.folderPath.empty()) && !(ByName(state) ? state.nameText : state.xslPath).empty();
+  // No transformation has a name of blanks only.
+  const bool hasChoice = ByName(state) ? !catalogue::Trim(state.nameText).empty() : !state.xslPath.empty();
+  return hasChoice && (!RunsFolder(state) || !state.folderPath.empty());
 }
 
-std::string ScopePart(const State &state) {
+// An option with its value. The bytes of the request are settled; the builder beside it only finds what cannot be sent.
+std::string Option(kit::RequestBuilder &check, const std::string &option, const std::string &value) {
+  check.Add(option, {value});
+  return option + " " + kit::QuoteValue(value);
+}
+
+std::string ScopePart(const State &state, kit::RequestBuilder &check) {
   switch (state.scope) {
   case AllOpenFiles:
     return "-allopenfiles ";
   case Folder:
-    return (state.includeSubFolders ? "-folders " : "-folder ") + kit::QuoteValue(state.folderPath) + " ";
+    return Option(check, state.includeSubFolders ? "-folders" : "-folder", state.folderPath) + " ";
   default:
     return OffersChildren(state) && state.includeChildren ? "-currentfilewithchildren" : "-currentfile";
   }
 }
 
 // The name of an application stands without quotes.
-std::string ChoicePart(const State &state) {
+std::string ChoicePart(const State &state, kit::RequestBuilder &check) {
   if (ByXsl(state))
-    return " -xslfilepath " + kit::QuoteValue(state.xslPath) + " ";
-  return (state.appName.empty() ? " -trfile " + kit::QuoteValue(state.trFilePath) : " -appname " + state.appName) +
-         " -trname " + kit::QuoteValue(state.trName);
+    return " " + Option(check, "-xslfilepath", state.xslPath) + " ";
+  const std::string source =
+      state.appName.empty() ? Option(check, "-trfile", state.trFilePath) : "-appname " + state.appName;
+  return " " + source + " " + Option(check, "-trname", state.trName);
 }
 
 bool Offers(const std::optional<std::vector<std::string>> &names, const std::string &name) {
   return names && std::ranges::find(*names, name) != names->end();
 }
 
-// A name that was typed is looked for where the last one was chosen, then with the active document's applications. It
-// is kept when no catalogue has it: the run says so, and where it looked.
-void MatchTypedName(State &state) {
-  if (state.nameText == state.trName)
-    return;
-  state.trName = state.nameText;
+// Looks with the last choice, then with the active document's applications, and takes over where the name is.
+bool FindTypedName(State &state) {
   if (!state.appName.empty() ? Offers(catalogue::GetTransformationNames(state.appName), state.trName)
                              : catalogue::GetTransformation(state.trFilePath, {}, state.trName).has_value())
-    return;
+    return true;
   const V_ObjectT document = V_ApiGetObject(V_SESSION, V_SP_ACTIVE_DOCUMENT);
   for (const std::string &application : catalogue::GetApplicationsForDocument(document))
     if (Offers(catalogue::GetTransformationNames(application), state.trName)) {
       state.appName = application;
-      return;
+      return true;
     }
   if (state.appName.empty() && state.trFilePath.empty())
     state.trFilePath = catalogue::GetDefaultTransformationFile();
+  return false;
+}
+
+// A name that no catalogue has is kept: the run says so, and where it looked. It is looked for again at the next run,
+// when another document may be active.
+void MatchTypedName(State &state) {
+  if (state.nameText == state.foundName)
+    return;
+  state.trName = state.nameText;
+  state.foundName = FindTypedName(state) ? state.trName : std::string();
 }
 
 void Compose(State &state) {
   if (ByName(state))
     MatchTypedName(state);
-  state.request = std::string(kit::runRequestName) + "  " + ScopePart(state) + ChoicePart(state);
+  kit::RequestBuilder check(kit::runRequestName);
+  state.request = std::string(kit::runRequestName) + "  " + ScopePart(state, check) + ChoicePart(state, check);
+  if (check.Problem().empty())
+    return;
+  state.request.clear();
+  V_ApiAlert(report::FormatMessage(MessageId::RunNotPossible, {check.Problem()}).c_str(), V_ALERT_PLAIN);
+  V_ApiKeepDialogUp(state.dialog);
 }
 
 void BrowseForFolder(State &state) {
@@ -158,7 +181,7 @@ void BrowseForTransformation(State &state) {
   const ChosenTransformation chosen = OpenChooseManageDialog(
       RunsCurrentFile(state) && !withChildren ? ChooseMode::ForActiveDocument : ChooseMode::AmongAll);
   if (!chosen.trName.empty()) {
-    state.trName = state.nameText = chosen.trName;
+    state.trName = state.nameText = state.foundName = chosen.trName;
     state.appName = chosen.appName;
     state.trFilePath = chosen.appName.empty() ? chosen.trFilePath : std::string();
   }

@@ -4,6 +4,7 @@
 #include "catalogue/stylesheet_parameters.h"
 #include "catalogue/transformation.h"
 #include "catalogue/writer.h"
+#include "catalogue/xml_text.h"
 #include "dialogs/dialog_numbers.h"
 #include "dialogs/item_rows.h"
 #include "dialogs/stylesheet_params_dialog.h"
@@ -65,7 +66,9 @@ struct NewEditDialog {
   uint32_t outputLocation = noSave;
   uint32_t sameLocationKind = AddSuffix;
   std::string trName;
+  // The entry that Save replaces in Edit mode: the one that Edit opened, later the one that was saved last.
   std::string oldName;
+  std::string oldFilePath;
   std::string xslPath;
   std::string processorName;
   std::vector<std::string> processorLabels; // behind a heading
@@ -185,15 +188,24 @@ void NoteSaved(State &state, catalogue::EditResult result) {
   if (result == catalogue::EditResult::Failed)
     V_ApiAlert(report::LoadMessage(MessageId::RequiredFieldsMissing).c_str(), V_ALERT_PLAIN);
   state.modified = result != catalogue::EditResult::Saved;
+  if (result == catalogue::EditResult::Saved) {
+    state.oldName = catalogue::Trim(state.record.name); // as the catalogue has it
+    state.oldFilePath = state.trFilePath;
+  }
   V_ApiKeepDialogUp(state.dialog);
+}
+
+// In another file the record is a new one: what stands there under its name is not what the person opened.
+bool ReplacesOldEntry(const State &state) {
+  return state.editMode == Edit && catalogue::IsSameFile(state.trFilePath, state.oldFilePath);
 }
 
 void Save(State &state) {
   BuildRecord(state);
-  NoteSaved(state, state.editMode == New
-                       ? catalogue::AddTransformation(state.trFilePath, state.record, processors::IsKnownProcessor)
-                       : catalogue::EditTransformation(state.trFilePath, state.record, state.oldName,
-                                                       processors::IsKnownProcessor));
+  NoteSaved(state, ReplacesOldEntry(state)
+                       ? catalogue::EditTransformation(state.trFilePath, state.record, state.oldName,
+                                                       processors::IsKnownProcessor)
+                       : catalogue::AddTransformation(state.trFilePath, state.record, processors::IsKnownProcessor));
 }
 
 void SaveAs(State &state) {
@@ -219,11 +231,14 @@ bool HasConfiguredProcessor(const State &state) {
   return state.chosenProcessor >= 1 && position <= processors.size() && !processors[position - 1].name.empty();
 }
 
+// A catalogue keeps no blanks at the ends of a text. A suffix that is gone would mean the source itself.
+bool IsBlank(const std::string &text) { return catalogue::Trim(text).empty(); }
+
 bool IsComplete(const State &state) {
   const bool hasInput = !UsesXslFile(state) || !state.xslPath.empty();
   const bool lacksFolder = SavesInFolder(state) && state.dirPath.empty();
-  const bool lacksSuffix = AddsSuffix(state) && state.suffix.empty();
-  return !state.trName.empty() && hasInput && HasConfiguredProcessor(state) && !lacksFolder && !lacksSuffix;
+  const bool lacksSuffix = AddsSuffix(state) && IsBlank(state.suffix);
+  return !IsBlank(state.trName) && hasInput && HasConfiguredProcessor(state) && !lacksFolder && !lacksSuffix;
 }
 
 bool CanSave(const State &state) { return IsComplete(state) && !state.trFilePath.empty() && state.modified; }
@@ -266,7 +281,7 @@ void Open(const std::string &trFilePath, const std::string &trName, EditMode mod
     state.dialog = OpenDialog("new_edit_transformation");
   if (!state.dialog)
     return;
-  state.trFilePath = trFilePath;
+  state.trFilePath = state.oldFilePath = trFilePath;
   state.trName = state.oldName = trName;
   state.editMode = mode;
   const MessageId title = mode == New ? MessageId::NewTransformationTitle : MessageId::EditTransformationTitle;

@@ -100,7 +100,6 @@ enum class MessageId : uint16_t {
   OutOfMemory = 18169,
   CannotMakeFolder = 18200,
   SharedOutput = 18201,
-  OutputIsOwnInput = 18202,
   // What is foreseen of a job.
   ForeseenInputMissing = 18210,
   ForeseenUnsavedChanges = 18211,
@@ -132,6 +131,9 @@ enum class MessageId : uint16_t {
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
   JavaLayerLast = 18275,
+  RunNotPossible = 18320,
+  OutputIsStylesheet = 18321,
+  ForeseenOwnStylesheet = 18322,
 };
 
 // The embedded image, valid for the life of the client.

@@ -1,6 +1,7 @@
 #include "host/desktop/dialog_window.h"
 
 #include "host/desktop/dialog_layout.h"
+#include "host/desktop/keyboard_focus.h"
 #include "host/desktop/window_events.h"
 #include "host/desktop/window_texts.h"
 
@@ -249,9 +250,7 @@ bool DialogWindow::PressByKey(int key) {
 
 // A window in which no control has the focus gets no keys.
 void DialogWindow::KeepFocus() {
-  const wxWindow *focused = FindFocus();
-  if (!IsActive() ||
-      (focused && focused != this && focused->IsEnabled() && IsDescendant(const_cast<wxWindow *>(focused))))
+  if (!IsActive() || HasFocusedControl(*this))
     return;
   for (wxWindow *next : {static_cast<wxWindow *>(grid), FindControl(snapshot.focus), FindControl(snapshot.defaultItem),
                          FindControl(snapshot.cancelItem)})

@@ -7,15 +7,14 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <memory>
 #include <set>
 #include <system_error>
+#include <utility>
 
 namespace host {
 
 namespace {
-
-// Bounds the recursion: no real document nests as deeply.
-constexpr int maxNesting = 200;
 
 bool IsMapOutline(const XmlOutline &outline) {
   static constexpr std::array<std::string_view, 3> roots = {"map", "bookmap", "subjectScheme"};
@@ -24,6 +23,14 @@ bool IsMapOutline(const XmlOutline &outline) {
          (id.find("DITA") != std::string::npos && id.find("Map//") != std::string::npos);
 }
 
+// Elements that are still to be followed: siblings of one file, from `next` on.
+struct Siblings {
+  const xmlNode *next = nullptr;
+  std::string path;                               // of the file
+  std::shared_ptr<const KeySpace> keys = nullptr; // of the root map; null in a book
+  Inherited inherited = {};
+};
+
 class Walker {
 public:
   explicit Walker(WalkChoice chosen) : choice(chosen) {}
@@ -31,53 +38,61 @@ public:
   ComponentList Walk(const std::string &path, ComponentSource source) {
     // The file itself is where the caller begins; a reference back to it is no component.
     Visit(path);
-    Descend(path, source, 0);
+    Enter(path, source);
+    while (!open.empty())
+      FollowNext();
     list.problems.insert(list.problems.end(), files.problems.begin(), files.problems.end());
     return std::move(list);
   }
 
 private:
-  void Descend(const std::string &path, ComponentSource source, int depth) {
-    if (depth > maxNesting) {
-      list.problems.push_back(path + ": nested too deeply, its components are left out");
-    } else if (source == ComponentSource::DitaMap) {
-      const KeySpace space(files, path);
-      FollowMap(path, {}, space, depth);
-    } else if (source == ComponentSource::Book) {
-      FollowBook(path, depth);
-    }
+  void Enter(const std::string &path, ComponentSource source) {
+    if (source == ComponentSource::None)
+      return;
+    const bool isMap = source == ComponentSource::DitaMap;
+    Push({RootChildren(path), path, isMap ? std::make_shared<const KeySpace>(files, path) : nullptr});
   }
 
-  void FollowBook(const std::string &path, int depth) {
-    const xmlNode *root = files.FindRoot(path);
-    for (const xmlNode *child = root ? NextElement(root->children) : nullptr; child; child = NextElement(child->next)) {
-      const std::string component =
-          LocalName(*child) == "component" ? ResolveHref(Attribute(*child, "href"), path) : std::string();
-      if (component.empty())
-        continue;
-      if (Yield(component))
-        Descend(component, RecogniseComponentSource(component), depth + 1);
-    }
+  void Push(Siblings siblings) {
+    if (siblings.next)
+      open.push_back(std::move(siblings));
   }
 
-  void FollowMap(const std::string &path, const Inherited &inherited, const KeySpace &keys, int depth) {
-    const xmlNode *root = files.FindRoot(path);
-    for (const xmlNode *child = root ? NextElement(root->children) : nullptr; child; child = NextElement(child->next))
-      FollowElement(*child, inherited, path, keys, depth + 1);
+  // Documents nest as deeply as they like, so what is open is kept here and not on the stack of the thread.
+  void FollowNext() {
+    Siblings &siblings = open.back();
+    const xmlNode &element = *siblings.next;
+    siblings.next = NextElement(element.next);
+    Siblings place = siblings;
+    if (!siblings.next)
+      open.pop_back();
+    if (place.keys)
+      FollowReference(element, std::move(place));
+    else
+      FollowComponent(element, place.path);
   }
 
-  void FollowElement(const xmlNode &element, const Inherited &inherited, const std::string &mapPath,
-                     const KeySpace &keys, int depth) {
+  void FollowComponent(const xmlNode &element, const std::string &bookPath) {
+    const std::string component =
+        LocalName(element) == "component" ? ResolveHref(Attribute(element, "href"), bookPath) : std::string();
+    if (!component.empty() && Yield(component))
+      Enter(component, RecogniseComponentSource(component));
+  }
+
+  // What is pushed last is followed first: a nested map comes before the references inside the one that includes it.
+  void FollowReference(const xmlNode &element, Siblings place) {
     if (!HoldsReferences(element))
       return;
-    const TopicReference reference = ReadReference(element, inherited, mapPath, &keys);
-    if (IsWanted(reference)) {
-      const bool isNew = Yield(reference.target);
-      if (isNew && reference.kind == TargetKind::Map && depth <= maxNesting)
-        FollowMap(reference.target, reference.passedDown, keys, depth);
-    }
-    for (const xmlNode *child = NextElement(element.children); child; child = NextElement(child->next))
-      FollowElement(*child, reference.passedDown, mapPath, keys, depth + 1);
+    const TopicReference reference = ReadReference(element, place.inherited, place.path, place.keys.get());
+    const auto keys = place.keys;
+    Push({NextElement(element.children), std::move(place.path), keys, reference.passedDown});
+    if (IsWanted(reference) && Yield(reference.target) && reference.kind == TargetKind::Map)
+      Push({RootChildren(reference.target), reference.target, keys, reference.passedDown});
+  }
+
+  const xmlNode *RootChildren(const std::string &path) {
+    const xmlNode *root = files.FindRoot(path);
+    return root ? NextElement(root->children) : nullptr;
   }
 
   [[nodiscard]] bool IsWanted(const TopicReference &reference) const {
@@ -101,6 +116,7 @@ private:
 
   WalkChoice choice;
   DitaMapFiles files;
+  std::vector<Siblings> open;
   std::set<std::string> visited;
   ComponentList list;
 };

@@ -86,21 +86,41 @@ KeySpace::KeySpace(DitaMapFiles &files, const std::string &rootMap) : waiting{ro
     if (!seen.insert(path).second)
       continue;
     if (const xmlNode *root = files.FindRoot(path))
-      CollectFrom(root, {}, path);
+      CollectFrom(root, path);
   }
 }
 
-void KeySpace::CollectFrom(const xmlNode *element, const Inherited &inherited, const std::string &mapPath) {
-  const TopicReference reference = ReadReference(*element, inherited, mapPath, nullptr);
-  std::istringstream names(Attribute(*element, "keys"));
+// In document order. The elements around the current one are kept here and not on the stack of the thread.
+void KeySpace::CollectFrom(const xmlNode *root, const std::string &mapPath) {
+  struct Siblings {
+    const xmlNode *next;
+    Inherited inherited;
+  };
+  const TopicReference whole = ReadReference(*root, {}, mapPath, nullptr);
+  Collect(*root, whole);
+  std::vector<Siblings> open = {{NextElement(root->children), whole.passedDown}};
+  while (!open.empty()) {
+    const xmlNode *element = open.back().next;
+    if (!element) {
+      open.pop_back();
+      continue;
+    }
+    open.back().next = NextElement(element->next);
+    if (!HoldsReferences(*element))
+      continue;
+    const TopicReference reference = ReadReference(*element, open.back().inherited, mapPath, nullptr);
+    Collect(*element, reference);
+    open.push_back({NextElement(element->children), reference.passedDown});
+  }
+}
+
+void KeySpace::Collect(const xmlNode &element, const TopicReference &reference) {
+  std::istringstream names(Attribute(element, "keys"));
   for (std::string name; names >> name;)
-    keys.try_emplace(name, KeyDefinition{reference.target, Attribute(*element, "keyref"), Attribute(*element, "scope"),
-                                         Attribute(*element, "format")});
+    keys.try_emplace(name, KeyDefinition{reference.target, Attribute(element, "keyref"), Attribute(element, "scope"),
+                                         Attribute(element, "format")});
   if (reference.kind == TargetKind::Map)
     waiting.push_back(reference.target);
-  for (const xmlNode *child = NextElement(element->children); child; child = NextElement(child->next))
-    if (HoldsReferences(*child))
-      CollectFrom(child, reference.passedDown, mapPath);
 }
 
 const KeyDefinition *KeySpace::Find(std::string_view key) const {

@@ -55,7 +55,8 @@ public:
   [[nodiscard]] const KeyDefinition *Find(std::string_view key) const;
 
 private:
-  void CollectFrom(const xmlNode *element, const Inherited &inherited, const std::string &mapPath);
+  void CollectFrom(const xmlNode *root, const std::string &mapPath);
+  void Collect(const xmlNode &element, const TopicReference &reference);
 
   std::map<std::string, KeyDefinition, std::less<>> keys;
   std::vector<std::string> waiting; // included maps not yet read

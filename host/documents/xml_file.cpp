@@ -66,6 +66,21 @@ void NoteElement(void *data, const xmlChar *name, const xmlChar *, const xmlChar
     xmlStopParser(parse.parser);
 }
 
+XmlDocument ParseXmlFile(const std::string &path, int options) {
+  const OpenFile file(path);
+  if (file.Get() < 0)
+    return {{}, path + ": cannot be read"};
+  const Parser parser = Parser::Adopt(xmlNewParserCtxt());
+  if (!parser)
+    return {{}, path + ": no memory to read it"};
+  XmlDocument read;
+  read.document = kit::Handle<xmlDoc, xmlFreeDoc>::Adopt(
+      xmlCtxtReadFd(parser.Get(), file.Get(), nullptr, nullptr, options | XML_PARSE_RECOVER));
+  if (!parser.Get()->wellFormed || !read.document)
+    read.problem = DescribeXmlError(path, xmlCtxtGetLastError(parser.Get()));
+  return read;
+}
+
 } // namespace
 
 std::optional<XmlOutline> ReadXmlOutline(const std::string &path, OutlineDepth depth) {
@@ -98,17 +113,12 @@ std::optional<XmlOutline> ReadXmlOutline(const std::string &path, OutlineDepth d
 }
 
 XmlDocument ReadXmlFile(const std::string &path) {
-  const OpenFile file(path);
-  if (file.Get() < 0)
-    return {{}, path + ": cannot be read"};
-  const Parser parser = Parser::Adopt(xmlNewParserCtxt());
-  if (!parser)
-    return {{}, path + ": no memory to read it"};
-  XmlDocument read;
-  read.document = kit::Handle<xmlDoc, xmlFreeDoc>::Adopt(
-      xmlCtxtReadFd(parser.Get(), file.Get(), nullptr, nullptr, quietOptions | XML_PARSE_RECOVER));
-  if (!parser.Get()->wellFormed || !read.document)
-    read.problem = DescribeXmlError(path, xmlCtxtGetLastError(parser.Get()));
+  XmlDocument read = ParseXmlFile(path, quietOptions);
+  // The parser's limits of depth and size are there for entities that unfold without end. Without any, what a document
+  // needs is bounded by its own size.
+  const xmlDtd *subset = read.document ? read.document.Get()->intSubset : nullptr;
+  if (!read.problem.empty() && !(subset && (subset->entities || subset->pentities)))
+    read = ParseXmlFile(path, quietOptions | XML_PARSE_HUGE);
   return read;
 }
 

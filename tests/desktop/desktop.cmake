@@ -12,7 +12,7 @@ endfunction()
 
 vlxslt_add_window_tests(test_dialogs.py DialogTest a_run_asks_before_it_overwrites
                         a_transformation_is_made_edited_and_deleted parameters_are_typed_and_deleted_in_the_grid
-                        a_dialog_on_its_own_shows_its_run)
+                        a_pop_up_keeps_the_focus_while_a_save_goes_on a_dialog_on_its_own_shows_its_run)
 vlxslt_add_window_tests(test_workbench.py WorkbenchTest a_map_unfolds_and_runs_with_its_topics
                         documents_are_opened_with_the_chooser_and_again_from_the_recent_ones files_are_dragged_in
                         a_document_whose_file_is_gone_does_no_harm a_problem_opens_the_editor_at_its_line

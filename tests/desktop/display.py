@@ -167,6 +167,11 @@ class Windows:
             if self.next(30) is None:
                 raise AssertionError(f"'{title}' never showed '{part}'; it shows {self.dialogs}")
 
+    def wait_until_hidden(self, title, button):
+        """Until the dialog has settled with that button insensitive."""
+        while f"| {button} |" in self.dialogs[title]:
+            self.wait(f"settled {title}")
+
     def end(self, seconds=30):
         """The exit status of a program that is about to end by itself."""
         return self.process.wait(timeout=seconds)

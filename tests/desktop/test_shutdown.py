@@ -17,8 +17,7 @@ class ShutdownTest(WindowTest):
         self.display.keys("ctrl+period")
         windows.wait("cancelling")
         windows.wait("idle")
-        self.assertEqual(self.read("in/1-out.xml"), "1048576")
-        self.assertFalse(os.path.exists(self.path("in/5-out.xml")))
+        self.check_that_it_was_cut()
         self.leave(windows)
 
     def test_closing_during_a_run_asks_and_ends_whole(self):
@@ -30,8 +29,7 @@ class ShutdownTest(WindowTest):
         self.display.keys("ctrl+q")
         self.answer(windows, "A run is going on", "Return", "^XSLT Workbench$")
         self.assertEqual(windows.end(), 0)
-        self.assertEqual(self.read("in/1-out.xml"), "1048576")
-        self.assertFalse(os.path.exists(self.path("in/5-out.xml")))
+        self.check_that_it_was_cut()
 
     def test_a_run_that_never_ends_can_be_left(self):
         self.write("slow.xsl", SLOW_XSL.replace("1048576", "1152921504606846976"))
@@ -57,7 +55,7 @@ class ShutdownTest(WindowTest):
         windows.wait("shutdown")
         left = sorted(set(os.listdir(self.path("in"))) - {os.path.basename(name) for name in SLOW_INPUTS})
         self.assertLess(len(left), len(SLOW_INPUTS))
-        self.assertEqual(left, [f"{number}-out.xml" for number in range(1, len(left) + 1)])
+        self.assertEqual(left, [f"{number}-out.xml" for number in range(10, 10 + len(left))])
         for name in left:
             self.assertEqual(self.read("in/" + name), "1048576")
 

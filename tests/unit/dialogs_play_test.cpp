@@ -2,6 +2,7 @@
 #include "host/fronts/script_front.h"
 #include "tests/unit/host_fixture.h"
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -81,6 +82,16 @@ protected:
   Strings Choose(const std::string &steps) {
     return Play("XSLTChooseTranDlg ", Parse("dialog 11\n" + steps)).Strings(0).value();
   }
+  // Of the transformations of a catalogue, in file order.
+  Strings Names(const std::string &catalogue) {
+    const std::string text = folder.Read(catalogue);
+    Strings names;
+    for (size_t at = 0; (at = text.find("<Name>", at)) != std::string::npos;) {
+      at += 6;
+      names.push_back(text.substr(at, text.find("</Name>", at) - at));
+    }
+    return names;
+  }
   void Manage(const std::string &steps) { (void)Play("XSLTManageTranDlg ", Parse("dialog 11\n" + steps)); }
 
   test::Folder folder;
@@ -126,6 +137,25 @@ TEST_F(AdvancedDialog, QuotesWithWhateverQuoteIsLeft) {
   EXPECT_EQ(Advanced(steps), "XSLTRunTrScenario  -folder '/a\"b'  -xslfilepath \"/it's.xsl\" ");
 }
 
+TEST_F(AdvancedDialog, SaysWhatNoRequestCanCarry) {
+  std::vector<std::string> alerts;
+  front.beforeAlert = [&](const std::string &text) { alerts.push_back(text); };
+  // Both kinds of quotes, which a script cannot write, in the folder, the stylesheet, and the name.
+  std::vector<host::ScriptStep> steps =
+      Parse("dialog 10\nset 4 folder\nclick 9\nset 12 /a.xsl\nclick 14\nanswer ok\nset 4 /in\nset 12 xsl\nclick 14\n"
+            "answer ok\nclick 8\nset 10 name\nclick 14\nanswer ok\nset 10 Plain\nclick 14\n");
+  const std::string quotes = R"(it's "a")";
+  for (host::ScriptStep &step : steps)
+    for (const char *word : {"folder", "xsl", "name"})
+      if (step.words.size() > 2 && step.words[2] == word)
+        step.words[2] = quotes;
+  EXPECT_EQ(Advanced(steps), "XSLTRunTrScenario  -folder \"/in\"  -trfile \"" + defaultFile + "\" -trname \"Plain\"");
+  ASSERT_EQ(alerts.size(), 3U);
+  for (size_t index = 0; const char *option : {"-folder", "-xslfilepath", "-trname"})
+    EXPECT_EQ(alerts[index++], std::string("The run cannot be started: a request cannot carry the value of ") + option +
+                                   ", it holds both kinds of quotes: " + quotes);
+}
+
 TEST_F(AdvancedDialog, FollowsWhatIsOpen) {
   // Nothing is open: only folders are left, and the scope stays there when a document comes.
   Advanced("expect 1 insensitive\nexpect 2 insensitive\nexpect 3 state on\nexpect 4 sensitive\nclick 15\n");
@@ -157,7 +187,12 @@ TEST_F(AdvancedDialog, OffersTheDocumentsApplicationsOnlyForTheDocumentAlone) {
 TEST_F(AdvancedDialog, LooksForANameThatWasTyped) {
   EXPECT_EQ(Advanced("set 4 /in\nset 10 None\nclick 14\n"),
             "XSLTRunTrScenario  -folder \"/in\"  -trfile \"" + defaultFile + "\" -trname \"None\"");
+  EXPECT_EQ(Advanced("set 10 \"  \"\nexpect 14 insensitive\nset 10 HTML\nclick 14\n"),
+            "XSLTRunTrScenario  -folder \"/in\"  -trfile \"" + defaultFile + "\" -trname \"HTML\"");
   OpenDocument();
+  // The same name again, now that a document is active whose application has it.
+  EXPECT_EQ(Advanced("expect 10 text HTML\nclick 14\n"),
+            "XSLTRunTrScenario  -folder \"/in\"  -appname Two Words -trname \"HTML\"");
   const std::string current = "XSLTRunTrScenario  -currentfile -appname ";
   EXPECT_EQ(Advanced("click 1\nset 10 PDF\nclick 14\n"), current + "Two Words -trname \"PDF\"");
   EXPECT_EQ(Advanced("expect 10 text PDF\nset 10 Plain\nclick 14\n"), current + "<Defaults> -trname \"Plain\"");
@@ -208,6 +243,42 @@ TEST_F(ChooseDialog, EditsStartFromTheRecordEachTime) {
          "expect 10 state -1\nexpect 23 text \"" +
          file + "\"\nclick 27\nexpect 4 text A\nclick 8\n");
   (void)Play("NewTransformationDlg ", Parse("dialog 12\nexpect 23 text \"\"\nclick 27\n"));
+}
+
+using EditDialog = DialogPlay;
+
+TEST_F(EditDialog, ReplacesInAnotherFileOnlyWhenAsked) {
+  const std::string own = folder.Write("own.xml", Catalogue({"A", "B"}));
+  const std::string other = folder.Write("other.xml", Catalogue({"A", "C"}));
+  const std::string before = folder.Read("other.xml");
+  const std::string edit = "click 11\nset 12 \"" + own + "\"\nset 4 0\nclick 5\ndialog 12\nset 5 changed.xsl\n";
+  Manage(edit + "click 30\nchoose \"" + other + "\"\nanswer no\nexpect 23 text \"" + other +
+         // Nor does a new name make the refused entry go.
+         "\"\nclick 26\nanswer no\nexpect 26 sensitive\nset 1 C\nclick 26\nanswer no\nclick 27\nclick 8\n");
+  EXPECT_EQ(folder.Read("other.xml"), before);
+  Manage(edit + "click 30\nchoose \"" + other +
+         "\"\nanswer no\nset 1 N\nclick 26\nexpect 26 insensitive\nclick 27\nclick 8\n");
+  EXPECT_EQ(Names("other.xml"), (Strings{"A", "C", "N"}));
+  // What was saved there once is the dialog's own from then on: no question, and a new name moves it.
+  Manage(edit + "click 30\nchoose \"" + other +
+         "\"\nanswer yes\nset 5 again.xsl\nclick 26\nexpect 26 insensitive\nset 1 D\nclick 26\nclick 27\nclick 8\n");
+  EXPECT_EQ(Names("other.xml"), (Strings{"D", "C", "N"}));
+  EXPECT_EQ(Names("own.xml"), (Strings{"A", "B"}));
+  EXPECT_EQ(folder.Read("own.xml").find("changed"), std::string::npos);
+}
+
+TEST_F(EditDialog, GoesOnUnderTheNewName) {
+  const std::string file = folder.Write("own.xml", Catalogue({"A", "B"}));
+  // The same file by another name is the same file.
+  std::filesystem::create_symlink(file, folder.Path("link.xml"));
+  Manage("click 11\nset 12 \"" + file +
+         "\"\nclick 5\ndialog 12\nset 1 \" A2 \"\nclick 26\nexpect 26 insensitive\nset 5 two.xsl\nclick 26\n"
+         "expect 26 insensitive\nset 1 A3\nclick 26\nset 5 three.xsl\nclick 26\nexpect 26 insensitive\nclick "
+         "30\nchoose \"" +
+         folder.Path("link.xml") +
+         "\"\nanswer no\nset 1 A4\nclick 26\nset 1 B\nclick 26\nanswer no\nclick 27\nclick 8\n");
+  EXPECT_EQ(Names("own.xml"), (Strings{"A4", "B"}));
+  EXPECT_NE(folder.Read("own.xml").find("three.xsl"), std::string::npos);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <string>
 #include <sys/stat.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -15,6 +16,7 @@ namespace {
 using host::ComponentSource;
 using host::OutlineDepth;
 using host::XmlOutline;
+using Strings = std::vector<std::string>;
 
 std::string Utf16(const std::string &ascii) {
   std::string wide = "\xFF\xFE";
@@ -90,28 +92,51 @@ TEST(ComponentSources, AreKnownByWhatIsInThem) {
     EXPECT_EQ(host::RecogniseComponentSource(folder.Write(row.name, row.text)), row.source) << row.name;
 }
 
-// Deep nesting is an attack on the stack, not a document; circles and diamonds end.
+// Circles and diamonds end; depth, of maps, of books and of elements, is no reason to leave anything out.
 TEST(Walks, EndWhateverTheMapsSay) {
   const test::Folder folder;
-  constexpr int count = 400;
-  for (int index = 0; index < count; ++index)
-    folder.Write("m" + std::to_string(index) + ".ditamap", "<map><mapref href='m" +
-                                                               std::to_string((index + 1) % count) +
-                                                               ".ditamap'/><mapref href='m0.ditamap'/>"
-                                                               "<topicref href='t" +
-                                                               std::to_string(index) + ".dita'/></map>");
-  const host::ComponentList walked = host::ListComponents(folder.Path("m0.ditamap"), ComponentSource::DitaMap, {});
-  EXPECT_GT(walked.paths.size(), 200U);
-  std::vector<std::string> sorted = walked.paths;
-  std::ranges::sort(sorted);
-  EXPECT_EQ(std::ranges::adjacent_find(sorted), sorted.end()) << "each file once";
+  constexpr int count = 300;
+  Strings topics;
+  for (int index = 0; index < count; ++index) {
+    const std::string number = std::to_string(index);
+    const std::string next = std::to_string((index + 1) % count);
+    topics.push_back("t" + number + ".dita");
+    folder.Write("m" + number + ".ditamap", "<map><mapref href='m" + next +
+                                                ".ditamap'/><mapref href='m0.ditamap'/><topicref href='t" + number +
+                                                ".dita'/></map>");
+    folder.Write("b" + number + ".xml",
+                 "<book><component href='b" + next + ".xml'/><component href='t" + number + ".dita'/></book>");
+  }
+  std::ranges::reverse(topics);
+  for (const auto &[name, source] :
+       {std::pair("m0.ditamap", ComponentSource::DitaMap), std::pair("b0.xml", ComponentSource::Book)}) {
+    const host::ComponentList walked = host::ListComponents(folder.Path(name), source, {});
+    EXPECT_EQ(walked.problems, Strings()) << name;
+    ASSERT_EQ(walked.paths.size(), 2U * count - 1) << name;
+    const Strings seen(walked.paths.begin() + count - 1, walked.paths.end());
+    EXPECT_EQ(folder.Shorten(seen), topics) << name << ": those inside come first";
+  }
 
-  std::string deep = "<map>";
-  for (int index = 0; index < 5000; ++index)
-    deep += "<topicref href='d.dita'>";
-  const host::ComponentList stopped =
-      host::ListComponents(folder.Write("deep.ditamap", deep), ComponentSource::DitaMap, {});
-  EXPECT_FALSE(stopped.problems.empty());
+  const auto nest = [](int depth) {
+    std::string text = "<map>";
+    for (int index = 0; index < depth; ++index)
+      text += "<topicref keys='k" + std::to_string(index) + "' processing-role='resource-only'>";
+    text += "<topicref href='d.dita' processing-role='normal'/><topicref keyref='k0' href='e.dita' "
+            "processing-role='normal'/>";
+    for (int index = 0; index < depth; ++index)
+      text += "</topicref>";
+    return text + "</map>";
+  };
+  const host::ComponentList deep =
+      host::ListComponents(folder.Write("deep.ditamap", nest(100000)), ComponentSource::DitaMap, {});
+  EXPECT_EQ(folder.Shorten(deep.paths), (Strings{"d.dita", "e.dita"}));
+  EXPECT_EQ(deep.problems, Strings());
+
+  // What is left out is said: with entities the parser's own limits stay.
+  for (const std::string &text :
+       {std::string("<map><topicref href='d.dita'>"), "<!DOCTYPE map [<!ENTITY e 'x'>]>" + nest(1000)})
+    EXPECT_EQ(host::ListComponents(folder.Write("bad.ditamap", text), ComponentSource::DitaMap, {}).problems.size(), 1U)
+        << text.substr(0, 50);
 }
 
 } // namespace

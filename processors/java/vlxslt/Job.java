@@ -73,9 +73,6 @@ final class Job {
   void run(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
     diagnostics.setSubject(input());
     Path target = Path.of(request.output);
-    Path source = Path.of(request.inputContent);
-    if (Files.exists(target) && Files.exists(source) && Files.isSameFile(target, source))
-      throw new IOException(Text.OUTPUT_IS_INPUT.with(request.output));
     Stylesheet stylesheet = compile(processor, stylesheets);
     diagnostics.setSubject(outputAddress());
     try (Outputs outputs = new Outputs(target, Path.of(request.result))) {
@@ -99,16 +96,26 @@ final class Job {
 
   private Stylesheet compile(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
     if (!request.stylesheet.isEmpty())
-      return stylesheets.compile(processor, Addresses.ofPath(request.stylesheet), this);
+      return stylesheets.compile(processor, protect(Addresses.ofPath(request.stylesheet)), this);
     String href = StylesheetInstruction.find(inputSource());
     if (href == null)
       throw new SAXParseException(
           Text.NO_STYLESHEET.with(), null, input(), -1, -1);
     if (!href.startsWith("#"))
-      return stylesheets.compile(processor, documents.resolve(input(), href.replace('\\', '/')), this);
+      return stylesheets.compile(processor, protect(documents.resolve(input(), href.replace('\\', '/'))), this);
     // A stylesheet inside its input is good for that input only; not kept.
+    protect(input());
     Stylesheet embedded = processor.compileEmbedded(this);
     diagnostics.failOn(Severity.ERROR);
     return embedded;
+  }
+
+  /** The address of a stylesheet, which a result may not replace: it could not be made again. */
+  private String protect(String address) throws IOException {
+    Path stylesheet = Addresses.fileOf(address);
+    Path result = Path.of(request.result);
+    if (stylesheet != null && Files.exists(stylesheet) && Files.exists(result) && Files.isSameFile(stylesheet, result))
+      throw new IOException(Text.OUTPUT_IS_STYLESHEET.with(result));
+    return address;
   }
 }
