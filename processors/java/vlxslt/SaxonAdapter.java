@@ -21,6 +21,8 @@ final class SaxonAdapter implements ProcessorAdapter {
   SaxonAdapter(TransformerFactory factory) {
     this.factory = factory;
     this.loader = factory.getClass().getClassLoader();
+    for (String reader : new String[] {"sourceParserClass", "styleParserClass"})
+      factory.setAttribute("http://saxon.sf.net/feature/" + reader, OwnReader.class.getName());
   }
 
   static boolean isFor(TransformerFactory factory) {
