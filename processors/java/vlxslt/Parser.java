@@ -103,9 +103,9 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     }
   }
 
-  // A document from the network brings its entities from there. Processors hold copies of well-known ones.
+  // A document from the network brings its entities from there. Saxon holds copies of well-known ones.
   private InputSource open(String address, String publicId) throws IOException, SAXException {
-    InputSource copy = isFromNetwork && fallback != null && Addresses.isNetwork(address)
+    InputSource copy = fallback != null && !Addresses.isOfFile(address)
         ? fallback.resolveEntity(publicId, address) : null;
     return copy != null ? copy : EntityResolution.open(address, publicId, isFromNetwork);
   }
