@@ -247,6 +247,16 @@ TEST_F(Documents, AreToldOfWhereTheyAreAtFault) {
   expect({naming("file://elsewhere" + plain), "", "in.xml, line 2, char ", "leads to no file"});
   expect({Write("none.xml", "<!--\n-->\n<d/>"), "", "none.xml, line 3, char ", "No stylesheet"});
   expect({Write("empty.xml", ""), plain, "empty.xml, line 1, char 1", "Premature end of file"});
+  const HttpServer server(folder.Root());
+  for (const auto &[reference, reason] :
+       {std::pair{server.Address("gone.xsl"), "gone.xsl: there is no such document."},
+        std::pair{std::string("http://no-such-host.invalid/m.xsl"), "m.xsl: there is no such host."}})
+    for (const char *className : {xalan, jdk}) { // Saxon fetches by itself, in its own words
+      ASSERT_TRUE(processor.SetTransformer(className));
+      const std::string log =
+          Run(Write("good.xml", "<d/>"), Write("far.xsl", Stylesheet("<xsl:include href='" + reference + "'/>")));
+      EXPECT_NE(log.find(reason), std::string::npos) << className << log;
+    }
   // The input has no part in it.
   expect({Write("good.xml", "<d/>"), ending, "ending.xsl, line ", ""});
 }

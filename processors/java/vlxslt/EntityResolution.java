@@ -1,10 +1,12 @@
 package vlxslt;
 
 import java.io.BufferedInputStream;
+import java.io.FileNotFoundException;
 import java.io.IOException;
 import java.io.InputStream;
 import java.net.URL;
 import java.net.URLConnection;
+import java.net.UnknownHostException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import org.xml.sax.InputSource;
@@ -54,8 +56,15 @@ final class EntityResolution {
       // It may have been led elsewhere; what the document refers to lies there.
       source.setSystemId(connection.getURL().toString());
     } catch (IOException | IllegalArgumentException e) {
-      throw new ReadFailure(Text.ADDRESS_NOT_READ.with(source.getSystemId(), e.getMessage()));
+      throw new ReadFailure(Text.ADDRESS_NOT_READ.with(source.getSystemId(), reasonOf(e)));
     }
+  }
+
+  // The texts of these are no more than the name that was looked for.
+  private static String reasonOf(Exception e) {
+    if (e instanceof UnknownHostException)
+      return Text.HOST_UNKNOWN.with();
+    return e instanceof FileNotFoundException ? Text.NOT_THERE.with() : e.getMessage();
   }
 
   private static InputStream read(String address) throws IOException {

@@ -34,7 +34,9 @@ enum Text {
   FILE_NOT_REGULAR,
   STYLESHEET_NAME_EMPTY,
   ADDRESS_UNUSABLE,
-  ADDRESS_NOT_READ;
+  ADDRESS_NOT_READ,
+  HOST_UNKNOWN,
+  NOT_THERE;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};
