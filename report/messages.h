@@ -130,7 +130,7 @@ enum class MessageId : uint16_t {
   JavaGivenUp = 18246,
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
-  JavaLayerLast = 18275,
+  JavaLayerLast = 18280,
   RunNotPossible = 18320,
   OutputIsStylesheet = 18321,
   ForeseenOwnStylesheet = 18322,

@@ -54,18 +54,18 @@ std::string NameMissingJar() {
   return {};
 }
 
-// Folders go to a loader of their own behind the jars: with a folder on the class path proper, Java would refuse to
-// keep an archive of its classes.
-ClassPathParts SortClassPath(const std::string &classPath) {
-  ClassPathParts parts{OwnJars(), {}};
-  for (const std::string &entry : SplitClassPath(classPath)) {
-    const std::string path = kit::AbsolutePath(entry);
-    if (kit::IsFolder(path))
-      parts.folders += path + ";";
-    else if (kit::Exists(path) && std::ranges::find(parts.jars, path) == parts.jars.end())
-      parts.jars.push_back(path);
-  }
-  return parts;
+// What there is of the class path, in its order. The folder that happens to be the working one, which every class path
+// begins with, comes last: what lies there must not take the place of what was configured.
+std::vector<std::string> ReadClassPath(const std::string &classPath) {
+  std::vector<std::string> entries = SplitClassPath(classPath);
+  if (!entries.empty() && entries.front() == ".")
+    std::ranges::rotate(entries, entries.begin() + 1);
+  std::vector<std::string> found;
+  for (const std::string &entry : entries)
+    if (const std::string path = kit::AbsolutePath(entry);
+        kit::Exists(path) && std::ranges::find(found, path) == found.end())
+      found.push_back(path);
+  return found;
 }
 
 } // namespace
@@ -85,17 +85,15 @@ void XSLTManagedLayer::SetClassPath(const std::string &given) {
 
 // Java never takes a jar back or exchanges it, but it can be given more.
 void XSLTManagedLayer::ApplyClassPath() {
-  std::string entries = parts.folders;
-  for (const std::string &jar : parts.jars)
-    if (std::ranges::find(jarsFromStart, jar) == jarsFromStart.end())
-      entries += jar + ";";
+  std::string entries;
+  for (const std::string &path : ReadClassPath(classPath))
+    if (std::ranges::find(jarsFromStart, path) == jarsFromStart.end())
+      entries += path + ";";
   machine->Environment()->CallVoidMethod(methods.layer, methods.setClassPath, machine->MakeString(entries.c_str()));
 }
 
 bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
   const bool isNewClassPath = std::exchange(hasNewClassPath, false);
-  if (isNewClassPath)
-    parts = SortClassPath(classPath);
   if (!isStarted)
     Start(purpose);
   else if (problem.empty() && (isParked || isNewClassPath) && !pump.RunOnJava([this] { ResumeOnJava(); }))
@@ -111,7 +109,14 @@ void XSLTManagedLayer::Start(const std::string &purpose) {
   problem = java.problem.empty() ? NameMissingJar() : java.problem;
   if (!problem.empty())
     return;
-  jarsFromStart = parts.jars;
+  // The jars before the first folder. From there on all go to a loader of their own, in their order: with a folder on
+  // the class path proper, Java would refuse to keep an archive of its classes.
+  jarsFromStart = OwnJars();
+  for (const std::string &path : ReadClassPath(classPath)) {
+    if (kit::IsFolder(path))
+      break;
+    jarsFromStart.push_back(path);
+  }
   const processors::MachineSetup setup{
       java.home, java.library, purpose, jarsFromStart, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS), [this] {
         pump.Abandon();

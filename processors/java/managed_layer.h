@@ -13,12 +13,6 @@
 
 namespace VLXSLT {
 
-// A class path as Java is given it.
-struct ClassPathParts {
-  std::vector<std::string> jars;
-  std::string folders; // each with ";" behind it
-};
-
 class XSLTManagedLayer final : public processors::Processor {
 public:
   [[nodiscard]] static XSLTManagedLayer &GetInstance();
@@ -61,7 +55,6 @@ private:
   void GiveUp();
 
   std::string classPath;
-  ClassPathParts parts; // of the class path, once Java needs them
   std::vector<std::string> jarsFromStart;
   processors::JavaPump pump;
   std::unique_ptr<processors::JavaMachine> machine; // made and destroyed on the Java thread

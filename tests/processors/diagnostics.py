@@ -186,8 +186,8 @@ def as_log(said: Said) -> str:
 
 
 def with_whole_paths(expected: Said, stylesheet: str, folder: Path) -> Said:
-    """Where a processor names no file, vlxslt names what was at work: the stylesheet, or the input while running."""
-    subject = f"{stylesheet}.xsl" if stylesheet in ("names", "attributes", "main") else "doc.xml"
+    """Where a processor names no file, vlxslt names what was at work: the stylesheet."""
+    subject = f"{stylesheet}.xsl"
 
     def whole(file: str) -> str:
         return str(folder / f"{stylesheet}.xml" if (file or subject) == "doc.xml" else INPUTS / (file or subject))

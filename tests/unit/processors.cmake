@@ -1,4 +1,4 @@
-vlxslt_add_unit_test(processors_test SOURCES processors_java_test.cpp processors_listing_test.cpp LIBRARIES vlxslt_processors_java)
+vlxslt_add_unit_test(processors_test SOURCES processors_java_test.cpp processors_documents_test.cpp processors_listing_test.cpp LIBRARIES vlxslt_processors_java)
 # The jar of the Java layer is looked for beside the file that the code is linked into.
 set_target_properties(processors_test PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${VLXSLT_LIB_DIR})
 add_dependencies(processors_test vlxslt_java_jar)

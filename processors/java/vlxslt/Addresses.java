@@ -6,27 +6,57 @@ import java.nio.file.FileSystemNotFoundException;
 import java.nio.file.Path;
 import java.util.Locale;
 
-/** Paths, system identifiers and the way from one to the other. */
+/**
+ * Paths, system identifiers and the way from one to the other. Addresses of files are spelled in one way, "file:/folder",
+ * since that is what java.net.URI, and so every processor, makes of an address that is relative to one.
+ */
 final class Addresses {
   private Addresses() {}
 
   static String ofPath(String path) {
-    return Path.of(path).toAbsolutePath().normalize().toUri().toASCIIString();
+    return spelled(Path.of(path).toAbsolutePath().normalize().toUri().toASCIIString());
   }
 
   /** A path or an address, as an address. */
   static String ofAnswer(String pathOrAddress) {
-    return hasScheme(pathOrAddress) ? pathOrAddress : ofPath(pathOrAddress);
+    return hasScheme(pathOrAddress) ? spelled(pathOrAddress) : ofPath(pathOrAddress);
+  }
+
+  /** An address as all others of files are written; one that leads to no file as it is. Null for null. */
+  static String spelled(String address) {
+    if (!isOfFile(address))
+      return address;
+    try {
+      URI uri = parse(address).normalize();
+      return uri.getPath() == null || isOnHost(uri)
+          ? address : new URI("file:" + uri.getRawPath().replaceFirst("^/+", "/") + rest(uri)).toASCIIString();
+    } catch (IllegalArgumentException | URISyntaxException e) {
+      return address;
+    }
+  }
+
+  private static String rest(URI uri) {
+    return (uri.getRawQuery() == null ? "" : "?" + uri.getRawQuery())
+        + (uri.getRawFragment() == null ? "" : "#" + uri.getRawFragment());
+  }
+
+  private static boolean isOnHost(URI uri) {
+    return uri.getRawAuthority() != null && !uri.getRawAuthority().equalsIgnoreCase("localhost");
+  }
+
+  /** Whether an address names a file, though it may lead to none. */
+  static boolean isOfFile(String address) {
+    return address != null && address.regionMatches(true, 0, "file:", 0, 5);
   }
 
   /** The file behind an address; null when it is not one. */
   static Path fileOf(String address) {
-    if (address == null || !address.regionMatches(true, 0, "file:", 0, 5))
+    if (!isOfFile(address))
       return null;
     try {
       URI uri = parse(withoutFragment(address));
       // "file:a.xml" and "file://host/a.xml" are no files of ours.
-      return uri.getPath() == null ? null : Path.of(new URI("file", null, uri.getPath(), null));
+      return uri.getPath() == null || isOnHost(uri) ? null : Path.of(new URI("file", null, uri.getPath(), null));
     } catch (IllegalArgumentException | FileSystemNotFoundException | URISyntaxException e) {
       return null;
     }
@@ -40,11 +70,11 @@ final class Addresses {
 
   static String resolve(String base, String reference) {
     if (reference == null || hasScheme(reference) || base == null || base.isEmpty())
-      return reference;
+      return spelled(reference);
     if (reference.isEmpty())
-      return withoutFragment(base);
+      return spelled(withoutFragment(base));
     try {
-      return parse(base).resolve(parse(reference)).toASCIIString();
+      return spelled(parse(base).resolve(parse(reference)).toASCIIString());
     } catch (IllegalArgumentException | URISyntaxException e) {
       return reference;
     }

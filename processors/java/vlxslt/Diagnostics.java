@@ -21,17 +21,21 @@ final class Diagnostics implements ErrorHandler {
   private final Set<Throwable> known = Collections.newSetFromMap(new IdentityHashMap<>());
   private final List<Diagnostic> reported = new ArrayList<>();
   private final Map<String, Place> placesOfTexts = new HashMap<>();
-  private String subject = "";
+  private Place subject = Place.of("");
 
   Diagnostics(IVLXSLTJavaHandler handler) {
     this.handler = handler;
   }
 
   /** What is at work now: named where a problem comes without a file. Returns what was before. */
-  String setSubject(String address) {
-    String before = subject;
-    subject = address;
+  Place setSubject(Place place) {
+    Place before = subject;
+    subject = place;
     return before;
+  }
+
+  void setSubject(String address) {
+    setSubject(Place.of(address));
   }
 
   /** What a stylesheet wrote for its reader, whose line ends become plain line feeds. */

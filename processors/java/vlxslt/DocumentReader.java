@@ -12,36 +12,36 @@ import org.xml.sax.SAXNotRecognizedException;
 import org.xml.sax.XMLReader;
 
 /**
- * The XMLReader that processors get. It takes their handlers for content, and keeps its own for entities, and for errors
+ * The XMLReader that processors get. It takes their handlers for content. Its own come first for entities, and for errors
  * in all but data: those are settled for the whole job.
  */
-final class DocumentReader implements XMLReader {
+class DocumentReader implements XMLReader {
+  /** Reads one document as `settings` say. */
+  interface Parse {
+    void parse(InputSource input, ParserSettings settings) throws IOException, SAXException;
+  }
+
   private static final String FEATURES = "http://xml.org/sax/features/";
   private static final String PROPERTIES = "http://xml.org/sax/properties/";
   private static final Set<String> KNOWN_FEATURES = Set.of(FEATURES + "namespaces", FEATURES + "namespace-prefixes",
       FEATURES + "validation", FEATURES + "external-general-entities", FEATURES + "external-parameter-entities",
-      FEATURES + "string-interning", "http://apache.org/xml/features/nonvalidating/load-external-dtd");
+      FEATURES + "string-interning", Parser.LOAD_DTD);
   private static final Set<String> ON_BY_DEFAULT = Set.of(FEATURES + "namespaces",
       FEATURES + "external-general-entities", FEATURES + "external-parameter-entities", FEATURES + "string-interning",
-      "http://apache.org/xml/features/nonvalidating/load-external-dtd");
+      Parser.LOAD_DTD);
   private static final Set<String> KNOWN_PROPERTIES =
       Set.of(PROPERTIES + "lexical-handler", PROPERTIES + "declaration-handler");
 
-  private final Documents documents;
-  private final FilesRead files;
-  private final Documents.Purpose purpose;
+  private final Parse parse;
   private final ParserSettings settings = new ParserSettings();
-  private EntityResolver entities;
 
-  DocumentReader(Documents documents, FilesRead files, Documents.Purpose purpose) {
-    this.documents = documents;
-    this.files = files;
-    this.purpose = purpose;
+  DocumentReader(Parse parse) {
+    this.parse = parse;
   }
 
   @Override
   public void parse(InputSource input) throws IOException, SAXException {
-    documents.read(input, settings, files, purpose);
+    parse.parse(input, settings);
   }
 
   @Override
@@ -113,11 +113,11 @@ final class DocumentReader implements XMLReader {
 
   @Override
   public void setEntityResolver(EntityResolver resolver) {
-    entities = resolver;
+    settings.entities = resolver;
   }
 
   @Override
   public EntityResolver getEntityResolver() {
-    return entities;
+    return settings.entities;
   }
 }

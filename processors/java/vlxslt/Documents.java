@@ -4,12 +4,16 @@ import java.io.BufferedInputStream;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.HashMap;
+import java.util.List;
+import java.util.Map;
 import javax.xml.transform.Source;
 import javax.xml.transform.URIResolver;
 import javax.xml.transform.sax.SAXSource;
 import org.xml.sax.InputSource;
 import org.xml.sax.SAXException;
 import org.xml.sax.SAXParseException;
+import org.xml.sax.XMLReader;
 
 /**
  * Everything that one job reads as XML comes through here: input, stylesheet modules, documents that the stylesheet
@@ -26,12 +30,16 @@ final class Documents {
     DATA
   }
 
+  private static final ThreadLocal<Documents> OF_THREAD = new ThreadLocal<>();
+
   private final IVLXSLTJavaHandler handler;
   private final Diagnostics diagnostics;
   private final EntityResolution resolution;
   private final ParserPool parsers;
   private String replaced = "";
   private Path replacement;
+  private final Map<List<String>, String> answers = new HashMap<>(); // some processors ask for a document each time
+  private FilesRead unasked;
 
   Documents(IVLXSLTJavaHandler handler, Diagnostics diagnostics, ParserPool parsers) {
     this.handler = handler;
@@ -46,9 +54,26 @@ final class Documents {
     replacement = file;
   }
 
+  /** Those of the job that this thread is at. */
+  static Documents ofThread() {
+    return OF_THREAD.get();
+  }
+
+  /** From now on the thread is at this job, and what the processor reads unasked joins `files`; null ends that. */
+  void noteUnasked(FilesRead files) {
+    unasked = files;
+    OF_THREAD.set(files == null ? null : this);
+  }
+
+  void readUnasked(InputSource input, ParserSettings settings) throws IOException, SAXException {
+    input.setSystemId(Addresses.spelled(input.getSystemId()));
+    read(input, settings, unasked, Purpose.DATA);
+  }
+
   /** The address that a reference leads to; null when there is nothing to go by. */
   String resolve(String base, String reference) {
-    return resolution.resolve(null, null, base, reference);
+    return answers.computeIfAbsent(List.of(base == null ? "" : base, reference),
+        question -> resolution.resolve(null, null, base, reference));
   }
 
   /** A source that reads itself through this object; everything that is read for it joins `files`. */
@@ -57,18 +82,19 @@ final class Documents {
   }
 
   private SAXSource source(String address, FilesRead files, Purpose purpose) {
-    return new SAXSource(new DocumentReader(this, files, purpose), new InputSource(address));
+    XMLReader reader = new DocumentReader((input, settings) -> read(input, settings, files, purpose));
+    return new SAXSource(reader, new InputSource(address));
   }
 
   /** Serves xsl:import and xsl:include, or document(). */
   URIResolver uriResolver(FilesRead files, Purpose purpose) {
     return (href, base) -> {
-      // A part of a document, or an address of an unknown kind: the processor's own business.
-      if (href.indexOf('#') >= 0)
+      // A stylesheet inside a document, or an address of an unknown kind: the processor's own business.
+      if (purpose == Purpose.MODULE && href.indexOf('#') >= 0)
         return null;
-      String address = resolve(base, href);
-      boolean isFile = address != null && Addresses.fileOf(address) != null;
-      return isFile ? (Source) source(address, files, purpose) : null;
+      String address = resolve(base, Addresses.withoutFragment(href));
+      boolean isOurs = address != null && (Addresses.isOfFile(address) || Addresses.isNetwork(address));
+      return isOurs ? (Source) source(address, files, purpose) : null;
     };
   }
 
@@ -77,44 +103,63 @@ final class Documents {
       throws IOException, SAXException {
     if (purpose != Purpose.DATA)
       settings.errors = diagnostics;
-    Parser parser = parsers.take();
+    if (isText(input)) {
+      parse(input, settings, files, purpose);
+      return;
+    }
     String address = input.getSystemId();
     handler.StartDocument(Addresses.shown(address));
-    String outer = diagnostics.setSubject(address);
+    Place outer = diagnostics.setSubject(Place.of(address));
     try {
-      settings.apply(parser.reader());
-      InputSource opened = open(input, settings, purpose);
-      files.add(address);
-      try {
-        parser.parse(opened, resolution, files);
-      } catch (IOException e) {
-        throw settings.fail(e, address);
-      } catch (SAXParseException e) {
-        diagnostics.rememberPlace(e);
-        throw e;
-      } finally {
-        if (opened.getByteStream() != null)
-          opened.getByteStream().close();
-      }
-      settings.restore(parser.reader());
-      parsers.giveBack(parser);
+      parse(input, settings, files, purpose);
     } finally {
       diagnostics.setSubject(outer);
       handler.EndDocument();
     }
   }
 
-  private InputSource open(InputSource input, ParserSettings settings, Purpose purpose)
+  // What a stylesheet has in its hands already is no document of its own.
+  private static boolean isText(InputSource input) {
+    return input.getSystemId() == null || input.getCharacterStream() != null;
+  }
+
+  private void parse(InputSource input, ParserSettings settings, FilesRead files, Purpose purpose)
       throws IOException, SAXException {
-    if (input.getByteStream() != null || input.getCharacterStream() != null)
+    Parser parser = parsers.take();
+    settings.apply(parser.reader(), input.getSystemId());
+    InputSource opened = open(input, settings, files, purpose);
+    try {
+      parser.parse(opened, resolution, settings.entities, files);
+    } catch (IOException e) {
+      throw settings.fail(e, input.getSystemId());
+    } catch (SAXParseException e) {
+      diagnostics.rememberPlace(e);
+      throw e;
+    } finally {
+      if (opened.getByteStream() != null)
+        opened.getByteStream().close();
+    }
+    settings.restore(parser.reader());
+    parsers.giveBack(parser);
+  }
+
+  private InputSource openReplacement() throws IOException {
+    InputSource opened = new InputSource(replaced);
+    opened.setByteStream(new BufferedInputStream(Files.newInputStream(replacement)));
+    return opened;
+  }
+
+  private InputSource open(InputSource input, ParserSettings settings, FilesRead files, Purpose purpose)
+      throws IOException, SAXException {
+    if (isText(input))
       return input;
     try {
-      if (replaced.equals(input.getSystemId())) {
-        InputSource opened = new InputSource(input.getSystemId());
-        opened.setByteStream(new BufferedInputStream(Files.newInputStream(replacement)));
-        return opened;
-      }
-      return EntityResolution.open(input.getSystemId(), input.getPublicId());
+      boolean mayFetch = purpose != Purpose.PRINCIPAL;
+      InputSource opened = replaced.equals(input.getSystemId()) ? openReplacement()
+          : input.getByteStream() != null
+              ? input : EntityResolution.open(input.getSystemId(), input.getPublicId(), mayFetch);
+      files.add(input.getSystemId());
+      return opened;
     } catch (IOException e) {
       if (purpose == Purpose.PRINCIPAL)
         throw settings.fail(e, input.getSystemId());

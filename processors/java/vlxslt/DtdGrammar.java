@@ -29,10 +29,13 @@ final class DtdGrammar {
       handler.notationDecl(notation.name, notation.publicId,
           Addresses.resolve(notation.baseSystemId, notation.systemId));
     XMLEntityDecl entity = new XMLEntityDecl();
+    // Where they were declared counts: a standalone document may not use them.
+    manager.startExternalSubset();
     for (int i = 0; grammar.getEntityDecl(i, entity); i++) {
       if (!entity.isPE)
         declare(entity, manager, handler);
     }
+    manager.endExternalSubset();
   }
 
   private static void declare(XMLEntityDecl entity, XMLEntityManager manager, DTDHandler handler)

@@ -1,7 +1,12 @@
 package vlxslt;
 
+import java.io.BufferedInputStream;
+import java.io.FileNotFoundException;
 import java.io.IOException;
 import java.io.InputStream;
+import java.net.URL;
+import java.net.URLConnection;
+import java.net.UnknownHostException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import org.xml.sax.InputSource;
@@ -31,19 +36,41 @@ final class EntityResolution {
     return Addresses.resolve(baseUri, systemId);
   }
 
-  /** Opens a document or entity; what lies on the network is not fetched unasked. */
-  static InputSource open(String address, String publicId) throws IOException {
-    if (Addresses.isNetwork(address))
-      throw new ReadFailure(Text.ADDRESS_NOT_FETCHED.with(address));
+  /** Opens a document or entity; from the network only where `mayFetch` says so. */
+  static InputSource open(String address, String publicId, boolean mayFetch) throws IOException {
     InputSource source = new InputSource(address);
     source.setPublicId(publicId);
-    Path file = Addresses.fileOf(address);
-    if (file != null)
-      source.setByteStream(read(file));
+    if (Addresses.isOfFile(address))
+      source.setByteStream(read(address));
+    else if (Addresses.isNetwork(address) && !mayFetch)
+      throw new ReadFailure(Text.ADDRESS_NOT_FETCHED.with(address));
+    else
+      fetch(source);
     return source;
   }
 
-  private static InputStream read(Path file) throws IOException {
+  private static void fetch(InputSource source) throws IOException {
+    try {
+      URLConnection connection = new URL(source.getSystemId()).openConnection();
+      source.setByteStream(buffered(connection.getInputStream()));
+      // It may have been led elsewhere; what the document refers to lies there.
+      source.setSystemId(connection.getURL().toString());
+    } catch (IOException | IllegalArgumentException e) {
+      throw new ReadFailure(Text.ADDRESS_NOT_READ.with(source.getSystemId(), reasonOf(e)));
+    }
+  }
+
+  // The texts of these are no more than the name that was looked for.
+  private static String reasonOf(Exception e) {
+    if (e instanceof UnknownHostException)
+      return Text.HOST_UNKNOWN.with();
+    return e instanceof FileNotFoundException ? Text.NOT_THERE.with() : e.getMessage();
+  }
+
+  private static InputStream read(String address) throws IOException {
+    Path file = Addresses.fileOf(address);
+    if (file == null)
+      throw new ReadFailure(Text.ADDRESS_UNUSABLE.with(address));
     if (Files.isDirectory(file))
       throw new ReadFailure(Text.FILE_IS_FOLDER.with(file));
     if (!Files.exists(file))
@@ -51,6 +78,10 @@ final class EntityResolution {
     // To open a pipe would block until something writes into it.
     if (!Files.isRegularFile(file))
       throw new ReadFailure(Text.FILE_NOT_REGULAR.with(file));
-    return new java.io.BufferedInputStream(Files.newInputStream(file), 1 << 16);
+    return buffered(Files.newInputStream(file));
+  }
+
+  private static InputStream buffered(InputStream stream) {
+    return new BufferedInputStream(stream, 1 << 16);
   }
 }

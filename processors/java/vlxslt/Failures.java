@@ -65,7 +65,7 @@ final class Failures {
 
   private static String specialText(Throwable link) {
     if (link instanceof OutOfMemoryError)
-      return Text.OUT_OF_MEMORY.with(Runtime.getRuntime().maxMemory() >> 20);
+      return outOfMemory(Runtime.getRuntime().maxMemory() >> 20);
     if (link instanceof StackOverflowError)
       return Text.RECURSION_TOO_DEEP.with();
     if (link instanceof OutputFile.WriteFailure || link instanceof EntityResolution.ReadFailure)
@@ -77,6 +77,12 @@ final class Failures {
     if (link instanceof AccessDeniedException denied)
       return Text.NO_PERMISSION.with(denied.getFile());
     return null;
+  }
+
+  // Advises twice as much, in a round number.
+  private static String outOfMemory(long megabytes) {
+    long more = (2 * megabytes + 63) / 64 * 64;
+    return Text.OUT_OF_MEMORY.with(megabytes, more < 1024 ? more + "m" : (more + 1023) / 1024 + "g");
   }
 
   static boolean isWriteFailure(Throwable thrown) {

@@ -24,9 +24,10 @@ final class FilesRead {
     others.files.forEach(files::putIfAbsent);
   }
 
-  /** Whether all are files, and still as they were. */
+  /** Whether the files among them are as they were. */
   boolean areCurrent() {
-    return files.values().stream().allMatch(stamp -> stamp != null && stamp.isCurrent());
+    return files.entrySet().stream().allMatch(
+        each -> each.getValue() == null ? !Addresses.isOfFile(each.getKey()) : each.getValue().isCurrent());
   }
 
   boolean areFiles() {

@@ -6,7 +6,6 @@ import java.nio.file.Path;
 import java.util.List;
 import java.util.Map;
 import javax.xml.transform.sax.SAXSource;
-import org.xml.sax.SAXParseException;
 import vlxslt.Diagnostic.Severity;
 import vlxslt.ProcessorAdapter.Stylesheet;
 
@@ -29,6 +28,7 @@ final class Job {
   private final Documents documents;
   private final FilesRead filesRead = new FilesRead();
   private List<String> secondaryOutputs = List.of();
+  private Place origin; // of the stylesheet
 
   Job(Request request, IVLXSLTJavaHandler handler, ParserPool parsers) {
     this.request = request;
@@ -72,11 +72,15 @@ final class Job {
   /** Returns when all outputs are in place; throws what ended the job before. */
   void run(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
     diagnostics.setSubject(input());
+    documents.noteUnasked(filesRead);
     Path target = Path.of(request.output);
-    Stylesheet stylesheet = compile(processor, stylesheets);
+    String address = findStylesheet();
+    protect(address);
+    Stylesheet stylesheet = compile(processor, stylesheets, address);
     diagnostics.setSubject(outputAddress());
     try (Outputs outputs = new Outputs(target, Path.of(request.result))) {
-      diagnostics.setSubject(input());
+      // What the parser finds in the input has its place; all else is the stylesheet's doing.
+      diagnostics.setSubject(origin);
       stylesheet.run(this, outputs);
       diagnostics.failOn(Severity.FATAL);
       diagnostics.setSubject(outputAddress());
@@ -89,33 +93,53 @@ final class Job {
     diagnostics.end(thrown);
   }
 
+  /** The thread goes on to something else. */
+  void leave() {
+    documents.noteUnasked(null);
+  }
+
   /** The last that the handler hears of the job. */
   void tellResult() {
     handler.JobDone(secondaryOutputs.toArray(new String[0]), filesRead.paths());
   }
 
-  private Stylesheet compile(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
-    if (!request.stylesheet.isEmpty())
-      return stylesheets.compile(processor, protect(Addresses.ofPath(request.stylesheet)), this);
-    String href = StylesheetInstruction.find(inputSource());
+  private String findStylesheet() throws Exception {
+    if (!request.stylesheet.isEmpty()) {
+      String address = Addresses.ofPath(request.stylesheet);
+      origin = Place.of(address);
+      return address;
+    }
+    StylesheetInstruction found = StylesheetInstruction.find(inputSource());
+    String href = found.href() == null ? null : found.href().strip().replace('\\', '/');
     if (href == null)
-      throw new SAXParseException(
-          Text.NO_STYLESHEET.with(), null, input(), -1, -1);
-    if (!href.startsWith("#"))
-      return stylesheets.compile(processor, protect(documents.resolve(input(), href.replace('\\', '/'))), this);
+      throw found.fail(Text.NO_STYLESHEET.with());
+    if (href.isEmpty())
+      throw found.fail(Text.STYLESHEET_NAME_EMPTY.with());
+    origin = found.place();
+    if (href.startsWith("#"))
+      return input() + href;
+    String address = documents.resolve(input(), href);
+    if (Addresses.isOfFile(address) && Addresses.fileOf(address) == null)
+      throw found.fail(Text.ADDRESS_UNUSABLE.with(href));
+    origin = Place.of(address);
+    return address;
+  }
+
+  private Stylesheet compile(ProcessorAdapter processor, Stylesheets stylesheets, String address) throws Exception {
     // A stylesheet inside its input is good for that input only; not kept.
-    protect(input());
+    if (!request.stylesheet.isEmpty() || !address.startsWith(input() + "#"))
+      return stylesheets.compile(processor, address, this);
+    diagnostics.setSubject(origin);
     Stylesheet embedded = processor.compileEmbedded(this);
     diagnostics.failOn(Severity.ERROR);
     return embedded;
   }
 
-  /** The address of a stylesheet, which a result may not replace: it could not be made again. */
-  private String protect(String address) throws IOException {
+  /** A stylesheet may not be replaced by a result: it could not be made again. */
+  private void protect(String address) throws IOException {
     Path stylesheet = Addresses.fileOf(address);
     Path result = Path.of(request.result);
     if (stylesheet != null && Files.exists(stylesheet) && Files.exists(result) && Files.isSameFile(stylesheet, result))
       throw new IOException(Text.OUTPUT_IS_STYLESHEET.with(result));
-    return address;
   }
 }

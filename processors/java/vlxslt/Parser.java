@@ -12,6 +12,7 @@ import org.apache.xerces.xni.XNIException;
 import org.apache.xerces.xni.grammars.Grammar;
 import org.apache.xerces.xni.grammars.XMLGrammarDescription;
 import org.apache.xerces.xni.grammars.XMLGrammarPool;
+import org.xml.sax.EntityResolver;
 import org.xml.sax.InputSource;
 import org.xml.sax.SAXException;
 import org.xml.sax.XMLReader;
@@ -26,6 +27,7 @@ import org.xml.sax.ext.EntityResolver2;
  */
 final class Parser implements EntityResolver2, XMLGrammarPool {
   private static final String PROPERTIES = "http://apache.org/xml/properties/";
+  static final String LOAD_DTD = "http://apache.org/xml/features/nonvalidating/load-external-dtd";
 
   private final SAXParser parser;
   private final XMLEntityManager entities;
@@ -33,7 +35,9 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
 
   // The document under way.
   private EntityResolution resolution;
+  private EntityResolver fallback;
   private FilesRead files;
+  private boolean isFromNetwork;
   private boolean mayUseCache;
   private String dtdPublicId;
   private String dtdAddress; // of the external subset, once asked for
@@ -52,12 +56,17 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     return parser;
   }
 
-  /** Reads one document; `source` has been opened. What is read for it joins `filesRead`. */
-  void parse(InputSource source, EntityResolution entityResolution, FilesRead filesRead)
+  /**
+   * Reads one document; `source` has been opened. What is read for it joins `filesRead`. The processor's own resolver,
+   * which may be null, serves what would be fetched otherwise.
+   */
+  void parse(InputSource source, EntityResolution entityResolution, EntityResolver ofProcessor, FilesRead filesRead)
       throws IOException, SAXException {
     resolution = entityResolution;
+    fallback = ofProcessor;
     files = filesRead;
-    mayUseCache = DoctypeScan.hasPlainDoctype(source.getByteStream());
+    isFromNetwork = source.getSystemId() != null && Addresses.isNetwork(source.getSystemId());
+    mayUseCache = parser.getFeature(LOAD_DTD) && DoctypeScan.hasPlainDoctype(source.getByteStream());
     dtdAddress = null;
     modules = new ArrayList<>();
     parser.parse(source);
@@ -86,12 +95,19 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     FileStamp stamp = FileStamp.of(address);
     modules.add(new DtdCache.Module(name, publicId, baseUri, systemId, address, stamp));
     try {
-      InputSource opened = EntityResolution.open(address, publicId);
+      InputSource opened = open(address, publicId);
       files.add(address, stamp);
       return opened;
     } catch (IOException e) {
       throw DtdGrammar.locate(entities, e);
     }
+  }
+
+  // A document from the network brings its entities from there. Saxon holds copies of well-known ones.
+  private InputSource open(String address, String publicId) throws IOException, SAXException {
+    InputSource copy = fallback != null && !Addresses.isOfFile(address)
+        ? fallback.resolveEntity(publicId, address) : null;
+    return copy != null ? copy : EntityResolution.open(address, publicId, isFromNetwork);
   }
 
   @Override

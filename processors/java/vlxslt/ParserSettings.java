@@ -5,6 +5,7 @@ import java.util.LinkedHashMap;
 import java.util.Map;
 import org.xml.sax.ContentHandler;
 import org.xml.sax.DTDHandler;
+import org.xml.sax.EntityResolver;
 import org.xml.sax.ErrorHandler;
 import org.xml.sax.Locator;
 import org.xml.sax.SAXException;
@@ -15,7 +16,7 @@ import org.xml.sax.helpers.XMLFilterImpl;
 
 /** What a processor set on a reader before it parses; parsers are shared, so it is taken back afterwards. */
 final class ParserSettings {
-  /** Passes everything on and remembers where the parser is. */
+  /** Passes on what it gets, and remembers where the parser is. */
   private static final class LocatingHandler extends XMLFilterImpl {
     private Locator locator;
 
@@ -24,22 +25,48 @@ final class ParserSettings {
       locator = documentLocator;
       super.setDocumentLocator(documentLocator);
     }
+
+    // As written they would come in every spelling there is.
+    @Override
+    public void unparsedEntityDecl(String name, String publicId, String systemId, String notation) throws SAXException {
+      super.unparsedEntityDecl(name, publicId, Addresses.spelled(systemId), notation);
+    }
+  }
+
+  /** The parser finds "Premature end of file" when it is nowhere any more: a file without an element is to blame. */
+  private record PlacingErrors(ErrorHandler next, String address) implements ErrorHandler {
+    @Override
+    public void warning(SAXParseException e) throws SAXException {
+      next.warning(e);
+    }
+
+    @Override
+    public void error(SAXParseException e) throws SAXException {
+      next.error(e);
+    }
+
+    @Override
+    public void fatalError(SAXParseException e) throws SAXException {
+      next.fatalError(e.getLineNumber() > 0 ? e : new SAXParseException(e.getMessage(), null, address, 1, 1));
+    }
   }
 
   ContentHandler content;
   DTDHandler dtd;
   ErrorHandler errors;
+  EntityResolver entities;
   final Map<String, Boolean> features = new LinkedHashMap<>();
   final Map<String, Object> properties = new LinkedHashMap<>();
   private final Map<String, Boolean> earlier = new LinkedHashMap<>();
   private LocatingHandler locating;
 
-  void apply(XMLReader reader) throws SAXException {
+  void apply(XMLReader reader, String address) throws SAXException {
     locating = new LocatingHandler();
     locating.setContentHandler(content);
     reader.setContentHandler(locating);
-    reader.setDTDHandler(dtd);
-    reader.setErrorHandler(errors == null ? new DefaultHandler() : errors);
+    locating.setDTDHandler(dtd);
+    reader.setDTDHandler(dtd == null ? null : locating);
+    reader.setErrorHandler(new PlacingErrors(errors == null ? new DefaultHandler() : errors, address));
     for (Map.Entry<String, Boolean> feature : features.entrySet()) {
       earlier.putIfAbsent(feature.getKey(), reader.getFeature(feature.getKey()));
       reader.setFeature(feature.getKey(), feature.getValue());

@@ -25,9 +25,15 @@ record Place(String publicId, String systemId, int line, int column) {
     return new Place(publicId, file, line > 0 ? line : -1, line > 0 && column > 0 ? column : -1);
   }
 
-  /** This one in a file that is known otherwise, unless it names one itself. */
-  Place in(String file) {
-    return systemId == null ? new Place(publicId, file, line, column) : this;
+  static Place of(String systemId) {
+    return new Place(null, systemId, -1, -1);
+  }
+
+  /** This one in a file that is known otherwise, unless it names one itself; without a line, that place as it is. */
+  Place in(Place known) {
+    if (systemId != null)
+      return this;
+    return line < 0 ? known : new Place(publicId, known.systemId, line, column);
   }
 
   boolean isSameAs(Place other) {

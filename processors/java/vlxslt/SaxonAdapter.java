@@ -9,6 +9,7 @@ import java.util.function.Consumer;
 import java.util.function.Function;
 import javax.xml.transform.Source;
 import javax.xml.transform.TransformerFactory;
+import javax.xml.transform.URIResolver;
 import vlxslt.Documents.Purpose;
 
 /** Saxon 9.9 and later, through its s9api; the classes are those of whichever jar the user named. */
@@ -21,6 +22,8 @@ final class SaxonAdapter implements ProcessorAdapter {
   SaxonAdapter(TransformerFactory factory) {
     this.factory = factory;
     this.loader = factory.getClass().getClassLoader();
+    for (String reader : new String[] {"sourceParserClass", "styleParserClass"})
+      factory.setAttribute("http://saxon.sf.net/feature/" + reader, OwnReader.class.getName());
   }
 
   static boolean isFor(TransformerFactory factory) {
@@ -43,8 +46,16 @@ final class SaxonAdapter implements ProcessorAdapter {
   private Object newCompiler(Job job, FilesRead modules) throws Exception {
     Object compiler = Reflection.call(processor(), "newXsltCompiler");
     SaxonDiagnostics.connect(compiler, job.diagnostics());
-    Reflection.call(compiler, "setURIResolver", job.documents().uriResolver(modules, Purpose.MODULE));
+    Reflection.call(compiler, "setURIResolver", filesOnly(job.documents().uriResolver(modules, Purpose.MODULE)));
     return compiler;
+  }
+
+  // What lies on the network Saxon opens itself, with our reader, and brings its own copies of well-known DTDs.
+  private static URIResolver filesOnly(URIResolver resolver) {
+    return (href, base) -> {
+      Source found = resolver.resolve(href, base);
+      return found == null || Addresses.isNetwork(found.getSystemId()) ? null : found;
+    };
   }
 
   private Stylesheet compile(Object compiler, Source source) throws Exception {
@@ -55,7 +66,8 @@ final class SaxonAdapter implements ProcessorAdapter {
   private void run(Object transformer, Job job, Outputs outputs) throws Exception {
     SaxonDiagnostics.connect(transformer, job.diagnostics());
     connectMessages(transformer, job.diagnostics());
-    Reflection.call(transformer, "setURIResolver", job.documents().uriResolver(job.filesRead(), Purpose.DATA));
+    Reflection.call(
+        transformer, "setURIResolver", filesOnly(job.documents().uriResolver(job.filesRead(), Purpose.DATA)));
     noteTexts(transformer, job.filesRead());
     Reflection.call(transformer, "setBaseOutputURI", job.outputAddress());
     Function<URI, Object> destinations = uri -> openResult(uri, outputs);

@@ -41,14 +41,15 @@ final class Stylesheets {
   Stylesheet compile(ProcessorAdapter processor, String address, Job job) throws Exception {
     Key key = new Key(processor, address);
     Entry entry = entries.get(key);
-    if (entry == null || !entry.modules.areCurrent()) {
+    int run = generation;
+    // What came from the network shows no change: good for one run.
+    if (entry == null || !entry.modules.areCurrent() || entry.generation != run && !entry.modules.areFiles()) {
       entries.remove(key);
       entry = compileAnew(processor, address, job);
-      if (entry.modules.areFiles())
+      if (entry.modules.areCurrent())
         entries.put(key, entry);
       return entry.stylesheet;
     }
-    int run = generation;
     if (entry.generation != run)
       job.diagnostics().repeat(entry.warnings);
     entry.generation = run;
@@ -61,6 +62,7 @@ final class Stylesheets {
     FilesRead modules = new FilesRead();
     int before = diagnostics.count();
     diagnostics.setSubject(address);
+    job.documents().noteUnasked(modules);
     try {
       Stylesheet stylesheet = processor.compile(job.documents().source(address, modules), job, modules);
       diagnostics.failOn(Severity.ERROR);
@@ -68,6 +70,7 @@ final class Stylesheets {
         throw new TransformerConfigurationException(Text.STYLESHEET_NOT_COMPILED.with());
       return new Entry(stylesheet, modules, diagnostics.since(before), generation);
     } finally {
+      job.documents().noteUnasked(job.filesRead());
       job.filesRead().addAll(modules);
     }
   }

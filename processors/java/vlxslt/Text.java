@@ -31,7 +31,12 @@ enum Text {
   TWO_RESULTS_ONE_FILE,
   ADDRESS_NOT_FETCHED,
   FILE_IS_FOLDER,
-  FILE_NOT_REGULAR;
+  FILE_NOT_REGULAR,
+  STYLESHEET_NAME_EMPTY,
+  ADDRESS_UNUSABLE,
+  ADDRESS_NOT_READ,
+  HOST_UNKNOWN,
+  NOT_THERE;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};

@@ -49,7 +49,7 @@ public final class VLXSLTJavaLayer {
     handler = javaHandler;
   }
 
-  /** The folders of the class path, separated by ";"; its jars are on Java's own. Processors may lie in either. */
+  /** What comes behind Java's own class path, in its order, separated by ";". Processors may lie in either. */
   public void SetClassPath(String classPath) {
     List<URL> entries = new ArrayList<>();
     for (String entry : classPath.split(";")) {
@@ -122,6 +122,7 @@ public final class VLXSLTJavaLayer {
       job.end(e);
       return 0;
     } finally {
+      job.leave();
       job.tellResult();
     }
   }
