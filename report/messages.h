@@ -130,6 +130,13 @@ enum class MessageId : uint16_t {
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
   JavaLayerLast = 18275,
+  OptionsUnreadable = 18300,
+  NestedTooDeep = 18301,
+  EntityNotRead = 18302,
+  TransformationFileLocked = 18303,
+  TransformationFileUnreadable = 18304,
+  OverwriteInvalidFile = 18305,
+  InvalidFileKept = 18306,
 };
 
 // The embedded image, valid for the life of the client.
