@@ -107,8 +107,9 @@ TypedValues AnswerTransformationFile(std::string_view text, processors::Processo
 TypedValues AnswerTransformations(std::string_view text, processors::Processor &) {
   TypedValues reply;
   const catalogue::LoadResult loaded = ReadNamed(ScanRequestOptions(text, RequestKind::Classic));
-  for (const Transformation &each : loaded.list.value_or(catalogue::TransformationList()))
-    catalogue::AppendTransformation(reply, each);
+  if (loaded.list)
+    for (const Transformation &each : *loaded.list)
+      catalogue::AppendTransformation(reply, each);
   return reply;
 }
 
