@@ -9,6 +9,7 @@
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 
 #include <string>
+#include <utility>
 
 namespace catalogue {
 
@@ -62,10 +63,14 @@ xercesc::InputSource *NoEntities::resolveEntity(XMLResourceIdentifier *resource)
 }
 
 xercesc::InputSource *LocalEntities::resolveEntity(XMLResourceIdentifier *resource) {
-  const std::string path = LocalPath(*resource);
-  if (IsSchema(*resource) || !kit::IsFile(path))
+  if (IsSchema(*resource))
     return NoEntities::resolveEntity(resource);
-  return new TextSource(kit::ReadFile(path).bytes, ToUtf16(path).c_str());
+  const std::string path = LocalPath(*resource);
+  kit::FileContent content = kit::ReadFile(path);
+  if (content.error.empty())
+    return new TextSource(std::move(content.bytes), ToUtf16(path).c_str());
+  unread.insert(ToUtf8(SystemIdOf(*resource)));
+  return NoEntities::resolveEntity(resource);
 }
 
 } // namespace catalogue

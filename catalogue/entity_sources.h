@@ -4,6 +4,9 @@
 
 #include <xercesc/util/XMLEntityResolver.hpp>
 
+#include <set>
+#include <string>
+
 namespace catalogue {
 
 // External entities and document types are empty; a schema that a file names by itself counts as not to be found,
@@ -17,6 +20,12 @@ public:
 class LocalEntities : public NoEntities {
 public:
   xercesc::InputSource *resolveEntity(xercesc::XMLResourceIdentifier *resource) override;
+
+  // What was asked for and could not be read, as it is named in the file.
+  [[nodiscard]] const std::set<std::string> &Unread() const { return unread; }
+
+private:
+  std::set<std::string> unread;
 };
 
 } // namespace catalogue

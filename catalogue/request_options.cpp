@@ -1,10 +1,12 @@
 #include "catalogue/request_options.h"
 
+#include "kit/request_words.h"
 #include "kit/text.h"
 #include "report/messages.h"
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
 namespace catalogue {
@@ -74,67 +76,106 @@ void DropParameter(RequestOptions &all, Value name) {
     Refuse(all, report::FormatMessage(MessageId::NoSuchParameter, {all.record.name, name}));
 }
 
+using Values = std::array<std::string, 2>;
+
 struct Option {
   std::string_view name;
-  void (*apply)(RequestOptions &, Value value);
+  size_t valueCount; // the last ones may be missing at the end of the request, but not the first
+  void (*apply)(RequestOptions &all, const Values &values);
 };
 
-constexpr std::array options = {
-    Option{"-appname", [](RequestOptions &all, Value value) { all.applicationName = value; }},
-    Option{"-trfile", [](RequestOptions &all, Value value) { all.transformationFile = value; }},
-    Option{"-trname", [](RequestOptions &all, Value value) { all.transformationName = value; }},
-    Option{"-name", [](RequestOptions &all, Value value) { all.record.name = value; }},
-    Option{"-xslfilepath",
-           [](RequestOptions &all, Value value) {
-             all.record.xslPath = value;
-             all.record.usePI = false;
-           }},
-    Option{"-processor", [](RequestOptions &all, Value value) { all.record.processor = value; }},
-    Option{"-dropparam", DropParameter},
-    Option{"-dirpath",
-           [](RequestOptions &all, Value value) {
-             all.record.output.dirPath = value;
-             ImplyLocation(all, OutputLocationKind::DirPath);
-           }},
-    Option{"-suffix",
-           [](RequestOptions &all, Value value) {
-             all.record.output.suffix = value;
-             ImplyLocation(all, OutputLocationKind::SameLocationAsSource);
-           }},
-    Option{"-output",
-           [](RequestOptions &all, Value value) {
-             SetKind(all, "-output", locationNames, value, all.record.output.outputLocation);
-             all.namesLocation = true;
-           }},
-    Option{"-openoutput",
-           [](RequestOptions &all, Value value) {
-             SetKind(all, "-openoutput", openNames, value, all.record.output.openOutput);
-           }},
-};
+constexpr Option application = {"-appname", 1,
+                                [](RequestOptions &all, const Values &values) { all.applicationName = values[0]; }};
+constexpr Option file = {"-trfile", 1,
+                         [](RequestOptions &all, const Values &values) { all.transformationFile = values[0]; }};
+constexpr Option transformation = {
+    "-trname", 1, [](RequestOptions &all, const Values &values) { all.transformationName = values[0]; }};
+constexpr Option stylesheet = {"-xslfilepath", 1, [](RequestOptions &all, const Values &values) {
+                                 all.record.xslPath = values[0];
+                                 all.record.usePI = false;
+                               }};
+constexpr Option instruction = {"-usepi", 0, [](RequestOptions &all, const Values &) {
+                                  all.record.usePI = true;
+                                  all.record.xslPath.clear();
+                                }};
+constexpr Option name = {"-name", 1, [](RequestOptions &all, const Values &values) { all.record.name = values[0]; }};
+constexpr Option processor = {"-processor", 1,
+                              [](RequestOptions &all, const Values &values) { all.record.processor = values[0]; }};
+constexpr Option parameter = {
+    "-sparam", 2, [](RequestOptions &all, const Values &values) { SetParameter(all, values[0], values[1]); }};
+constexpr Option droppedParameter = {"-dropparam", 1,
+                                     [](RequestOptions &all, const Values &values) { DropParameter(all, values[0]); }};
+constexpr Option folder = {"-dirpath", 1, [](RequestOptions &all, const Values &values) {
+                             all.record.output.dirPath = values[0];
+                             ImplyLocation(all, OutputLocationKind::DirPath);
+                           }};
+constexpr Option suffix = {"-suffix", 1, [](RequestOptions &all, const Values &values) {
+                             all.record.output.suffix = values[0];
+                             ImplyLocation(all, OutputLocationKind::SameLocationAsSource);
+                           }};
+constexpr Option output = {"-output", 1, [](RequestOptions &all, const Values &values) {
+                             SetKind(all, "-output", locationNames, values[0], all.record.output.outputLocation);
+                             all.namesLocation = true;
+                           }};
+constexpr Option openOutput = {"-openoutput", 1, [](RequestOptions &all, const Values &values) {
+                                 SetKind(all, "-openoutput", openNames, values[0], all.record.output.openOutput);
+                               }};
+constexpr Option replace = {"-replace", 0, [](RequestOptions &all, const Values &) { all.replacesInvalid = true; }};
+constexpr Option records = {"-records", 0, [](RequestOptions &all, const Values &) { all.wantsRecords = true; }};
+
+constexpr std::array classicOptions = {application, file, transformation};
+constexpr std::array listOptions = {file, transformation, records};
+constexpr std::array addOptions = {file,   name,   stylesheet, instruction, processor, parameter,
+                                   folder, suffix, output,     openOutput,  replace};
+constexpr std::array editOptions = {file,      transformation,   name,   stylesheet, instruction, processor,
+                                    parameter, droppedParameter, folder, suffix,     output,      openOutput};
+constexpr std::array deleteOptions = {file, transformation};
+constexpr std::array pathOptions = {application, stylesheet};
+constexpr std::array parametersOptions = {stylesheet};
+
+std::span<const Option> OptionsOf(RequestKind kind) {
+  switch (kind) {
+  case RequestKind::List:
+    return listOptions;
+  case RequestKind::Add:
+    return addOptions;
+  case RequestKind::Edit:
+    return editOptions;
+  case RequestKind::Delete:
+    return deleteOptions;
+  case RequestKind::ResolvePath:
+    return pathOptions;
+  case RequestKind::StylesheetParameters:
+    return parametersOptions;
+  default:
+    return classicOptions;
+  }
+}
+
+void Apply(const Option &option, kit::RequestWords &words, RequestOptions &all) {
+  Values values;
+  for (size_t index = 0; index < option.valueCount; ++index)
+    if (!words.Next(values[index]) && index == 0)
+      return;
+  option.apply(all, values);
+}
 
 } // namespace
 
-RequestOptions ScanRequestOptions(std::string_view request, Transformation start) {
+RequestOptions ScanRequestOptions(std::string_view request, RequestKind kind, Transformation start) {
+  using Grammar = kit::RequestWords::Grammar;
   RequestOptions all;
   all.record = std::move(start);
-  kit::Tokenizer tokens(request);
-  std::string token;
-  while (tokens.Next(token)) {
+  request.remove_prefix(std::min(request.find(' '), request.size()));
+  kit::RequestWords words(request, kind == RequestKind::Classic ? Grammar::Classic : Grammar::ClassicOrJson);
+  if (!words.Problem().empty())
+    Refuse(all, report::FormatMessage(MessageId::OptionsUnreadable, {kit::jsonOption, words.Problem()}));
+  const std::span<const Option> options = OptionsOf(kind);
+  for (std::string word; words.Next(word);) {
     const auto option =
-        std::ranges::find_if(options, [&](const Option &each) { return kit::EqualsIgnoreCase(each.name, token); });
-    if (option != options.end()) {
-      if (std::string value; tokens.Next(value))
-        option->apply(all, value);
-    } else if (kit::EqualsIgnoreCase(token, "-usepi")) {
-      all.record.usePI = true;
-      all.record.xslPath.clear();
-    } else if (kit::EqualsIgnoreCase(token, "-sparam")) {
-      std::string name;
-      std::string expression;
-      if (tokens.Next(name))
-        (void)tokens.Next(expression);
-      SetParameter(all, name, expression);
-    }
+        std::ranges::find_if(options, [&](const Option &each) { return kit::EqualsIgnoreCase(each.name, word); });
+    if (option != options.end())
+      Apply(*option, words, all);
   }
   return all;
 }

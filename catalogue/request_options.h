@@ -1,5 +1,6 @@
 // The options of the requests about catalogues: which catalogue, which transformation, and the fields of one that is
-// added or changed. An option takes the next token, whatever it is; a later one counts; what is no option is skipped.
+// added or changed. Each request knows its own options only. An option takes the next word, whatever it is; a later one
+// counts; what is no option of the request is skipped.
 #ifndef CATALOGUE_REQUEST_OPTIONS_H
 #define CATALOGUE_REQUEST_OPTIONS_H
 
@@ -10,6 +11,9 @@
 
 namespace catalogue {
 
+// By what it knows. The classic ones share their options; all others take them as a JSON array too.
+enum class RequestKind { Classic, List, Add, Edit, Delete, ResolvePath, StylesheetParameters };
+
 // What a request does not name is empty.
 struct RequestOptions {
   std::string applicationName;
@@ -17,10 +21,13 @@ struct RequestOptions {
   std::string transformationName;
   Transformation record;      // what the request makes of the record that it starts from
   bool namesLocation = false; // "-output" outweighs what a folder or a suffix says about the location
-  std::string problem;        // a message about the first option that cannot be applied; empty without one
+  bool replacesInvalid = false;
+  bool wantsRecords = false;
+  std::string problem; // a message about the first option that cannot be applied; empty without one
 };
 
-[[nodiscard]] RequestOptions ScanRequestOptions(std::string_view request, Transformation start = {});
+// `request` begins with its name.
+[[nodiscard]] RequestOptions ScanRequestOptions(std::string_view request, RequestKind kind, Transformation start = {});
 
 } // namespace catalogue
 

@@ -1,28 +1,22 @@
 #include "catalogue/serialize_transformations.h"
 
 #include "catalogue/xml_library.h"
-#include "kit/handle.h"
 #include "report/messages.h"
 #include "report/run_event.h"
 
-#include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/MemBufFormatTarget.hpp>
+#include <xercesc/framework/XMLFormatter.hpp>
 
 #include <array>
 #include <cstdio>
+#include <initializer_list>
+#include <utility>
 
 namespace catalogue {
 
 namespace {
 
 using report::MessageId;
-using xercesc::DOMDocument;
-using xercesc::DOMElement;
-
-struct ReleaseObject {
-  template <class T> void operator()(T *object) const { object->release(); }
-};
-template <class T> using Released = kit::Handle<T, ReleaseObject{}>;
+using xercesc::XMLFormatter;
 
 // ---- What cannot be written
 
@@ -67,124 +61,168 @@ bool CheckWritable(const Transformation &record) {
 
 // ---- The document
 
-DOMElement &AppendElement(DOMElement &parent, const char16_t *name) {
-  return *static_cast<DOMElement *>(parent.appendChild(parent.getOwnerDocument()->createElement(name)));
-}
-
-// An empty text still stands in the element, so that it is written with a start and an end tag.
-DOMElement &AppendText(DOMElement &parent, const char16_t *name, std::string_view text = {}) {
-  DOMElement &element = AppendElement(parent, name);
-  element.appendChild(parent.getOwnerDocument()->createTextNode(ToUtf16(text).c_str()));
-  return element;
-}
-
-void WriteParameters(DOMElement &parent, const std::vector<std::string> &parameters, const std::string &noValue) {
-  DOMElement &element = AppendElement(parent, u"Parameters");
-  for (size_t at = 0; at < parameters.size(); at += 2) {
-    const std::string_view expression = at + 1 < parameters.size() ? parameters[at + 1] : std::string_view();
-    DOMElement &parameter = AppendElement(element, u"Parameter");
-    parameter.setAttribute(u"expression", ToUtf16(expression == noValue ? std::string_view() : expression).c_str());
-    parameter.setAttribute(u"name", ToUtf16(parameters[at]).c_str());
+class StringTarget : public xercesc::XMLFormatTarget {
+public:
+  explicit StringTarget(std::string &written) : bytes(written) {}
+  void writeChars(const XMLByte *text, const XMLSize_t count, XMLFormatter *) override {
+    bytes.append(reinterpret_cast<const char *>(text), count);
   }
+
+private:
+  std::string &bytes;
+};
+
+using Attribute = std::pair<const char16_t *, std::string_view>;
+
+// Writes elements as they come, with nothing kept of a catalogue but its bytes. The library escapes.
+class ElementWriter {
+public:
+  explicit ElementWriter(std::string &bytes)
+      : target(bytes), formatter(u"UTF-8", u"1.0", &target, XMLFormatter::NoEscapes, XMLFormatter::UnRep_CharRef) {}
+
+  void Write(const char16_t *markup) { formatter << XMLFormatter::NoEscapes << markup; }
+
+  // A line of its own, and whatever stands in the element on lines of theirs.
+  template <class Content> void Element(const char16_t *name, const Content &writeContent) {
+    Open(name, {});
+    ++depth;
+    writeContent();
+    --depth;
+    NewLine();
+    Close(name);
+  }
+  void Leaf(const char16_t *name, std::string_view text = {}, std::initializer_list<Attribute> attributes = {}) {
+    Open(name, attributes);
+    formatter << XMLFormatter::CharEscapes << ToUtf16(text).c_str();
+    Close(name);
+  }
+  void Empty(const char16_t *name, std::initializer_list<Attribute> attributes = {}) {
+    Start(name, attributes);
+    Write(u"/>");
+  }
+
+private:
+  void NewLine() {
+    Write(u"\r\n");
+    for (int level = 0; level < depth; ++level)
+      Write(u"  ");
+  }
+  void Start(const char16_t *name, std::initializer_list<Attribute> attributes) {
+    NewLine();
+    Write(u"<");
+    Write(name);
+    for (const Attribute &attribute : attributes) {
+      Write(u" ");
+      Write(attribute.first);
+      Write(u"=\"");
+      formatter << XMLFormatter::AttrEscapes << ToUtf16(attribute.second).c_str();
+      Write(u"\"");
+    }
+  }
+  void Open(const char16_t *name, std::initializer_list<Attribute> attributes) {
+    Start(name, attributes);
+    Write(u">");
+  }
+  void Close(const char16_t *name) {
+    Write(u"</");
+    Write(name);
+    Write(u">");
+  }
+
+  StringTarget target;
+  XMLFormatter formatter;
+  int depth = 1; // everything stands in the root
+};
+
+void WriteParameters(ElementWriter &writer, const std::vector<std::string> &parameters, std::string_view noValue) {
+  if (parameters.empty()) {
+    writer.Empty(u"Parameters");
+    return;
+  }
+  writer.Element(u"Parameters", [&] {
+    for (size_t at = 0; at < parameters.size(); at += 2) {
+      const std::string_view expression = at + 1 < parameters.size() ? parameters[at + 1] : std::string_view();
+      writer.Empty(u"Parameter", {{u"expression", expression == noValue ? std::string_view() : expression},
+                                  {u"name", parameters[at]}});
+    }
+  });
 }
 
-void WriteOutputLocation(DOMElement &parent, const TransformationOutput &output) {
+void WriteOutputLocation(ElementWriter &writer, const TransformationOutput &output) {
   switch (output.outputLocation) {
   case OutputLocationKind::DoNotSave:
-    AppendText(parent, u"DoNotSave");
+    writer.Leaf(u"DoNotSave");
     break;
   case OutputLocationKind::DirPath:
-    AppendText(parent, u"DirPath", output.dirPath);
+    writer.Leaf(u"DirPath", output.dirPath);
     break;
   case OutputLocationKind::SameLocationAsSource:
-    AppendText(parent, u"SameLocationAsSource").setAttribute(u"suffix", ToUtf16(output.suffix).c_str());
+    writer.Leaf(u"SameLocationAsSource", {}, {{u"suffix", output.suffix}});
     break;
   default:
-    AppendText(parent, u"Prompt");
-    break;
+    writer.Leaf(u"Prompt");
   }
 }
 
-const char16_t *OpenOutputName(OpenOutputKind kind) {
+std::string_view OpenOutputName(OpenOutputKind kind) {
   switch (kind) {
   case OpenOutputKind::Vellis:
-    return u"Vellis";
+    return "Vellis";
   case OpenOutputKind::DefaultProgram:
-    return u"DefaultProgram";
+    return "DefaultProgram";
   default:
-    return u"";
+    return "";
   }
 }
 
-void WriteOutput(DOMElement &parent, const TransformationOutput &output) {
-  DOMElement &element = AppendElement(parent, u"Output");
-  WriteOutputLocation(AppendElement(element, u"OutputLocation"), output);
-  AppendText(element, u"OpenOutput").setAttribute(u"in", OpenOutputName(output.openOutput));
+void WriteTransformation(ElementWriter &writer, const Transformation &record, std::string_view noValue) {
+  // A blank line sets each one off.
+  writer.Write(u"\r\n");
+  writer.Element(u"Transformation", [&] {
+    writer.Leaf(u"Name", record.name);
+    writer.Element(u"Input", [&] {
+      if (record.usePI)
+        writer.Leaf(u"UsePI");
+      else
+        writer.Leaf(u"XSLPath", record.xslPath);
+    });
+    writer.Leaf(u"Processor", record.processor);
+    WriteParameters(writer, record.parameters, noValue);
+    writer.Element(u"Output", [&] {
+      writer.Element(u"OutputLocation", [&] { WriteOutputLocation(writer, record.output); });
+      writer.Leaf(u"OpenOutput", {}, {{u"in", OpenOutputName(record.output.openOutput)}});
+    });
+  });
 }
 
-void WriteTransformations(DOMElement &root, const TransformationList &list) {
+void Serialize(const TransformationList &list, std::string &bytes) {
+  ElementWriter writer(bytes);
+  writer.Write(u"<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\" ?>\r\n");
+  if (list.empty()) {
+    writer.Write(u"<Transformations/>\r\n");
+    return;
+  }
+  writer.Write(u"<Transformations>");
   const std::string noValue = report::LoadMessage(MessageId::NoValue);
-  for (const Transformation &record : list) {
-    DOMElement &element = AppendElement(root, u"Transformation");
-    AppendText(element, u"Name", record.name);
-    DOMElement &input = AppendElement(element, u"Input");
-    if (record.usePI)
-      AppendText(input, u"UsePI");
-    else
-      AppendText(input, u"XSLPath", record.xslPath);
-    AppendText(element, u"Processor", record.processor);
-    WriteParameters(element, record.parameters, noValue);
-    WriteOutput(element, record.output);
-  }
-}
-
-// ---- Its bytes
-
-void Configure(xercesc::DOMLSSerializer &serializer) {
-  using xercesc::XMLUni;
-  serializer.setNewLine(u"\r\n");
-  using Feature = std::pair<const XMLCh *, bool>;
-  const std::array features = {Feature{XMLUni::fgDOMWRTSplitCdataSections, false},
-                               Feature{XMLUni::fgDOMWRTDiscardDefaultContent, true},
-                               Feature{XMLUni::fgDOMWRTFormatPrettyPrint, true}, Feature{XMLUni::fgDOMWRTBOM, false}};
-  xercesc::DOMConfiguration *configuration = serializer.getDomConfig();
-  for (const auto &[feature, value] : features)
-    if (configuration->canSetParameter(feature, value))
-      configuration->setParameter(feature, value);
-}
-
-std::optional<std::string> Serialize(const TransformationList &list) {
-  xercesc::DOMImplementation *library = xercesc::DOMImplementationRegistry::getDOMImplementation(u"LS");
-  const auto serializer = Released<xercesc::DOMLSSerializer>::Adopt(library->createLSSerializer());
-  const auto output = Released<xercesc::DOMLSOutput>::Adopt(library->createLSOutput());
-  Configure(*serializer.Get());
-
-  const auto document = Released<DOMDocument>::Adopt(library->createDocument(nullptr, u"Transformations", nullptr));
-  document.Get()->setXmlStandalone(true);
-  document.Get()->setXmlVersion(u"1.0");
-  WriteTransformations(*document.Get()->getDocumentElement(), list);
-
-  // Into memory first: a full disk must be noticed, and the library does not say how much it wrote.
-  xercesc::MemBufFormatTarget target;
-  output.Get()->setEncoding(u"UTF-8");
-  output.Get()->setByteStream(&target);
-  if (!serializer.Get()->write(document.Get(), output.Get()))
-    return std::nullopt;
-  return std::string(reinterpret_cast<const char *>(target.getRawBuffer()), target.getLen());
+  for (const Transformation &record : list)
+    WriteTransformation(writer, record, noValue);
+  writer.Write(u"\r\n\r\n</Transformations>\r\n");
 }
 
 } // namespace
 
+// Into memory first: a file is only begun when everything can be written.
 std::optional<std::string> SerializeTransformations(const TransformationList &list) {
   for (const Transformation &record : list)
     if (!CheckWritable(record))
       return std::nullopt;
-  std::optional<std::string> bytes;
+  std::string bytes;
   const std::optional<std::string> reason =
-      CatchXmlErrors([&] { bytes = Serialize(list); }, report::LoadMessage(MessageId::OutOfMemory));
-  if (!bytes)
-    report::ReportProblem(MessageId::TransformationFileNotWritten, {reason.value_or("")});
-  return bytes;
+      CatchXmlErrors([&] { Serialize(list, bytes); }, report::LoadMessage(MessageId::OutOfMemory));
+  if (!reason)
+    return bytes;
+  report::ReportProblem(MessageId::TransformationFileNotWritten, {*reason});
+  return std::nullopt;
 }
 
 } // namespace catalogue

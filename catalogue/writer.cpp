@@ -1,16 +1,20 @@
 #include "catalogue/writer.h"
 
+#include "catalogue/decision.h"
 #include "catalogue/location.h"
 #include "catalogue/network.h"
 #include "catalogue/reader.h"
 #include "catalogue/serialize_transformations.h"
 #include "catalogue/xml_library.h"
+#include "catalogue/xml_text.h"
 #include "kit/atomic_file.h"
+#include "kit/file_lock.h"
 #include "kit/paths.h"
+#include "kit/unfinished_files.h"
 #include "report/messages.h"
 #include "report/run_event.h"
 
-#include <optional>
+#include <chrono>
 #include <utility>
 
 namespace catalogue {
@@ -19,39 +23,36 @@ namespace {
 
 using report::MessageId;
 
-void Show(MessageId id, std::string_view value) {
-  V_ApiAlert(report::FormatMessage(id, {value}).c_str(), V_ALERT_PLAIN);
-}
+// An edit takes well below a second; what holds the lock for longer hangs.
+constexpr std::chrono::seconds maxLockWait{10};
 
-bool Ask(MessageId id, std::string_view value, int32_t kind) {
-  return V_ApiAlert(report::FormatMessage(id, {value}).c_str(), kind) == V_ANSWER_PROCEED;
-}
-
-bool CanWriteFolder(const std::string &folder) {
-  if (!kit::IsFolder(folder)) {
-    Show(MessageId::FolderMissing, folder);
-    return false;
+// Decides with the file locked, and settles what there is to settle without the lock. The file is parsed again only
+// when it has changed meanwhile.
+template <class Decide> EditResult CarryOut(const std::string &path, const Decide &decide) {
+  Agreed agreed;
+  std::optional<LoadResult> loaded;
+  for (;;) {
+    Decision decision;
+    {
+      const kit::FileLock lock(LocalCopy(ResolvePath(path)), maxLockWait);
+      if (lock.GetState() == kit::FileLock::State::Busy) {
+        decision = {.otherwise = EditResult::Stopped,
+                    .text = report::FormatMessage(MessageId::TransformationFileLocked, {path, lock.Path()})};
+      } else {
+        ReloadTransformationFile(path, loaded);
+        decision = decide(*loaded, agreed);
+      }
+      if (decision.list)
+        return SaveTransformationFile(path, *decision.list) ? EditResult::Saved : EditResult::Failed;
+    }
+    if (!Settle(decision, agreed))
+      return decision.otherwise;
   }
-  if (!kit::IsWritable(folder)) {
-    Show(MessageId::FolderNotWritable, folder);
-    return false;
-  }
-  return true;
-}
-
-// Whether the record may take its place in the catalogue as it was loaded.
-bool MayReplace(const std::string &path, const Transformation &record, const LoadResult &loaded) {
-  // A catalogue that cannot be read counts as empty, so saving would drop what it holds: not without asking.
-  if (loaded.status == LoadStatus::NotLoaded && !Ask(MessageId::OverwriteExistingFile, path, V_ALERT_OK_CANCEL))
-    return false;
-  return !loaded.list || FindTransformation(*loaded.list, record.name) < 0 ||
-         Ask(MessageId::ReplaceTransformation, record.name, V_ALERT_YES_NO);
 }
 
 // What a reader will make of the record: with blanks around it, a name would pass for a new one, and be dropped as the
 // second of its name when the file is read.
-Transformation AsRead(const Transformation &given) {
-  Transformation record = given;
+Transformation AsRead(Transformation record) {
   for (std::string *text :
        {&record.name, &record.xslPath, &record.processor, &record.output.dirPath, &record.output.suffix})
     *text = Trim(*text);
@@ -60,39 +61,71 @@ Transformation AsRead(const Transformation &given) {
   return record;
 }
 
-EditResult Save(const std::string &path, const TransformationList &list) {
-  return SaveTransformationFile(path, list) ? EditResult::Saved : EditResult::Failed;
+// Nothing could address it afterwards.
+bool HasName(const Transformation &record) {
+  if (record.name.empty())
+    report::ReportProblem(MessageId::NameMissing);
+  return !record.name.empty();
 }
 
-// Puts the record where its name stands, else in the place of `oldName`, which must be there, or without one at the
-// end.
-EditResult Store(const std::string &path, const Transformation &given, const std::optional<std::string> &oldName,
-                 IsKnownProcessor isKnown) {
-  const Transformation record = AsRead(given);
-  if (path.empty() || oldName == "")
-    return EditResult::Failed;
-  if (!CanWriteTransformationFile(path))
-    return EditResult::Stopped;
-  LoadResult loaded = LoadTransformationFile(path);
-  if (record.name != oldName && !MayReplace(path, record, loaded))
-    return EditResult::Stopped;
-  if (const FieldCheck check = CheckTransformationFields(record, CheckMode::Interactive, isKnown);
-      check != FieldCheck::GoOn)
-    return check == FieldCheck::Declined ? EditResult::Stopped : EditResult::Failed;
-  TransformationList list = std::move(loaded.list).value_or(TransformationList());
-  // Renamed onto a name that exists, that one is replaced and the old one stays.
-  int32_t index = FindTransformation(list, record.name);
-  if (index < 0 && oldName)
-    index = FindTransformation(list, *oldName);
-  if (index >= 0) {
-    list[static_cast<size_t>(index)] = record;
-  } else if (!oldName) {
-    list.push_back(record);
-  } else {
-    report::ReportProblem(MessageId::TransformationNotFound, {*oldName});
-    return EditResult::Failed;
+Decision NotFound(const std::string &path, const std::string &name) {
+  report::ReportProblem(MessageId::TransformationNotFoundInFile, {name, path});
+  return End(EditResult::NotFound);
+}
+
+Transformation *Find(TransformationList &list, std::string_view name) {
+  const int32_t index = FindTransformation(list, name);
+  return index < 0 ? nullptr : &list[static_cast<size_t>(index)];
+}
+
+// Renamed onto a name that exists, that one is replaced and the old one stays.
+Decision Replace(TransformationList list, const Transformation &record, const std::string &oldName) {
+  Transformation *target = Find(list, record.name);
+  if (!target)
+    target = Find(list, oldName);
+  if (!target) {
+    report::ReportProblem(MessageId::TransformationNotFound, {oldName});
+    return End(EditResult::Failed);
   }
-  return Save(path, list);
+  *target = record;
+  return {.list = std::move(list)};
+}
+
+Decision AddOrReplace(TransformationList list, const Transformation &record) {
+  if (Transformation *target = Find(list, record.name))
+    *target = record;
+  else
+    list.push_back(record);
+  return {.list = std::move(list)};
+}
+
+Decision DecideEdit(const std::string &path, LoadResult &loaded, const Agreed &agreed, const Transformation &record,
+                    const std::string &oldName, IsKnownProcessor isKnown) {
+  if (auto problem = CheckTarget(path, loaded, agreed, InvalidFile::AskToReplace))
+    return *std::move(problem);
+  if (loaded.isUnreadable)
+    return Show(MessageId::TransformationFileUnreadable, path, EditResult::Stopped);
+  if (record.name != oldName)
+    if (auto problem = CheckReplacement(record, loaded, agreed))
+      return *std::move(problem);
+  if (auto problem = CheckFields(record, isKnown, agreed))
+    return *std::move(problem);
+  return Replace(std::exchange(loaded.list, std::nullopt).value_or(TransformationList()), record, oldName);
+}
+
+EditResult Delete(const std::string &path, const std::string &name, bool mustExist) {
+  if (path.empty() || name.empty())
+    return EditResult::Failed;
+  return CarryOut(path, [&](LoadResult &loaded, const Agreed &agreed) -> Decision {
+    if (mustExist && loaded.list && FindTransformation(*loaded.list, name) < 0)
+      return NotFound(path, name);
+    if (auto problem = CheckTarget(path, loaded, agreed, InvalidFile::AskToReplace))
+      return *std::move(problem);
+    if (!loaded.list)
+      return End(EditResult::Failed);
+    std::erase_if(*loaded.list, [&](const Transformation &each) { return each.name == name; });
+    return {.list = std::exchange(loaded.list, std::nullopt)};
+  });
 }
 
 } // namespace
@@ -104,7 +137,9 @@ bool SaveTransformationFile(const std::string &path, const TransformationList &l
   const auto bytes = SerializeTransformations(list);
   if (!bytes)
     return false;
-  kit::AtomicFile file(LocalCopy(resolved));
+  const std::string target = LocalCopy(resolved);
+  kit::RemoveAbandonedFiles(kit::FolderOf(target));
+  kit::AtomicFile file(target);
   if (!file.Write(*bytes) || !file.Commit()) {
     report::ReportProblem(MessageId::TransformationFileNotWritten, {file.Error()});
     return false;
@@ -113,66 +148,81 @@ bool SaveTransformationFile(const std::string &path, const TransformationList &l
 }
 
 bool CanWriteTransformationFile(const std::string &path) {
-  const std::string file = LocalCopy(ResolvePath(path));
-  if (file.empty() || !CanWriteFolder(kit::FolderOf(file)))
-    return false;
-  if (!kit::Exists(file))
-    return Ask(MessageId::CreateMissingFile, path, V_ALERT_YES_NO);
-  if (!kit::IsFile(file)) {
-    Show(MessageId::FileMissing, path);
-    return false;
+  Agreed agreed;
+  const LoadResult loaded = LoadTransformationFile(path);
+  for (;;) {
+    const auto problem = CheckTarget(path, loaded, agreed, InvalidFile::AskToReplace);
+    if (!problem)
+      return true;
+    if (!Settle(*problem, agreed))
+      return false;
   }
-  if (HasContents(file) && !IsTransformationFile(path) &&
-      !Ask(MessageId::OverwriteExistingFile, path, V_ALERT_OK_CANCEL))
-    return false;
-  if (!kit::IsWritable(file)) {
-    Show(MessageId::CannotSaveTransformationFile, path);
-    return false;
-  }
-  return true;
 }
 
 FieldCheck CheckTransformationFields(const Transformation &record, CheckMode mode, IsKnownProcessor isKnown) {
-  const bool quiet = mode == CheckMode::Quiet;
-  const auto stop = [quiet](MessageId id, const std::string &value) {
-    if (quiet)
-      report::ReportProblem(id, {value});
-    else
-      Show(id, value);
-    return FieldCheck::Stop;
-  };
-  if (!record.usePI && record.xslPath.empty())
-    return stop(MessageId::XslNotSpecified, record.name);
-  if (record.output.outputLocation == OutputLocationKind::DirPath && record.output.dirPath.empty())
-    return stop(MessageId::OutputFolderNotSpecified, record.name);
-  if (isKnown(record.processor))
+  Agreed agreed;
+  const auto problem = CheckFields(record, isKnown, agreed);
+  if (!problem)
     return FieldCheck::GoOn;
-  if (quiet)
-    return stop(MessageId::ProcessorNotFound, record.processor);
-  return Ask(MessageId::ProcessorNotFoundCreateAnyway, record.processor, V_ALERT_YES_NO) ? FieldCheck::GoOn
-                                                                                         : FieldCheck::Declined;
+  const bool isQuestion = problem->alert != V_ALERT_PLAIN;
+  if (mode == CheckMode::Interactive)
+    return Settle(*problem, agreed) ? FieldCheck::GoOn : isQuestion ? FieldCheck::Declined : FieldCheck::Stop;
+  if (isQuestion)
+    report::ReportProblem(MessageId::ProcessorNotFound, {record.processor});
+  else
+    report::ReportProblem(problem->text);
+  return FieldCheck::Stop;
 }
 
-EditResult AddTransformation(const std::string &path, const Transformation &record, IsKnownProcessor isKnown) {
-  return Store(path, record, std::nullopt, isKnown);
+EditResult AddTransformation(const std::string &path, const Transformation &given, IsKnownProcessor isKnown,
+                             InvalidFile invalid) {
+  const Transformation record = AsRead(given);
+  if (path.empty() || !HasName(record))
+    return EditResult::Failed;
+  return CarryOut(path, [&](LoadResult &loaded, const Agreed &agreed) -> Decision {
+    if (auto problem = CheckTarget(path, loaded, agreed, invalid))
+      return *std::move(problem);
+    if (auto problem = CheckLoss(path, loaded, agreed, invalid))
+      return *std::move(problem);
+    if (auto problem = CheckReplacement(record, loaded, agreed))
+      return *std::move(problem);
+    if (auto problem = CheckFields(record, isKnown, agreed))
+      return *std::move(problem);
+    return AddOrReplace(std::exchange(loaded.list, std::nullopt).value_or(TransformationList()), record);
+  });
 }
 
-EditResult EditTransformation(const std::string &path, const Transformation &record, const std::string &oldName,
+EditResult EditTransformation(const std::string &path, const Transformation &given, const std::string &oldName,
                               IsKnownProcessor isKnown) {
-  return Store(path, record, oldName, isKnown);
+  const Transformation record = AsRead(given);
+  if (path.empty() || oldName.empty() || !HasName(record))
+    return EditResult::Failed;
+  return CarryOut(path, [&](LoadResult &loaded, const Agreed &agreed) {
+    return DecideEdit(path, loaded, agreed, record, oldName, isKnown);
+  });
 }
 
-EditResult DeleteTransformation(const std::string &path, const std::string &name) {
-  if (path.empty() || name.empty())
-    return EditResult::Failed;
-  if (!CanWriteTransformationFile(path))
-    return EditResult::Stopped;
-  const LoadResult loaded = LoadTransformationFile(path);
-  if (!loaded.list)
-    return EditResult::Failed;
-  TransformationList kept = *loaded.list;
-  std::erase_if(kept, [&](const Transformation &each) { return each.name == name; });
-  return Save(path, kept);
+EditResult ChangeTransformation(const std::string &path, const std::string &oldName, const Change &change,
+                                IsKnownProcessor isKnown) {
+  if (path.empty())
+    return NotFound(path, oldName).otherwise;
+  return CarryOut(path, [&](LoadResult &loaded, const Agreed &agreed) -> Decision {
+    const Transformation *current = loaded.list ? Find(*loaded.list, oldName) : nullptr;
+    if (!current)
+      return loaded.isUnreadable ? Show(MessageId::TransformationFileUnreadable, path, EditResult::Stopped)
+                                 : NotFound(path, oldName);
+    const auto changed = change(*current);
+    if (!changed)
+      return End(EditResult::Failed);
+    const Transformation record = AsRead(*changed);
+    return HasName(record) ? DecideEdit(path, loaded, agreed, record, oldName, isKnown) : End(EditResult::Failed);
+  });
+}
+
+EditResult DeleteTransformation(const std::string &path, const std::string &name) { return Delete(path, name, false); }
+
+EditResult DeleteExistingTransformation(const std::string &path, const std::string &name) {
+  return Delete(path, name, true);
 }
 
 } // namespace catalogue

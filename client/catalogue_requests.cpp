@@ -8,8 +8,10 @@
 #include "catalogue/xml_text.h"
 #include "kit/names.h"
 #include "processors/processor_list.h"
+#include "report/run_event.h"
 #include "report/transformation_log.h"
 
+#include <optional>
 #include <utility>
 
 namespace client {
@@ -18,6 +20,7 @@ namespace {
 
 using catalogue::EditResult;
 using catalogue::OutputLocationKind;
+using catalogue::RequestKind;
 using catalogue::RequestOptions;
 using catalogue::ScanRequestOptions;
 using catalogue::Transformation;
@@ -25,13 +28,13 @@ using kit::TypedValues;
 using report::MessageId;
 
 // The transformations that the options name: one, or all of the catalogue.
-catalogue::TransformationList ReadNamed(const RequestOptions &all) {
+catalogue::LoadResult ReadNamed(const RequestOptions &all) {
   if (all.transformationFile.empty())
     return {};
-  auto list = catalogue::LoadTransformationFile(all.transformationFile).list.value_or(catalogue::TransformationList());
-  if (!all.transformationName.empty())
-    std::erase_if(list, [&](const Transformation &each) { return each.name != all.transformationName; });
-  return list;
+  catalogue::LoadResult loaded = catalogue::LoadTransformationFile(all.transformationFile);
+  if (loaded.list && !all.transformationName.empty())
+    std::erase_if(*loaded.list, [&](const Transformation &each) { return each.name != all.transformationName; });
+  return loaded;
 }
 
 std::string DescribeLocation(const catalogue::TransformationOutput &output) {
@@ -67,25 +70,35 @@ TypedValues EditReply(EditResult result) {
 
 // The result of a change, then the log.
 TypedValues ChangeReply(EditResult result) {
-  TypedValues reply = EditReply(result);
+  if (result == EditResult::NotFound)
+    V_ApiSetError(V_ERROR_BAD_REQUEST);
+  TypedValues reply = EditReply(result == EditResult::NotFound ? EditResult::Failed : result);
   reply.AddString(report::LogText());
   return reply;
 }
 
-// Carries the change out, unless an option cannot be applied or no name is left.
-TypedValues AnswerChange(const RequestOptions &all, EditResult (*change)(const RequestOptions &all)) {
-  const bool hasName = !catalogue::Trim(all.record.name).empty();
-  if (all.problem.empty() && hasName)
-    return ChangeReply(change(all));
-  report::ReportProblem(all.problem.empty() ? report::LoadMessage(MessageId::NameMissing) : all.problem);
+// True when every option can be applied; else says why not.
+bool CheckOptions(const RequestOptions &all) {
+  if (all.problem.empty())
+    return true;
+  report::ReportProblem(all.problem);
   V_ApiSetError(V_ERROR_BAD_REQUEST);
-  return ChangeReply(EditResult::Failed);
+  return false;
+}
+
+bool CheckRecord(const RequestOptions &all) {
+  const bool hasName = !catalogue::Trim(all.record.name).empty();
+  if (!CheckOptions(all) || hasName)
+    return all.problem.empty();
+  report::ReportProblem(MessageId::NameMissing);
+  V_ApiSetError(V_ERROR_BAD_REQUEST);
+  return false;
 }
 
 } // namespace
 
 TypedValues AnswerTransformationFile(std::string_view text, processors::Processor &) {
-  const RequestOptions all = ScanRequestOptions(text);
+  const RequestOptions all = ScanRequestOptions(text, RequestKind::Classic);
   if (all.applicationName.empty())
     return {};
   return kit::CallClient(kit::dispatcherName, catalogue::TransformationFileRequest(all.applicationName));
@@ -93,53 +106,82 @@ TypedValues AnswerTransformationFile(std::string_view text, processors::Processo
 
 TypedValues AnswerTransformations(std::string_view text, processors::Processor &) {
   TypedValues reply;
-  for (const Transformation &each : ReadNamed(ScanRequestOptions(text)))
-    catalogue::AppendTransformation(reply, each);
+  const catalogue::LoadResult loaded = ReadNamed(ScanRequestOptions(text, RequestKind::Classic));
+  if (loaded.list)
+    for (const Transformation &each : *loaded.list)
+      catalogue::AppendTransformation(reply, each);
   return reply;
 }
 
 TypedValues AnswerListing(std::string_view text, processors::Processor &) {
   TypedValues reply;
-  for (const Transformation &each : ReadNamed(ScanRequestOptions(text)))
-    reply.AddStrings({each.name, each.usePI ? report::LoadMessage(MessageId::XslFromInstruction) : each.xslPath,
-                      each.processor, DescribeLocation(each.output), DescribeOpening(each.output.openOutput)});
+  const RequestOptions all = ScanRequestOptions(text, RequestKind::List);
+  if (!CheckOptions(all) || all.transformationFile.empty())
+    return reply;
+  const catalogue::LoadResult loaded = ReadNamed(all);
+  if (!loaded.list) {
+    V_ApiSetError(V_ERROR_FAILED);
+    if (loaded.status == catalogue::LoadStatus::FileMissing)
+      report::ReportProblem(MessageId::FileMissing, {all.transformationFile});
+    else if (loaded.status == catalogue::LoadStatus::NotATransformationFile)
+      report::ReportProblem(MessageId::NotATransformationFile, {all.transformationFile});
+    return reply;
+  }
+  for (const Transformation &each : *loaded.list) {
+    if (all.wantsRecords)
+      catalogue::AppendTransformation(reply, each);
+    else
+      reply.AddStrings({each.name, each.usePI ? report::LoadMessage(MessageId::XslFromInstruction) : each.xslPath,
+                        each.processor, DescribeLocation(each.output), DescribeOpening(each.output.openOutput)});
+  }
   return reply;
 }
 
 TypedValues AnswerDelete(std::string_view text, processors::Processor &) {
-  const RequestOptions all = ScanRequestOptions(text);
+  const RequestOptions all = ScanRequestOptions(text, RequestKind::Classic);
   if (all.transformationFile.empty() || all.transformationName.empty())
     return {};
   return EditReply(catalogue::DeleteTransformation(all.transformationFile, all.transformationName));
 }
 
+TypedValues AnswerDeleteExisting(std::string_view text, processors::Processor &) {
+  const RequestOptions all = ScanRequestOptions(text, RequestKind::Delete);
+  if (!CheckOptions(all))
+    return ChangeReply(EditResult::Failed);
+  return ChangeReply(catalogue::DeleteExistingTransformation(all.transformationFile, all.transformationName));
+}
+
 TypedValues AnswerAdd(std::string_view text, processors::Processor &) {
   Transformation start;
   start.processor = processors::DefaultProcessorName();
-  return AnswerChange(ScanRequestOptions(text, std::move(start)), [](const RequestOptions &all) {
-    return catalogue::AddTransformation(all.transformationFile, all.record, processors::IsKnownProcessor);
-  });
+  const RequestOptions all = ScanRequestOptions(text, RequestKind::Add, std::move(start));
+  if (!CheckRecord(all))
+    return ChangeReply(EditResult::Failed);
+  return ChangeReply(catalogue::AddTransformation(all.transformationFile, all.record, processors::IsKnownProcessor,
+                                                  all.replacesInvalid ? catalogue::InvalidFile::AskToReplace
+                                                                      : catalogue::InvalidFile::Keep));
 }
 
 TypedValues AnswerEdit(std::string_view text, processors::Processor &) {
-  const RequestOptions named = ScanRequestOptions(text);
-  auto start = catalogue::GetTransformation(named.transformationFile, {}, named.transformationName);
-  if (!start) {
-    report::ReportProblem(MessageId::TransformationNotFoundInFile,
-                          {named.transformationName, named.transformationFile});
+  const RequestOptions named = ScanRequestOptions(text, RequestKind::Edit);
+  if (named.transformationFile.empty() && !CheckOptions(named))
     return ChangeReply(EditResult::Failed);
-  }
-  return AnswerChange(ScanRequestOptions(text, std::move(*start)), [](const RequestOptions &all) {
-    return catalogue::EditTransformation(all.transformationFile, all.record, all.transformationName,
-                                         processors::IsKnownProcessor);
-  });
+  // Applied to what stands in the file when it is locked: another program may have changed other fields by then.
+  const auto change = [&](const Transformation &current) -> std::optional<Transformation> {
+    RequestOptions all = ScanRequestOptions(text, RequestKind::Edit, current);
+    return CheckRecord(all) ? std::optional(std::move(all.record)) : std::nullopt;
+  };
+  return ChangeReply(catalogue::ChangeTransformation(named.transformationFile, named.transformationName, change,
+                                                     processors::IsKnownProcessor));
 }
 
 TypedValues AnswerResolvePath(std::string_view text, processors::Processor &) {
-  const RequestOptions options = ScanRequestOptions(text);
+  const RequestOptions options = ScanRequestOptions(text, RequestKind::ResolvePath);
+  TypedValues reply;
+  if (!CheckOptions(options))
+    return reply;
   const std::string path = options.applicationName.empty() ? catalogue::ResolvePath(options.record.xslPath)
                                                            : catalogue::GetTransformationFile(options.applicationName);
-  TypedValues reply;
   if (!path.empty())
     reply.AddString(path);
   return reply;
@@ -147,8 +189,14 @@ TypedValues AnswerResolvePath(std::string_view text, processors::Processor &) {
 
 TypedValues AnswerStylesheetParameters(std::string_view text, processors::Processor &) {
   TypedValues reply;
-  if (const auto parameters = catalogue::GetStylesheetParameters(ScanRequestOptions(text).record.xslPath))
-    reply.AddStrings(*parameters);
+  const RequestOptions options = ScanRequestOptions(text, RequestKind::StylesheetParameters);
+  if (!CheckOptions(options))
+    return reply;
+  const auto parameters = catalogue::ReadStylesheetParameters(options.record.xslPath);
+  if (parameters.list && !parameters.isRead)
+    V_ApiSetError(V_ERROR_FAILED);
+  if (parameters.list)
+    reply.AddStrings(*parameters.list);
   return reply;
 }
 

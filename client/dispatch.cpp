@@ -161,6 +161,7 @@ constexpr std::array entries = {
     Entry{"VlxsltListTransformations", AnswerListing},
     Entry{"VlxsltAddTransformation", AnswerAdd},
     Entry{"VlxsltEditTransformation", AnswerEdit},
+    Entry{"VlxsltDeleteTransformation", AnswerDeleteExisting},
 };
 
 // Every request has a log of its own; the echo setting of the host is as before when it is over.

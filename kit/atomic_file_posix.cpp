@@ -7,33 +7,16 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
 
-namespace fs = std::filesystem;
-
 namespace kit {
 
 namespace {
 
-constexpr int maxLinks = 40;
 constexpr int maxNames = 1000;
-
-// Where a chain of symbolic links ends, whether or not there is a file yet.
-std::string FollowLinks(const std::string &path) {
-  std::error_code error;
-  fs::path at(path);
-  for (int link = 0; link < maxLinks && fs::is_symlink(at, error); ++link) {
-    const fs::path next = fs::read_symlink(at, error);
-    if (error)
-      break;
-    at = at.parent_path() / next;
-  }
-  return at.string();
-}
 
 // Why the target cannot be replaced, as a system error; 0 when it can.
 int CheckTarget(const std::string &target, const struct stat &existing) {

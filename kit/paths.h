@@ -13,6 +13,8 @@ namespace kit {
 [[nodiscard]] bool Exists(const std::string &path);
 // Whether this process may write to it; a folder is probed, since some file systems refuse in spite of the mode bits.
 [[nodiscard]] bool IsWritable(const std::string &path);
+// Where a chain of symbolic links ends, whether or not there is a file yet.
+[[nodiscard]] std::string FollowLinks(const std::string &path);
 
 [[nodiscard]] bool IsAbsolutePath(std::string_view path);
 // Everything before the last separator: "/" for a file in the root, "." for a bare name.

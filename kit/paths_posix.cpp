@@ -13,6 +13,8 @@ namespace kit {
 
 namespace {
 
+constexpr int maxLinks = 40;
+
 int HexDigit(char letter) {
   if (letter >= '0' && letter <= '9')
     return letter - '0';
@@ -72,6 +74,18 @@ bool IsFolder(const std::string &path) {
 bool Exists(const std::string &path) {
   std::error_code error;
   return fs::exists(path, error);
+}
+
+std::string FollowLinks(const std::string &path) {
+  std::error_code error;
+  fs::path at(path);
+  for (int link = 0; link < maxLinks && fs::is_symlink(at, error); ++link) {
+    const fs::path next = fs::read_symlink(at, error);
+    if (error)
+      break;
+    at = at.parent_path() / next;
+  }
+  return at.string();
 }
 
 bool IsWritable(const std::string &path) {

@@ -22,18 +22,26 @@ std::string QuoteValue(std::string_view value) {
 }
 
 void RequestBuilder::Add(std::string_view option, std::initializer_list<std::string_view> values) {
-  text.append(" ").append(option);
+  classic.append(" ").append(option);
+  words.emplace_back(option);
   for (const std::string_view value : values) {
-    if (const std::string obstacle = FindObstacle(value); !obstacle.empty() && problem.empty())
-      problem =
-          "a request cannot carry the value of " + std::string(option) + ", " + obstacle + ": " + std::string(value);
-    text.append(" ").append(QuoteValue(value));
+    if (const std::string found = FindObstacle(value); !found.empty() && obstacle.empty())
+      obstacle =
+          "a request cannot carry the value of " + std::string(option) + ", " + found + ": " + std::string(value);
+    classic.append(" ").append(QuoteValue(value));
+    words.emplace_back(value);
   }
 }
 
 void RequestBuilder::AddIfGiven(std::string_view option, std::string_view value) {
   if (!value.empty())
     Add(option, {value});
+}
+
+std::string RequestBuilder::Text() const {
+  if (grammar == Grammar::Classic || obstacle.empty())
+    return name + classic;
+  return name + " " + std::string(jsonOption) + " " + FormatJsonWords(words);
 }
 
 } // namespace kit

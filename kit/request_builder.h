@@ -1,11 +1,15 @@
-// Puts a request string together from options and values. The grammar has no escapes: a value with both kinds of
-// quotes, or one beyond the length of a token, cannot be sent, and building stops with a text that says so.
+// Puts a request string together from options and values. The classic grammar has no escapes: a value with both kinds
+// of quotes, or one beyond the length of a token, cannot be sent, and building stops with a text that says so. A
+// request that takes its options as JSON too gets them so when there is such a value.
 #ifndef KIT_REQUEST_BUILDER_H
 #define KIT_REQUEST_BUILDER_H
+
+#include "kit/request_words.h"
 
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kit {
 
@@ -14,19 +18,25 @@ namespace kit {
 
 class RequestBuilder {
 public:
-  explicit RequestBuilder(std::string_view name) : text(name) {}
+  using Grammar = RequestWords::Grammar;
+
+  explicit RequestBuilder(std::string_view requestName, Grammar understood = Grammar::Classic)
+      : name(requestName), grammar(understood) {}
 
   void Add(std::string_view option, std::initializer_list<std::string_view> values = {});
   // Adds nothing for an empty value.
   void AddIfGiven(std::string_view option, std::string_view value);
 
-  [[nodiscard]] const std::string &Text() const { return text; }
-  // Empty when everything could be carried; else what could not, and why.
-  [[nodiscard]] const std::string &Problem() const { return problem; }
+  [[nodiscard]] std::string Text() const;
+  // Empty when everything can be carried; else what cannot, and why.
+  [[nodiscard]] std::string Problem() const { return grammar == Grammar::Classic ? obstacle : std::string(); }
 
 private:
-  std::string text;
-  std::string problem;
+  std::string name;
+  Grammar grammar;
+  std::string classic; // the options, as tokens
+  std::vector<std::string> words;
+  std::string obstacle; // to the classic grammar
 };
 
 } // namespace kit

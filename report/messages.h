@@ -131,6 +131,13 @@ enum class MessageId : uint16_t {
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
   JavaLayerLast = 18280,
+  OptionsUnreadable = 18300,
+  NestedTooDeep = 18301,
+  EntityNotRead = 18302,
+  TransformationFileLocked = 18303,
+  TransformationFileUnreadable = 18304,
+  OverwriteInvalidFile = 18305,
+  InvalidFileKept = 18306,
   RunNotPossible = 18320,
   OutputIsStylesheet = 18321,
   ForeseenOwnStylesheet = 18322,

@@ -13,8 +13,6 @@ namespace {
 constexpr int32_t saved = 1;
 
 ExitCode SendEdit(Environment environment, const kit::RequestBuilder &request, const std::string &failure) {
-  if (!request.Problem().empty())
-    return Refuse(request.Problem());
   const host::ClientReply reply = environment.session.Send(kit::xsltName, request.Text());
   const ExitCode code = Finish(environment, reply);
   if (code != ExitCode::Done || reply.values.Integer(0) == saved)
@@ -56,26 +54,15 @@ bool AddFields(kit::RequestBuilder &request, const RecordOptions &fields, std::s
   return true;
 }
 
-// The reply with the transformation of that name; an error text when the catalogue has none.
-kit::TypedValues FindTransformation(Environment environment, const std::string &catalogue, const std::string &name,
-                                    std::string &error) {
-  kit::RequestBuilder request("XSLTGetTrScenario");
-  request.Add("-trfile", {catalogue});
-  request.Add("-trname", {name});
-  error = request.Problem();
+// The start of a request about a catalogue that must exist.
+kit::RequestBuilder AskCatalogue(Environment environment, std::string_view name, const CatalogueOptions &options,
+                                 std::string &error) {
+  kit::RequestBuilder request(name, kit::RequestBuilder::Grammar::ClassicOrJson);
+  const std::string catalogue = FindCatalogue(environment, options, error);
   if (error.empty() && !kit::IsFile(catalogue))
     error = "there is no catalogue " + catalogue;
-  if (!error.empty())
-    return {};
-  const size_t linesBefore = environment.session.Record().console.size();
-  host::ClientReply reply = environment.session.Send(kit::xsltName, request.Text());
-  if (!reply.error.empty())
-    error = reply.error;
-  else if (reply.values.Size() == 0 && environment.session.Record().console.size() > linesBefore)
-    error = "the catalogue " + catalogue + " cannot be read";
-  else if (reply.values.Size() == 0)
-    error = "there is no transformation \"" + name + "\" in " + catalogue;
-  return std::move(reply.values);
+  request.Add("-trfile", {catalogue});
+  return request;
 }
 
 } // namespace
@@ -97,21 +84,14 @@ std::string FindCatalogue(Environment environment, const CatalogueOptions &catal
 
 ExitCode ListTransformations(Environment environment, const CatalogueOptions &options) {
   std::string error;
-  const std::string catalogue = FindCatalogue(environment, options, error);
-  if (error.empty() && !kit::IsFile(catalogue))
-    error = "there is no catalogue " + catalogue;
-  // Programs get the records, people their descriptions.
-  kit::RequestBuilder request(environment.options.printsJson ? "XSLTGetTrScenario" : "VlxsltListTransformations");
-  request.Add("-trfile", {catalogue});
-  if (error.empty())
-    error = request.Problem();
+  kit::RequestBuilder request = AskCatalogue(environment, "VlxsltListTransformations", options, error);
   if (!error.empty())
     return Refuse(error);
+  // Programs get the records, people their descriptions.
+  if (environment.options.printsJson)
+    request.Add("-records");
   const host::ClientReply reply = environment.session.Send(kit::xsltName, request.Text());
-  ExitCode code = Finish(environment, reply);
-  // A catalogue that cannot be read looks empty in the reply; why stands on the console.
-  if (code == ExitCode::Done && reply.values.Size() == 0 && !environment.session.Record().console.empty())
-    code = ExitCode::Failed;
+  const ExitCode code = Finish(environment, reply);
   if (environment.options.printsJson)
     return code;
   std::string text;
@@ -122,13 +102,10 @@ ExitCode ListTransformations(Environment environment, const CatalogueOptions &op
 
 ExitCode ListParameters(Environment environment, const std::string &stylesheet) {
   const std::string path = ReadPath(environment, stylesheet);
-  kit::RequestBuilder request("VlxsltStylesheetParams");
+  kit::RequestBuilder request("VlxsltStylesheetParams", kit::RequestBuilder::Grammar::ClassicOrJson);
   request.Add("-xslfilepath", {path});
-  std::string error = request.Problem();
-  if (error.empty() && !kit::IsFile(path))
-    error = "there is no stylesheet " + path;
-  if (!error.empty())
-    return Refuse(error);
+  if (!kit::IsFile(path))
+    return Refuse("there is no stylesheet " + path);
   const host::ClientReply reply = environment.session.Send(kit::xsltName, request.Text());
   const ExitCode code = Finish(environment, reply);
   if (environment.options.printsJson)
@@ -142,9 +119,11 @@ ExitCode ListParameters(Environment environment, const std::string &stylesheet) 
 
 ExitCode AddTransformation(Environment environment, const CatalogueOptions &options, const RecordOptions &fields) {
   std::string error;
-  kit::RequestBuilder request("VlxsltAddTransformation");
+  kit::RequestBuilder request("VlxsltAddTransformation", kit::RequestBuilder::Grammar::ClassicOrJson);
   request.Add("-trfile", {FindCatalogue(environment, options, error)});
   request.Add("-name", {fields.name});
+  if (fields.replacesInvalid)
+    request.Add("-replace");
   if (error.empty() && AddFields(request, fields, error))
     error = FindMissingField(fields);
   return error.empty() ? SendEdit(environment, request, "the transformation \"" + fields.name + "\" was not added")
@@ -153,29 +132,21 @@ ExitCode AddTransformation(Environment environment, const CatalogueOptions &opti
 
 ExitCode EditTransformation(Environment environment, const CatalogueOptions &options, const RecordOptions &fields) {
   std::string error;
-  const std::string catalogue = FindCatalogue(environment, options, error);
-  kit::RequestBuilder request("VlxsltEditTransformation");
-  request.Add("-trfile", {catalogue});
+  kit::RequestBuilder request = AskCatalogue(environment, "VlxsltEditTransformation", options, error);
   request.Add("-trname", {fields.name});
   request.AddIfGiven("-name", fields.newName);
-  if (error.empty() && AddFields(request, fields, error))
-    (void)FindTransformation(environment, catalogue, fields.name, error);
+  if (error.empty())
+    (void)AddFields(request, fields, error);
   return error.empty() ? SendEdit(environment, request, "the transformation \"" + fields.name + "\" was not changed")
                        : Refuse(error);
 }
 
 ExitCode DeleteTransformation(Environment environment, const CatalogueOptions &options, const std::string &name) {
   std::string error;
-  const std::string catalogue = FindCatalogue(environment, options, error);
-  // Deleting what is not there would only rewrite the file.
-  if (error.empty())
-    (void)FindTransformation(environment, catalogue, name, error);
-  if (!error.empty())
-    return Refuse(error);
-  kit::RequestBuilder request("XSLTDeleteTrScenario");
-  request.Add("-trfile", {catalogue});
+  kit::RequestBuilder request = AskCatalogue(environment, "VlxsltDeleteTransformation", options, error);
   request.Add("-trname", {name});
-  return SendEdit(environment, request, "the transformation \"" + name + "\" was not deleted");
+  return error.empty() ? SendEdit(environment, request, "the transformation \"" + name + "\" was not deleted")
+                       : Refuse(error);
 }
 
 } // namespace cli

@@ -180,6 +180,8 @@ void AddCatalogueCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) 
     AddCatalogueOptions(*command, parsed->catalogue);
   AddRecordOptions(add, record);
   AddRecordOptions(edit, record);
+  add.add_flag("--replace", record.replacesInvalid,
+               "ask whether a file that is no valid catalogue may be overwritten; without it, it is kept");
   AddText(edit, "--rename", record.newName, "its new name", "TEXT");
   AddRepeatable(edit, "--drop-param", record.droppedParameters, "a parameter to take out", "NAME");
 }

@@ -84,6 +84,7 @@ struct RecordOptions {
   std::string folder = {};
   std::optional<std::string> suffix = {}; // an empty one takes the suffix away
   std::string openOutput = {};
+  bool replacesInvalid = false; // of `add`
 };
 
 } // namespace cli

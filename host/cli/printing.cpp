@@ -3,8 +3,11 @@
 #include "host/record/json_text.h"
 #include "kit/values.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <span>
+#include <utility>
 
 namespace cli {
 
@@ -59,6 +62,20 @@ Json ToJson(const V_TypedValsT &reply) {
   return list;
 }
 
+std::string EscapeField(std::string_view field) {
+  static constexpr std::array<std::pair<char, std::string_view>, 4> escapes = {
+      {{'\\', "\\\\"}, {'\t', "\\t"}, {'\n', "\\n"}, {'\r', "\\r"}}};
+  std::string escaped;
+  for (const char letter : field) {
+    const auto found = std::ranges::find(escapes, letter, &std::pair<char, std::string_view>::first);
+    if (found == escapes.end())
+      escaped += letter;
+    else
+      escaped += found->second;
+  }
+  return escaped;
+}
+
 } // namespace
 
 std::string FormatReply(const V_TypedValsT &reply) {
@@ -83,7 +100,7 @@ std::string FormatJson(const V_TypedValsT &reply, const host::SessionRecord &rec
 std::string FormatFields(const std::vector<std::string> &fields) {
   std::string line;
   for (const std::string &field : fields)
-    line.append(line.empty() && &field == &fields.front() ? "" : "\t").append(field);
+    line.append(line.empty() && &field == &fields.front() ? "" : "\t").append(EscapeField(field));
   return line + "\n";
 }
 

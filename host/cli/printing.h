@@ -14,7 +14,8 @@ namespace cli {
 [[nodiscard]] std::string FormatReply(const V_TypedValsT &reply);
 // One object: the reply and what happened while it was made.
 [[nodiscard]] std::string FormatJson(const V_TypedValsT &reply, const host::SessionRecord &record);
-// Fields of one line, with a tab between them.
+// Fields of one line, with a tab between them. Tabs and line ends in a field are written as \t, \n and \r, and a
+// backslash is doubled, so that every line can be taken apart again.
 [[nodiscard]] std::string FormatFields(const std::vector<std::string> &fields);
 
 // To standard output; false when it cannot take it.

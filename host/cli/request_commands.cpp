@@ -140,7 +140,7 @@ ExitCode Settle(Environment environment, ExitCode code) {
 }
 
 std::string ResolvePath(Environment environment, std::string_view option, const std::string &value) {
-  kit::RequestBuilder request("VlxsltResolvePath");
+  kit::RequestBuilder request("VlxsltResolvePath", kit::RequestBuilder::Grammar::ClassicOrJson);
   request.Add(option, {value});
   return environment.session.Send(kit::xsltName, request.Text()).values.String(0).value_or("");
 }

@@ -115,10 +115,18 @@ TEST_F(CatalogueTest, TheDefaultCatalogueIsAskedForOnce) {
 
 constexpr const char *xslNamespace = "xmlns:xsl='http://www.w3.org/1999/XSL/Transform'";
 
+std::string Repeat(const std::string &text, int count) {
+  std::string repeated;
+  for (int time = 0; time < count; ++time)
+    repeated += text;
+  return repeated;
+}
+
 TEST_F(CatalogueTest, TopLevelParametersAreListed) {
   const std::string open = std::string("<xsl:stylesheet ") + xslNamespace + ">";
   const std::string close = "</xsl:stylesheet>";
   Write("more.ent", "<!ENTITY greeting \"'hello'\">");
+  Write("elements.dtd", "<!ELEMENT other EMPTY>");
   struct Row {
     std::string text;
     Strings parameters;
@@ -140,10 +148,26 @@ TEST_F(CatalogueTest, TopLevelParametersAreListed) {
        ""},
       {"<!DOCTYPE xsl:stylesheet [<!ELEMENT other EMPTY>]>" + open + "<xsl:param name='g'/>" + close, {}, "Error at"},
       {open + "<xsl:param name='a'/>\n<xsl:param name=b/>" + close, {}, "line 2, char"},
+      // An external subset that declares no elements is no such wish either; one that does is.
+      {"<!DOCTYPE xsl:stylesheet SYSTEM 'more.ent'>" + open + "<xsl:param name='g' select=\"&greeting;\"/>" + close,
+       {"g", "'hello'"},
+       ""},
+      {"<!DOCTYPE xsl:stylesheet SYSTEM 'elements.dtd'>" + open + "<xsl:param name='g'/>" + close, {}, "Error at"},
+      // What was not read is named, since references to its entities are passed over.
+      {"<!DOCTYPE xsl:stylesheet SYSTEM 'http://127.0.0.1:1/x.dtd'>" + open + "<xsl:param name='g'/>" + close,
+       {"g", "<no value>"},
+       "style sheet.xsl names http://127.0.0.1:1/x.dtd, which was not read: only local files are."},
+      {"<!DOCTYPE xsl:stylesheet SYSTEM 'gone.dtd'>" + open + "<xsl:param name='g' select='1&g;'/>" + close,
+       {"g", "1"},
+       "gone.dtd, which was not read"},
+      {open + "<?param name='p' select='1'?><!--param--><xsl:param name='a'/>" + close, {"a", "<no value>"}, ""},
+      // Nested too deep is said, not waited for.
+      {open + Repeat("<a>", 10001) + Repeat("</a>", 10001) + close, {}, "Elements are nested more than 10000 deep."},
+      {open + Repeat("<a>", 9000) + Repeat("</a>", 9000) + "<xsl:param name='a'/>" + close, {"a", "<no value>"}, ""},
   };
   for (const Row &row : rows) {
     const std::string path = Write("style sheet.xsl", row.text);
-    EXPECT_EQ(catalogue::GetStylesheetParameters(path), row.parameters) << row.text;
+    EXPECT_EQ(catalogue::GetStylesheetParameters(path), row.parameters) << row.text.substr(0, 300);
     const std::string log = TakeLog();
     EXPECT_TRUE(row.logged.empty() ? log.empty() : log.find(row.logged) != std::string::npos) << log;
   }

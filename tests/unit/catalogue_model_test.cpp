@@ -1,5 +1,6 @@
 // Long random sequences of additions, changes and deletions beside a list that does the same in memory: the file holds
 // what the list holds after every step, whatever was answered to the questions. Seeded, so that a failure comes again.
+// The same by two processes at once.
 #include "catalogue/reader.h"
 #include "catalogue/writer.h"
 #include "tests/unit/catalogue_fixture.h"
@@ -8,8 +9,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <random>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -149,6 +154,75 @@ TEST_F(Model, WhatNobodyChangesStaysToTheByte) {
     EXPECT_EQ(catalogue::DeleteTransformation(path, "nobody"), EditResult::Saved);
     EXPECT_EQ(test::ReadAll(path), bytes);
   }
+}
+
+// Two processes walk at once, each over names of its own and one transformation that both count in: each finds in the
+// end what it alone made of its names, and no count is missing.
+class TwoWalks : public Model {
+protected:
+  static constexpr int steps = 150;
+  static constexpr const char *shared = "shared";
+
+  // Carries the walk out in a process of its own, which leaves what it expects in a catalogue of its own.
+  pid_t StartWalk(const std::string &own) {
+    const pid_t child = fork();
+    if (child != 0)
+      return child;
+    random.seed(static_cast<std::mt19937::result_type>(own.size() + std::stoul(own)));
+    bool isGood = true;
+    for (int step = 0; step < steps; ++step)
+      isGood &= TakeStep(own) && Count(own);
+    _exit(isGood && catalogue::SaveTransformationFile(Path(own), expected) ? 0 : 1);
+  }
+
+  bool TakeStep(const std::string &own) {
+    Transformation record = MakeRecord();
+    record.name = own + record.name;
+    Transformation *existing = Find(record.name);
+    host.answers.clear();
+    if (Below(4) == 0) {
+      std::erase_if(expected, [&](const Transformation &each) { return each.name == record.name; });
+      return catalogue::DeleteTransformation(path, record.name) == EditResult::Saved;
+    }
+    if (existing)
+      *existing = record;
+    else
+      expected.push_back(record);
+    return catalogue::AddTransformation(path, record, IsInstalled) == EditResult::Saved;
+  }
+
+  bool Count(const std::string &own) {
+    const auto change = [&](Transformation current) {
+      current.parameters.insert(current.parameters.end(), {own, "1"});
+      return std::optional(std::move(current));
+    };
+    return catalogue::ChangeTransformation(path, shared, change, IsInstalled) == EditResult::Saved;
+  }
+};
+
+TEST_F(TwoWalks, NeitherLosesWhatItDid) {
+  path = Write("T.xml", Catalogue(Element(shared)));
+  const Strings walkers = {"1", "2"};
+  std::vector<pid_t> children;
+  for (const std::string &own : walkers)
+    children.push_back(StartWalk(own));
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "an edit failed";
+  }
+  const auto loaded = catalogue::LoadTransformationFile(path);
+  ASSERT_TRUE(loaded.list) << TakeLog();
+  for (const std::string &own : walkers) {
+    TransformationList kept = *loaded.list;
+    std::erase_if(kept, [&](const Transformation &each) { return !each.name.starts_with(own); });
+    EXPECT_EQ(NamesOf(kept), NamesOf(catalogue::LoadTransformationFile(Path(own)).list));
+    EXPECT_EQ(kept, catalogue::LoadTransformationFile(Path(own)).list);
+  }
+  const int32_t place = FindTransformation(*loaded.list, shared);
+  ASSERT_GE(place, 0);
+  EXPECT_EQ(loaded.list->at(static_cast<size_t>(place)).parameters.size(), walkers.size() * steps * 2);
+  EXPECT_EQ(folder.Names(), (Strings{"1", "2", "T.xml"}));
 }
 
 } // namespace

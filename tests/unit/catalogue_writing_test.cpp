@@ -4,6 +4,8 @@
 #include "tests/unit/catalogue_fixture.h"
 
 #include <filesystem>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -141,18 +143,82 @@ TEST_F(CatalogueTest, TheTargetIsLookedAtFirst) {
   EXPECT_EQ(test::ReadAll(locked), Catalogue(""));
 }
 
-TEST_F(CatalogueTest, AnUnreadableCatalogueIsNotReplacedUnasked) {
-  const std::string text = "<Transformations>\n<Nonsense/></Transformations>";
-  const std::string path = Write("T.xml", text);
-  host.answers = {V_ANSWER_DECLINE};
+// What is not valid counts as empty, so an addition would drop all of it: only when the person says so, who is told how
+// much it is.
+TEST_F(CatalogueTest, AnInvalidCatalogueIsNotReplacedUnasked) {
+  using catalogue::InvalidFile;
+  struct Row {
+    std::string text, question, logged;
+  };
+  const std::string lost = "? It is not valid; what it holds would be lost, with ";
+  for (const Row &row : std::vector<Row>{
+           {"<Transformations>\n<Nonsense/></Transformations>", lost + "0 transformations.", "line 2, char 12"},
+           {"<Transformations>\n<Nonsense/>" + Element("B") + Element("C") + "</Transformations>",
+            lost + "2 transformations.", "line 2, char 12"},
+           {Catalogue(Element("B") + Element("C") + "<Tr"), lost + "2 transformations.", "Fatal Error at file"},
+           {"<Transformatoins>" + Element("B") + "</Transformatoins>", "?", "with 1 transformations."}}) {
+    const std::string path = Write("T.xml", row.text);
+    EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled, InvalidFile::Keep), EditResult::Failed);
+    EXPECT_EQ(TakeAsked(), Asked());
+    EXPECT_NE(TakeLog().find(row.logged), std::string::npos) << row.text;
+    host.answers = {V_ANSWER_DECLINE};
+    EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled), EditResult::Stopped);
+    EXPECT_EQ(TakeAsked(), (Asked{{V_ALERT_OK_CANCEL, "OK to overwrite existing file " + path + row.question}}));
+    EXPECT_EQ(EditTransformation(path, MakeTransformation("A"), "A", IsInstalled), EditResult::Failed);
+    (void)TakeAsked();
+    EXPECT_EQ(test::ReadAll(path), row.text);
+    EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled), EditResult::Saved);
+    EXPECT_EQ(TakeAsked().size(), 1U);
+    EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), Strings{"A"});
+    (void)TakeLog();
+  }
+}
+
+// Nothing is known then of what the file holds, so there is nothing to ask.
+TEST_F(CatalogueTest, WhatCannotBeReadIsNotChanged) {
+  const std::string path = Write("T.xml", Catalogue(Element("B")));
+  const Asked told = {
+      {V_ALERT_PLAIN, "The transformation file " + path + " was not changed, because it cannot be read."}};
+  std::filesystem::remove(install + "vlinit/XSLT/Transformations.xsd");
   EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled), EditResult::Stopped);
-  EXPECT_EQ(TakeAsked(), (Asked{{V_ALERT_OK_CANCEL, "OK to overwrite existing file " + path + "?"}}));
+  EXPECT_EQ(TakeAsked(), told);
+  EXPECT_NE(TakeLog().find("schema of transformation files is missing"), std::string::npos);
+  EXPECT_EQ(EditTransformation(path, MakeTransformation("A"), "B", IsInstalled), EditResult::Stopped);
+  EXPECT_EQ(TakeAsked(), told);
+  EXPECT_EQ(catalogue::DeleteTransformation(path, "B"), EditResult::Failed);
+  EXPECT_EQ(test::ReadAll(path), Catalogue(Element("B")));
+}
+
+TEST_F(CatalogueTest, ATransformationNeedsAName) {
+  const std::string text = Catalogue(Element("B"));
+  const std::string path = Write("T.xml", text);
+  const auto nameless = [](Transformation current) {
+    current.name = " \t";
+    return std::optional(current);
+  };
+  for (const char *name : {"", " \n "}) {
+    EXPECT_EQ(AddTransformation(path, MakeTransformation(name), IsInstalled), EditResult::Failed);
+    EXPECT_EQ(EditTransformation(path, MakeTransformation(name), "B", IsInstalled), EditResult::Failed);
+    EXPECT_EQ(catalogue::ChangeTransformation(path, "B", nameless, IsInstalled), EditResult::Failed);
+    EXPECT_EQ(TakeLog(), "A transformation needs a name.\nA transformation needs a name.\nA transformation needs a "
+                         "name.\n");
+  }
   EXPECT_EQ(test::ReadAll(path), text);
-  EXPECT_NE(TakeLog().find("line 2, char 12"), std::string::npos);
-  EXPECT_EQ(EditTransformation(path, MakeTransformation("A"), "A", IsInstalled), EditResult::Failed);
-  EXPECT_EQ(test::ReadAll(path), text);
+}
+
+// While a person thinks about a question, others may edit: what they did is kept, and what they changed is asked again.
+TEST_F(CatalogueTest, NothingIsLockedWhileAPersonIsAsked) {
+  const std::string path = Write("T.xml", Catalogue(Element("A")));
+  bool isInner = false;
+  host.whenAsked = [&] {
+    if (std::exchange(isInner, true))
+      return;
+    EXPECT_EQ(AddTransformation(path, MakeTransformation("B"), IsInstalled), EditResult::Saved);
+  };
   EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled), EditResult::Saved);
-  EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), Strings{"A"});
+  EXPECT_EQ(TakeAsked().size(), 1U);
+  EXPECT_EQ(NamesOf(LoadTransformationFile(path).list), (Strings{"A", "B"}));
+  EXPECT_EQ(folder.Names(), Strings{"T.xml"});
 }
 
 TEST_F(CatalogueTest, RequiredFieldsAreChecked) {

@@ -238,7 +238,8 @@ TEST(Requests, CarryValuesWhole) {
     if (hasBoth)
       continue;
     Strings tokens;
-    kit::Tokenizer tokenizer(request.Text());
+    const std::string text = request.Text();
+    kit::Tokenizer tokenizer(text);
     for (std::string token; tokenizer.Next(token);)
       tokens.push_back(token);
     EXPECT_EQ(tokens, (Strings{"Name", "-option", values[0], values[1], "-flag"}));

@@ -106,7 +106,7 @@ kit::DialogTemplate Template(std::string_view name) {
 
 std::string AllTexts(const kit::Resources &resources) {
   std::string texts;
-  for (uint16_t id = 18000; id < 18400; ++id)
+  for (uint16_t id = 18000; id < 19000; ++id)
     texts.append(resources.Text(id)).append("\n");
   return texts;
 }

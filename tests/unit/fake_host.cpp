@@ -61,6 +61,8 @@ struct FakeHostCalls {
   static void ReturnTypedVals(void *host, V_TypedValsT values) { Of(host).reply = kit::TypedValues::Adopt(values); }
   static int32_t Alert(void *host, const char *text, int32_t kind) {
     Of(host).asked.push_back({kind, text});
+    if (Of(host).whenAsked)
+      Of(host).whenAsked();
     if (Of(host).Fails() || Of(host).answers.empty())
       return Of(host).failed ? V_ANSWER_DECLINE : V_ANSWER_PROCEED;
     const int32_t answer = Of(host).answers.front();

@@ -47,6 +47,7 @@ public:
   bool opensDocuments = true;
   int32_t saveResult = 1;
   std::function<bool()> isCancelled;
+  std::function<void()> whenAsked; // before the answer
 
   // What it saw.
   std::vector<Asked> asked;

@@ -1,17 +1,20 @@
 // Files that appear whole or not at all, and what the kit says about paths on a real disk.
 #include "kit/atomic_file.h"
+#include "kit/file_lock.h"
 #include "kit/paths.h"
 #include "kit/read_file.h"
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -199,6 +202,57 @@ TEST_F(OnDisk, RelativePathsBecomeAbsolute) {
   EXPECT_EQ(kit::JoinPath("/a", "b"), "/a/b");
   EXPECT_EQ(kit::JoinPath("/a/", "b"), "/a/b");
   EXPECT_EQ(kit::JoinPath("", "b"), "b");
+}
+
+// ---- Locks
+
+using LockState = kit::FileLock::State;
+constexpr std::chrono::milliseconds shortWait{30};
+
+TEST_F(OnDisk, ALockKeepsOthersOutAndLeavesNothing) {
+  const std::string file = Write("T.xml", "");
+  fs::create_symlink(file, Path("link.xml"));
+  {
+    const kit::FileLock lock(file, shortWait);
+    EXPECT_EQ(lock.GetState(), LockState::Held);
+    EXPECT_EQ(lock.Path(), Path(".vlxslt-lock-T.xml"));
+    for (const char *name : {"T.xml", "link.xml"})
+      EXPECT_EQ(kit::FileLock(Path(name), shortWait).GetState(), LockState::Busy);
+    EXPECT_EQ(kit::FileLock(Path("other.xml"), shortWait).GetState(), LockState::Held);
+  }
+  EXPECT_EQ(kit::FileLock(Path("link.xml"), shortWait).GetState(), LockState::Held);
+  // What a killed program left is taken over. Long names are no obstacle, a missing folder is none either.
+  Write(".vlxslt-lock-T.xml", "");
+  EXPECT_EQ(kit::FileLock(file, shortWait).GetState(), LockState::Held);
+  EXPECT_EQ(kit::FileLock(Path(std::string(255, 'x')), shortWait).GetState(), LockState::Held);
+  EXPECT_EQ(kit::FileLock(Path("no/T.xml"), shortWait).GetState(), LockState::Unavailable);
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"T.xml", "link.xml"}));
+}
+
+// Each holder removes the lock's file: those who wait for it must not end up with a lock on a file that is gone.
+TEST_F(OnDisk, ALockIsHeldByOneProcessAtATime) {
+  const std::string file = Write("count", "0");
+  constexpr int rounds = 200;
+  std::vector<pid_t> children;
+  for (int child = 0; child < 3; ++child) {
+    children.push_back(fork());
+    if (children.back() != 0)
+      continue;
+    for (int round = 0; round < rounds; ++round) {
+      const kit::FileLock lock(file, std::chrono::seconds(30));
+      if (lock.GetState() != LockState::Held)
+        _exit(1);
+      const int count = std::stoi(Read(file));
+      std::ofstream(file) << count + 1;
+    }
+    _exit(0);
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  }
+  EXPECT_EQ(Read(file), std::to_string(3 * rounds));
 }
 
 } // namespace

@@ -1,4 +1,6 @@
 #include "kit/paths.h"
+#include "kit/request_builder.h"
+#include "kit/request_words.h"
 #include "kit/text.h"
 #include "kit/values.h"
 #include "tests/unit/fake_host.h"
@@ -144,6 +146,50 @@ TEST(Runtime, AnOlderHostAnswersNeutrally) {
   EXPECT_TRUE(kit::HostString::Copy("still works").View() == "still works");
   older.size = 8;
   EXPECT_EQ(V_AttachHost(&older), 0);
+}
+
+std::vector<std::string> WordsOf(kit::RequestWords words) {
+  std::vector<std::string> all;
+  for (std::string word; words.Next(word);)
+    all.push_back(word);
+  return all;
+}
+
+TEST(RequestWords, ComeFromTheClassicGrammarOrFromJson) {
+  using Grammar = kit::RequestWords::Grammar;
+  using Words = std::vector<std::string>;
+  struct Row {
+    std::string options;
+    Words words;
+    bool isGood = true;
+  };
+  const std::string both = R"(it's "x")";
+  for (const Row &row : std::vector<Row>{
+           {" -a 'b c' d", {"-a", "b c", "d"}},
+           {R"( -JSON ["-a", "it's \"x\"", "", "\u00e4\n"])", {"-a", both, "", "ä\n"}},
+           {R"( -json [])", {}},
+           {R"( -jsonlike ["-a"])", {"-jsonlike", "[\"-a\"]"}},
+           {" -json", {}, false},
+           {R"( -json {"a": "b"})", {}, false},
+           {R"( -json ["a", 1])", {}, false},
+           {R"( -json ["a\u0000b"])", {}, false},
+           {R"( -json ["a"] -b)", {}, false},
+       }) {
+    const kit::RequestWords words(row.options, Grammar::ClassicOrJson);
+    EXPECT_EQ(words.Problem().empty(), row.isGood) << row.options << words.Problem();
+    EXPECT_EQ(WordsOf(words), row.words) << row.options;
+  }
+  EXPECT_EQ(WordsOf(kit::RequestWords(R"( -json ["a"])", Grammar::Classic)), (Words{"-json", "[\"a\"]"}));
+
+  // A builder takes the form that carries its values, and prefers the classic one.
+  const Words values = {"plain", both, std::string(5000, 'x'), "\t\n\\", ""};
+  for (const std::string &value : values) {
+    kit::RequestBuilder request("Name", Grammar::ClassicOrJson);
+    request.Add("-o", {value});
+    EXPECT_EQ(request.Problem(), "");
+    EXPECT_EQ(request.Text().starts_with("Name -json ["), value == both || value.size() > kit::maxTextSize);
+    EXPECT_EQ(WordsOf(kit::RequestWords(request.Text().substr(4), Grammar::ClassicOrJson)), (Words{"-o", value}));
+  }
 }
 
 } // namespace
