@@ -129,7 +129,7 @@ enum class MessageId : uint16_t {
   DialogNotOpened = 18244,
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
-  JavaLayerLast = 18275,
+  JavaLayerLast = 18277,
 };
 
 // The embedded image, valid for the life of the client.

@@ -167,16 +167,16 @@ bool XSLTManagedLayer::ConnectLayer() {
 }
 
 bool XSLTManagedLayer::FindMethods(JNIEnv *java, jclass type) {
-  methods.setTransformer = java->GetMethodID(type, "SetTransformer", "(Ljava/lang/String;)I");
+  methods.setTransformer = java->GetMethodID(type, "SetTransformer", "(Ljava/lang/String;[Ljava/lang/String;)I");
   methods.transform =
       methods.setTransformer
-          ? java->GetMethodID(
-                type, "TransformXMLFile",
-                "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[Ljava/lang/String;)I")
+          ? java->GetMethodID(type, "TransformXMLFile",
+                              "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;"
+                              "[Ljava/lang/String;ZLjava/lang/String;Ljava/lang/String;)I")
           : nullptr;
-  methods.probe = methods.transform
-                      ? java->GetMethodID(type, "ProbeProcessor", "(Ljava/lang/String;)[Ljava/lang/String;")
-                      : nullptr;
+  methods.probe = methods.transform ? java->GetMethodID(type, "ProbeProcessor",
+                                                        "(Ljava/lang/String;[Ljava/lang/String;)[Ljava/lang/String;")
+                                    : nullptr;
   return methods.probe;
 }
 
@@ -199,12 +199,13 @@ void XSLTManagedLayer::NoteLoss() {
   report::ReportProblem(problem);
 }
 
-bool XSLTManagedLayer::SetTransformer(const std::string &className) {
-  if (className.empty() || !EnsureJava(className))
+bool XSLTManagedLayer::SelectFactory(const processors::Factory &factory) {
+  if (factory.className.empty() || !EnsureJava(factory.className))
     return false;
   int32_t result = 0;
   RunInJava([&](JNIEnv &java) {
-    result = java.CallIntMethod(methods.layer, methods.setTransformer, machine->MakeString(className.c_str()));
+    result = java.CallIntMethod(methods.layer, methods.setTransformer, machine->MakeString(factory.className.c_str()),
+                                machine->MakeStringArray(factory.attributes));
   });
   if (result != success)
     NameMissingEntries();
@@ -226,7 +227,9 @@ processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &
       jobjectArray parameters = job.parameters.empty() ? nullptr : machine->MakeStringArray(job.parameters);
       if (java.CallIntMethod(methods.layer, methods.transform, machine->MakeString(job.input.c_str()),
                              machine->MakeString(kit::OrNull(job.stylesheet)), machine->MakeString(job.output.c_str()),
-                             machine->MakeString(kit::OrNull(job.result)), parameters) == success)
+                             machine->MakeString(kit::OrNull(job.result)), parameters,
+                             static_cast<jboolean>(job.includes), machine->MakeString(kit::OrNull(job.initialTemplate)),
+                             machine->MakeString(kit::OrNull(job.initialMode))) == success)
         result.status = processors::JobStatus::Done;
     });
     if (result.status == processors::JobStatus::Done && machine)
@@ -236,15 +239,16 @@ processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &
   return result;
 }
 
-processors::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const std::string &className) {
+processors::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const processors::Factory &factory) {
   processors::ProcessorProbe probe;
   if (!EnsureJava("probe")) {
     probe.error = problem;
     return probe;
   }
   const bool returned = RunInJava([&](JNIEnv &java) {
-    auto fields = static_cast<jobjectArray>(
-        java.CallObjectMethod(methods.layer, methods.probe, machine->MakeString(className.c_str())));
+    auto fields = static_cast<jobjectArray>(java.CallObjectMethod(methods.layer, methods.probe,
+                                                                  machine->MakeString(factory.className.c_str()),
+                                                                  machine->MakeStringArray(factory.attributes)));
     if (!fields)
       return;
     const auto field = [&](jsize index) {

@@ -33,7 +33,9 @@ final class DocumentReader implements XMLReader {
   private final ParserSettings settings = new ParserSettings();
   private EntityResolver entities;
 
-  DocumentReader(Documents documents, FilesRead files, Documents.Purpose purpose) {
+  DocumentReader(Documents documents, FilesRead files, Documents.Purpose purpose, boolean includes) {
+    if (includes)
+      settings.features.put("http://apache.org/xml/features/xinclude", true);
     this.documents = documents;
     this.files = files;
     this.purpose = purpose;

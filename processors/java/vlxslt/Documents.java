@@ -27,8 +27,11 @@ final class Documents {
   private final Diagnostics diagnostics;
   private final EntityResolution resolution;
   private final ParserPool parsers;
+  private final boolean includes;
 
-  Documents(IVLXSLTJavaHandler handler, Diagnostics diagnostics, ParserPool parsers) {
+  /** `includes` says whether what is read as data is subject to XInclude. */
+  Documents(IVLXSLTJavaHandler handler, Diagnostics diagnostics, ParserPool parsers, boolean includes) {
+    this.includes = includes;
     this.handler = handler;
     this.diagnostics = diagnostics;
     this.resolution = new EntityResolution(handler);
@@ -45,8 +48,14 @@ final class Documents {
     return source(address, files, Purpose.PRINCIPAL);
   }
 
+  /** The same for the input of a transformation. */
+  SAXSource inputSource(String address, FilesRead files) {
+    return new SAXSource(new DocumentReader(this, files, Purpose.PRINCIPAL, includes), new InputSource(address));
+  }
+
   private SAXSource source(String address, FilesRead files, Purpose purpose) {
-    return new SAXSource(new DocumentReader(this, files, purpose), new InputSource(address));
+    return new SAXSource(
+        new DocumentReader(this, files, purpose, includes && purpose == Purpose.DATA), new InputSource(address));
   }
 
   /** Serves xsl:import and xsl:include, or document(). */

@@ -19,7 +19,11 @@ final class Job {
    * What was asked for: paths, the stylesheet's empty when the input names it. The result is where the output will be in
    * the end, which is another file when the caller puts it in place.
    */
-  record Request(String input, String stylesheet, String output, String result, Map<String, String> parameters) {}
+  record Request(String input, String stylesheet, String output, String result, Map<String, String> parameters,
+      Start start) {}
+
+  /** Where a stylesheet begins; null for its own ways. Documents, but not stylesheets, may include others. */
+  record Start(boolean includes, String template, String mode) {}
 
   private final Request request;
   private final IVLXSLTJavaHandler handler;
@@ -32,7 +36,7 @@ final class Job {
     this.request = request;
     this.handler = handler;
     diagnostics = new Diagnostics(handler);
-    documents = new Documents(handler, diagnostics, parsers);
+    documents = new Documents(handler, diagnostics, parsers, request.start.includes);
   }
 
   Diagnostics diagnostics() {
@@ -53,6 +57,11 @@ final class Job {
   }
 
   SAXSource inputSource() {
+    return documents.inputSource(input(), filesRead);
+  }
+
+  /** The input as it is written, whatever it includes. */
+  SAXSource plainInputSource() {
     return documents.source(input(), filesRead);
   }
 
@@ -61,13 +70,20 @@ final class Job {
     return Addresses.ofPath(request.result);
   }
 
+  /** By their names in the canonical spelling. */
   Map<String, String> parameters() {
     return request.parameters;
+  }
+
+  Start start() {
+    return request.start;
   }
 
   /** Returns when all outputs are in place; throws what ended the job before. */
   void run(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
     diagnostics.setSubject(input());
+    if (!processor.hasNamedStart() && (request.start.template != null || request.start.mode != null))
+      throw new IllegalArgumentException(Text.NO_NAMED_START.with());
     Path target = Path.of(request.output);
     Path source = Path.of(request.input);
     if (Files.exists(target) && Files.exists(source) && Files.isSameFile(target, source))
@@ -96,7 +112,7 @@ final class Job {
   private Stylesheet compile(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
     if (!request.stylesheet.isEmpty())
       return stylesheets.compile(processor, Addresses.ofPath(request.stylesheet), this);
-    String href = StylesheetInstruction.find(inputSource());
+    String href = StylesheetInstruction.find(plainInputSource());
     if (href == null)
       throw new SAXParseException(
           Text.NO_STYLESHEET.with(), null, input(), -1, -1);

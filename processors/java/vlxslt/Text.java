@@ -31,7 +31,9 @@ enum Text {
   TWO_RESULTS_ONE_FILE,
   ADDRESS_NOT_FETCHED,
   FILE_IS_FOLDER,
-  FILE_NOT_REGULAR;
+  FILE_NOT_REGULAR,
+  ATTRIBUTE_REFUSED,
+  NO_NAMED_START;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};
