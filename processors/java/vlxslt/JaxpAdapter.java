@@ -62,7 +62,8 @@ final class JaxpAdapter implements ProcessorAdapter {
     for (Map.Entry<String, String> parameter : job.parameters().entrySet())
       transformer.setParameter(parameter.getKey(), evaluate(xpath, parameter.getValue()));
     StreamResult result = new StreamResult(outputs.principal());
-    result.setSystemId(job.outputAddress());
+    // Xalan cuts the path of further results out of it, and leaves escapes as they are.
+    result.setSystemId("file://" + job.outputPath());
     transformer.transform(job.inputSource(), result);
   }
 

@@ -75,6 +75,10 @@ final class Job {
     return request.parameters;
   }
 
+  String outputPath() {
+    return Path.of(request.result).toAbsolutePath().normalize().toString();
+  }
+
   Start start() {
     return request.start;
   }
