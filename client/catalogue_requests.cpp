@@ -203,7 +203,7 @@ TypedValues AnswerStylesheetParameters(std::string_view text, processors::Proces
 TypedValues AnswerProcessors(std::string_view, processors::Processor &processor) {
   TypedValues reply;
   for (const processors::ProcessorEntry &entry : processors::Processors()) {
-    const processors::ProcessorProbe probe = processor.ProbeProcessor(entry.className);
+    const processors::ProcessorProbe probe = processor.ProbeProcessor({entry.className, entry.attributes});
     TypedValues nested;
     for (const std::string *field : {&entry.name, &entry.classPath, &entry.className, &probe.implementation,
                                      &probe.version, &probe.location, &probe.error})

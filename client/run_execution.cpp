@@ -27,8 +27,8 @@ using report::Report;
 void ReportUsage(const std::string &what) { V_ApiReportUsage("StructuredVellis", "XSLT", what.c_str()); }
 
 bool SelectProcessor(processors::Processor &processor, const std::string &name) {
-  const std::string *className = processors::FindProcessorClass(name);
-  if (processor.SetTransformer(className ? *className : std::string()))
+  const processors::ProcessorEntry *entry = processors::FindProcessor(name);
+  if (processor.SelectFactory(entry ? processors::Factory{entry->className, entry->attributes} : processors::Factory()))
     return true;
   report::ReportProblem(MessageId::ProviderNotFound, {name});
   return false;
@@ -154,7 +154,8 @@ private:
 
   JobStatus Transform(const PlannedJob &job, const ChosenOutput &chosen) {
     const processors::JobResult result = processor.TransformXMLFile(
-        {job.input, job.stylesheet, chosen.Written(), plan.parameters, chosen.output, job.inputContent});
+        {job.input, job.stylesheet, chosen.Written(), plan.parameters, chosen.output, job.inputContent,
+         plan.start.includes, plan.start.initialTemplate, plan.start.initialMode});
     for (const std::string &file : result.filesRead)
       Report(report::FileRead{file});
     if (result.status != JobStatus::Done)

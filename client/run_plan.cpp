@@ -206,6 +206,7 @@ RequestCheck FillJobs(Planning &planning) {
   plan.usage.insert(plan.usage.begin(), std::string(ScopeName(request.inputKind)));
   plan.printStartLog = request.printStartLog;
   plan.printEndLog = request.printEndLog;
+  plan.start = request.start;
   plan.makeFolders = request.makeFolders;
   plan.distinctOutputs = request.distinctOutputs;
   plan.isComplete = true;

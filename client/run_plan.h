@@ -47,6 +47,7 @@ struct RunPlan {
   std::string applicationName;         // as the request names it
   SectionKind section = SectionKind::BareStylesheet;
   catalogue::OpenOutputKind openOutput = catalogue::OpenOutputKind::Vellis;
+  RunStart start;
   bool isComplete = false;      // the jobs have all that a run needs
   bool usesInstruction = false; // the inputs name their stylesheets
   bool printStartLog = true;

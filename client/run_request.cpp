@@ -42,6 +42,17 @@ template <std::string RunRequest::*Field> RequestCheck SetText(RunRequest &reque
   return RequestCheck::Accepted;
 }
 
+RequestCheck AllowIncludes(RunRequest &request, Values) {
+  request.start.includes = true;
+  return RequestCheck::Accepted;
+}
+
+template <std::string RunStart::*Field> RequestCheck SetStart(RunRequest &request, Values values) {
+  if (!values.empty())
+    request.start.*Field = values[0];
+  return RequestCheck::Accepted;
+}
+
 RequestCheck AddFile(RunRequest &request, Values values) {
   request.inputKind = InputKind::File;
   request.inputs.insert(request.inputs.end(), values.begin(), values.end());
@@ -130,6 +141,9 @@ constexpr std::array options = {
     Option{"-distinctoutputs", 0, SetFlag<&RunRequest::distinctOutputs, true>},
     Option{"-filecontent", 1, AddContent<&RunRequest::inputs, &RunRequest::inputContents>},
     Option{"-outputcontent", 1, AddContent<&RunRequest::outputs, &RunRequest::outputContents>},
+    Option{"-xinclude", 0, AllowIncludes},
+    Option{"-initialtemplate", 1, SetStart<&RunStart::initialTemplate>},
+    Option{"-initialmode", 1, SetStart<&RunStart::initialMode>},
 };
 
 const Option *FindOption(std::string_view token) {

@@ -23,7 +23,15 @@ enum class InputKind : int32_t {
 // The name under which the host's usage operation knows a kind.
 [[nodiscard]] std::string_view ScopeName(InputKind kind);
 
+// How a transformation begins, whatever is transformed.
+struct RunStart {
+  bool includes = false; // XInclude in inputs, and in documents that the stylesheet reads
+  std::string initialTemplate;
+  std::string initialMode;
+};
+
 struct RunRequest {
+  RunStart start;
   bool makeFolders = false;
   bool distinctOutputs = false;
   bool printStartLog = true;

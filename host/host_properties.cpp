@@ -132,8 +132,12 @@ std::vector<std::string> HostServices::GetStrings(V_ObjectT object, int32_t prop
 kit::TypedValues HostServices::GetTypedVals(V_ObjectT object, int32_t property) {
   kit::TypedValues values;
   if (object == V_SESSION && property == V_SP_XSLT_PROCESSORS)
-    for (const ProcessorSetting &processor : configuration.processors)
-      values.AddStrings({processor.name, processor.classPath, processor.className});
+    for (const ProcessorSetting &processor : configuration.processors) {
+      std::vector<std::string> fields = {processor.name, processor.classPath, processor.className};
+      for (const AttributeSetting &attribute : processor.attributes)
+        fields.insert(fields.end(), {attribute.name, attribute.type, attribute.value});
+      values.AddStrings(fields);
+    }
   return values;
 }
 

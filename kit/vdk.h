@@ -65,7 +65,9 @@ enum {
   V_SP_LOG_ECHO = 825,                 /* int: mirrors the echo flag of the transformation log */
   V_SP_XSL_START_SECTION = 832,        /* int: runs of a bare stylesheet write a start section */
   V_SP_XSL_OBJECT_START_SECTION = 833, /* int: they do so on behalf of V_SP_XSL_SECTION_OBJECT */
-  V_SP_XSLT_PROCESSORS = 1506,         /* typed values: per processor a list of name, class path, class name */
+  V_SP_XSLT_PROCESSORS = 1506,         /* typed values: per processor a list of name, class path, class name;
+                                      behind them, for each attribute of the factory, its name, its type ("string",
+                                      "integer", "number" or "boolean") and its value as text */
   V_SP_XSL_SECTION_OBJECT = 2401,      /* object */
   V_SP_PRODUCT_NAME = 2893,            /* string */
   V_SP_INSTALL_DIR = 3001,             /* string, ends in a separator */

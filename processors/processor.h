@@ -23,6 +23,15 @@ struct Job {
   // The file that holds the input, whose name then only says how it is called and where its references start. Empty:
   // the input itself.
   std::string inputContent = {};
+  bool includes = false;            // XInclude in what is read as data
+  std::string initialTemplate = {}; // where the stylesheet begins; empty for its own start
+  std::string initialMode = {};
+};
+
+// A factory and how it is set up.
+struct Factory {
+  std::string className;
+  std::vector<std::string> attributes = {}; // name, type (see V_SP_XSLT_PROCESSORS) and value alternately
 };
 
 using report::JobStatus;
@@ -51,10 +60,12 @@ public:
   // The class path of all processors, entries separated by ";". May be called again with more; costs nothing by itself.
   virtual void SetClassPath(const std::string &classPath) = 0;
   // Selects a processor for the jobs that follow; false when its class does not load.
-  [[nodiscard]] virtual bool SetTransformer(const std::string &className) = 0;
+  [[nodiscard]] bool SetTransformer(const std::string &className) { return SelectFactory({className}); }
+  // The same; false too when it does not take an attribute. One class with other attributes is another factory.
+  [[nodiscard]] virtual bool SelectFactory(const Factory &factory) = 0;
   [[nodiscard]] virtual JobResult TransformXMLFile(const Job &job) = 0;
   // Loads a processor without selecting it.
-  [[nodiscard]] virtual ProcessorProbe ProbeProcessor(const std::string &className) = 0;
+  [[nodiscard]] virtual ProcessorProbe ProbeProcessor(const Factory &factory) = 0;
   // The last call.
   virtual void ShutDown() = 0;
 };

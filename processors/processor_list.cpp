@@ -6,6 +6,7 @@
 #include "report/run_event.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace processors {
 
@@ -22,8 +23,11 @@ ProcessorList &TheList() {
 }
 
 ProcessorEntry MakeEntry(std::vector<std::string> fields, int32_t position) {
-  fields.resize(3);
-  return {std::move(fields[0]), std::move(fields[1]), std::move(fields[2]), position};
+  constexpr size_t ownFields = 3;
+  fields.resize(std::max(fields.size(), ownFields));
+  std::vector<std::string> attributes(std::make_move_iterator(fields.begin() + ownFields),
+                                      std::make_move_iterator(fields.end()));
+  return {std::move(fields[0]), std::move(fields[1]), std::move(fields[2]), std::move(attributes), position};
 }
 
 } // namespace
@@ -42,9 +46,14 @@ void LoadProcessors(Processor &processor) {
 
 const std::vector<ProcessorEntry> &Processors() { return TheList().entries; }
 
-const std::string *FindProcessorClass(std::string_view name) {
+const ProcessorEntry *FindProcessor(std::string_view name) {
   const auto found = std::ranges::find(TheList().entries, name, &ProcessorEntry::name);
-  return found == TheList().entries.end() ? nullptr : &found->className;
+  return found == TheList().entries.end() ? nullptr : &*found;
+}
+
+const std::string *FindProcessorClass(std::string_view name) {
+  const ProcessorEntry *found = FindProcessor(name);
+  return found ? &found->className : nullptr;
 }
 
 bool IsKnownProcessor(std::string_view name) { return FindProcessorClass(name) != nullptr; }

@@ -15,7 +15,8 @@ struct ProcessorEntry {
   std::string name; // compared byte for byte
   std::string classPath;
   std::string className;
-  int32_t position = 0; // from 1, counting only the preference values that describe processors
+  std::vector<std::string> attributes = {}; // of the factory: name, type and value alternately
+  int32_t position = 0;                     // from 1, counting only the preference values that describe processors
 };
 
 // Reads the preferences into the list, then builds the class path and sets it.
@@ -23,6 +24,7 @@ void LoadProcessors(Processor &processor);
 
 [[nodiscard]] const std::vector<ProcessorEntry> &Processors();
 // The first entry of that name; null when there is none.
+[[nodiscard]] const ProcessorEntry *FindProcessor(std::string_view name);
 [[nodiscard]] const std::string *FindProcessorClass(std::string_view name);
 [[nodiscard]] bool IsKnownProcessor(std::string_view name);
 [[nodiscard]] const std::string &DefaultProcessorName();

@@ -44,6 +44,8 @@ bool AddFields(kit::RequestBuilder &request, const RecordOptions &fields, std::s
       error = "-p wants NAME=EXPRESSION, not \"" + text + "\"";
       return false;
     }
+    if (const std::string hint = HintAtNumber(text); !hint.empty())
+      PrintError(hint);
     request.Add("-sparam", {parameter->first, parameter->second});
   }
   if (fields.suffix)

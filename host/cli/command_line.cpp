@@ -113,6 +113,9 @@ void AddRun(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
   AddText(command, "--extension", run.extension, "of the outputs in a folder, in place of the inputs' own", "EXT");
   command.add_flag("--recursive,-r", run.isRecursive, "take the files in folders of folders too");
   command.add_flag("--components", run.takesComponents, "take the components of books and DITA maps behind them");
+  command.add_flag("--xinclude", run.includes, "put in place what inputs include by xi:include");
+  AddText(command, "--initial-template", run.initialTemplate, "the template to begin with (Saxon)", "NAME");
+  AddText(command, "--initial-mode", run.initialMode, "the mode to begin in (Saxon)", "NAME");
   AddRepeatable(command, "--match", run.patterns, "take only files of such names from folders", "PATTERN");
   command.add_flag("--dry-run", run.isDryRun,
                    "print what would be read, applied and written; start nothing. With --json, an object a line");

@@ -63,6 +63,9 @@ struct RunOptions {
   std::vector<std::string> parameters = {}; // NAME=EXPRESSION
   bool isRecursive = false;
   bool takesComponents = false;
+  bool includes = false;
+  std::string initialTemplate = {};
+  std::string initialMode = {};
   bool isDryRun = false;
   std::string output = {};
   std::string extension = {};

@@ -27,19 +27,14 @@ struct Option {
   size_t valueCount;
 };
 // Those that a request of ours may hold. Other ways to name inputs would mean other files by now.
-constexpr std::array options = {Option{fileOption, 1},
-                                Option{outputOption, 1},
-                                Option{"-xslfilepath", 1},
-                                Option{"-usepi", 0},
-                                Option{"-processor", 1},
-                                Option{"-sparam", 2},
-                                Option{"-trname", 1},
-                                Option{"-appname", 1},
-                                Option{"-trfile", 1},
-                                Option{"-distinctoutputs", 0},
-                                Option{"-makefolders", 0},
-                                Option{"-dontusevlconsole", 0},
-                                Option{"-dontprintstartlog", 0},
+constexpr std::array options = {Option{fileOption, 1},          Option{outputOption, 1},
+                                Option{"-xslfilepath", 1},      Option{"-usepi", 0},
+                                Option{"-processor", 1},        Option{"-sparam", 2},
+                                Option{"-trname", 1},           Option{"-appname", 1},
+                                Option{"-trfile", 1},           Option{"-distinctoutputs", 0},
+                                Option{"-makefolders", 0},      Option{"-xinclude", 0},
+                                Option{"-initialtemplate", 1},  Option{"-initialmode", 1},
+                                Option{"-dontusevlconsole", 0}, Option{"-dontprintstartlog", 0},
                                 Option{"-dontprintendlog", 0}};
 
 struct RecordedRequest {
@@ -109,6 +104,9 @@ std::string FindRetryContradiction(const RunOptions &options) {
                                                      {!options.extension.empty(), "--extension"},
                                                      {options.isRecursive, "--recursive"},
                                                      {options.takesComponents, "--components"},
+                                                     {options.includes, "--xinclude"},
+                                                     {!options.initialTemplate.empty(), "--initial-template"},
+                                                     {!options.initialMode.empty(), "--initial-mode"},
                                                      {!options.patterns.empty(), "--match"}};
   for (const auto &[isGiven, name] : given)
     if (isGiven)

@@ -53,9 +53,13 @@ bool UseStreams(const RunOptions &options, StandardStreams &streams, RunInput &i
 }
 
 std::string FindParameterFault(const RunOptions &options) {
-  for (const std::string &parameter : options.parameters)
-    if (!SplitParameter(parameter))
+  for (const std::string &parameter : options.parameters) {
+    const auto parts = SplitParameter(parameter);
+    if (!parts)
       return "-p wants NAME=EXPRESSION, not \"" + parameter + "\"";
+    if (parts->second.empty())
+      return "-p " + parameter + " has no value; an empty text is -p \"" + parameter + "''\"";
+  }
   return {};
 }
 
@@ -70,6 +74,10 @@ void AddWhatToApply(Environment environment, const RunOptions &options, const st
   if (!options.catalogue.file.empty())
     request.Add("-trfile", {catalogue});
   request.AddIfGiven("-processor", options.processor);
+  if (options.includes)
+    request.Add("-xinclude");
+  request.AddIfGiven("-initialtemplate", options.initialTemplate);
+  request.AddIfGiven("-initialmode", options.initialMode);
   for (const std::string &text : options.parameters)
     if (const auto parameter = SplitParameter(text))
       request.Add("-sparam", {parameter->first, parameter->second});
@@ -101,6 +109,9 @@ bool ComposeRun(Environment environment, const RunOptions &options, StandardStre
   std::vector<std::string> warnings;
   if (!error.empty() || !FindInputs(options, inputs, warnings, error))
     return false;
+  for (const std::string &parameter : options.parameters)
+    if (const std::string hint = HintAtNumber(parameter); !hint.empty())
+      PrintError(hint);
   for (const std::string &warning : warnings)
     environment.session.WriteConsole(warning);
 

@@ -1,4 +1,4 @@
-// A stylesheet parameter as the command line writes it.
+// A stylesheet parameter as the command line writes it, and what to say of one that is probably not what was meant.
 #ifndef HOST_CLI_SPLIT_PARAMETER_H
 #define HOST_CLI_SPLIT_PARAMETER_H
 
@@ -16,6 +16,10 @@ namespace cli {
     return std::nullopt;
   return std::pair(std::string(text.substr(0, equals)), std::string(text.substr(equals + 1)));
 }
+
+// Empty unless the text is taken for numbers and comes out as another one, as a date, a telephone number or a version
+// does: then the hint.
+[[nodiscard]] std::string HintAtNumber(std::string_view parameter);
 
 } // namespace cli
 

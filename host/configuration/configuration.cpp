@@ -9,6 +9,8 @@
 #include <toml++/toml.h>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
@@ -123,8 +125,10 @@ private:
     } else if (const auto *single = std::get_if<std::string Record::*>(&rule->field)) {
       if (const std::optional<std::string> text = ReadText(key, node))
         record.*(*single) = Understand(*text, rule->meaning);
+    } else if (const auto *list = std::get_if<std::vector<std::string> Record::*>(&rule->field)) {
+      record.*(*list) = ReadList(key, node, rule->meaning);
     } else {
-      record.*std::get<std::vector<std::string> Record::*>(rule->field) = ReadList(key, node, rule->meaning);
+      record.*std::get<std::vector<AttributeSetting> Record::*>(rule->field) = ReadAttributes(key, node);
     }
   }
 
@@ -145,6 +149,37 @@ private:
       Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be a list of texts, not " + NameType(node));
     }
     return items;
+  }
+
+  std::vector<AttributeSetting> ReadAttributes(const toml::key &key, const toml::node &node) {
+    std::vector<AttributeSetting> attributes;
+    const toml::table *table = node.as_table();
+    if (!table) {
+      Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be a table, not " + NameType(node));
+      return attributes;
+    }
+    for (const auto &[name, value] : *table) {
+      if (const auto *text = value.as_string())
+        attributes.push_back({std::string(name.str()), "string", text->get()});
+      else if (const auto *flag = value.as_boolean())
+        attributes.push_back({std::string(name.str()), "boolean", flag->get() ? "true" : "false"});
+      else if (value.is_number())
+        attributes.push_back({std::string(name.str()), value.is_integer() ? "integer" : "number", FormatNumber(value)});
+      else
+        Report(value.source().begin, "the attribute \"" + std::string(name.str()) +
+                                         "\" must be text, a number, true or false, not " + NameType(value) +
+                                         (value.is_table() ? "; a name with dots in it is written in quotes" : ""));
+    }
+    return attributes;
+  }
+
+  static std::string FormatNumber(const toml::node &node) {
+    if (const auto *integer = node.as_integer())
+      return std::to_string(integer->get());
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), node.as_floating_point()->get());
+    const std::string text(digits.data(), end.ptr);
+    return text.find_first_of(".en") == std::string::npos ? text + ".0" : text;
   }
 
   void ReportUnknown(const toml::key &key, const std::vector<std::string_view> &known) {

@@ -11,10 +11,20 @@
 
 namespace host {
 
+// A setting of a processor's factory.
+struct AttributeSetting {
+  std::string name;
+  std::string type; // "string", "integer", "number" or "boolean"
+  std::string value;
+
+  [[nodiscard]] bool operator==(const AttributeSetting &) const = default;
+};
+
 struct ProcessorSetting {
   std::string name;
   std::string classPath; // absolute entries, ";" between them
   std::string className;
+  std::vector<AttributeSetting> attributes = {};
 };
 
 // Any rule that matches associates a file with the application.

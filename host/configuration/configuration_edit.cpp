@@ -39,6 +39,15 @@ std::string Format(const std::vector<std::string> &items) {
   return text + "]";
 }
 
+// On one line, so that it can follow a key.
+std::string Format(const std::vector<AttributeSetting> &attributes) {
+  std::string text = "{";
+  for (const AttributeSetting &each : attributes)
+    text.append(text.size() > 1 ? ", " : " ")
+        .append(Format(each.name) + " = " + (each.type == "string" ? Format(each.value) : each.value));
+  return text + " }";
+}
+
 // One assignment that is to stand in a section.
 struct Assignment {
   std::string key;
@@ -96,9 +105,18 @@ std::string KindOf(const toml::table &root, size_t line, std::string_view kind) 
 std::set<size_t> FindValueLines(const toml::table &table) {
   std::set<size_t> lines;
   for (const auto &[key, node] : table)
-    if (!node.is_table() && !node.is_array_of_tables())
+    if (const toml::table *inner = node.as_table(); (!inner || inner->is_inline()) && !node.is_array_of_tables())
       for (size_t line = node.source().begin.line; line <= node.source().end.line; ++line)
         lines.insert(line);
+  return lines;
+}
+
+// Those of the tables inside it too.
+std::set<size_t> FindAllValueLines(const toml::table &table) {
+  std::set<size_t> lines = FindValueLines(table);
+  for (const auto &[key, node] : table)
+    if (const toml::table *inner = node.as_table())
+      lines.merge(FindAllValueLines(*inner));
   return lines;
 }
 
@@ -114,7 +132,7 @@ std::vector<Section> SplitSections(const std::string &text, const toml::table &r
     if (const toml::array *tables = root[kind].as_array())
       for (const toml::node &each : *tables)
         if (const toml::table *table = each.as_table())
-          valueLines.merge(FindValueLines(*table));
+          valueLines.merge(FindAllValueLines(*table));
   std::vector<Section> sections(1);
   for (size_t at = 0; at < lines.size(); ++at) {
     std::string kind;

@@ -18,7 +18,8 @@ enum class Presence { Optional, Written, Required };
 
 template <class Record> struct KeyRule {
   std::string_view key;
-  std::variant<std::string Record::*, std::vector<std::string> Record::*> field;
+  std::variant<std::string Record::*, std::vector<std::string> Record::*, std::vector<AttributeSetting> Record::*>
+      field;
   Meaning meaning = Meaning::Text;
   Presence presence = Presence::Optional;
 };
@@ -39,6 +40,7 @@ inline constexpr std::array processorKeys = {
     KeyRule<ProcessorSetting>{"name", &ProcessorSetting::name, Meaning::Text, Presence::Required},
     KeyRule<ProcessorSetting>{"class_path", &ProcessorSetting::classPath, Meaning::ClassPath},
     KeyRule<ProcessorSetting>{"class_name", &ProcessorSetting::className, Meaning::Text, Presence::Required},
+    KeyRule<ProcessorSetting>{"attributes", &ProcessorSetting::attributes},
 };
 
 inline constexpr std::array applicationKeys = {

@@ -182,17 +182,16 @@ bool XSLTManagedLayer::ConnectLayer() {
 }
 
 bool XSLTManagedLayer::FindMethods(JNIEnv *java, jclass type) {
-  methods.setTransformer = java->GetMethodID(type, "SetTransformer", "(Ljava/lang/String;)I");
+  methods.setTransformer = java->GetMethodID(type, "SetTransformer", "(Ljava/lang/String;[Ljava/lang/String;)I");
   methods.transform =
       methods.setTransformer
-          ? java->GetMethodID(
-                type, "TransformXMLFile",
-                "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;"
-                "[Ljava/lang/String;)I")
+          ? java->GetMethodID(type, "TransformXMLFile",
+                              "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;"
+                              "Ljava/lang/String;[Ljava/lang/String;ZLjava/lang/String;Ljava/lang/String;)I")
           : nullptr;
-  methods.probe = methods.transform
-                      ? java->GetMethodID(type, "ProbeProcessor", "(Ljava/lang/String;)[Ljava/lang/String;")
-                      : nullptr;
+  methods.probe = methods.transform ? java->GetMethodID(type, "ProbeProcessor",
+                                                        "(Ljava/lang/String;[Ljava/lang/String;)[Ljava/lang/String;")
+                                    : nullptr;
   methods.discardOutputs = methods.probe ? java->GetMethodID(type, "DiscardOutputs", "()V") : nullptr;
   return methods.discardOutputs;
 }
@@ -237,12 +236,13 @@ void XSLTManagedLayer::GiveUp() {
   static_cast<void>(done.wait_for(discardTime));
 }
 
-bool XSLTManagedLayer::SetTransformer(const std::string &className) {
-  if (className.empty() || !EnsureJava(className))
+bool XSLTManagedLayer::SelectFactory(const processors::Factory &factory) {
+  if (factory.className.empty() || !EnsureJava(factory.className))
     return false;
-  const auto result = RunInJava<int32_t>([called = methods, className](const JavaMachine &java, int32_t &returned) {
-    returned =
-        java.Environment()->CallIntMethod(called.layer, called.setTransformer, java.MakeString(className.c_str()));
+  const auto result = RunInJava<int32_t>([called = methods, factory](const JavaMachine &java, int32_t &returned) {
+    returned = java.Environment()->CallIntMethod(called.layer, called.setTransformer,
+                                                 java.MakeString(factory.className.c_str()),
+                                                 java.MakeStringArray(factory.attributes));
   });
   if (!result)
     NoteLoss();
@@ -267,10 +267,12 @@ processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &
         [called = methods, job](const JavaMachine &java, processors::JobResult &done) {
           const ResultOfJob end(done);
           jobjectArray parameters = job.parameters.empty() ? nullptr : java.MakeStringArray(job.parameters);
-          if (java.Environment()->CallIntMethod(called.layer, called.transform, java.MakeString(job.input.c_str()), java.MakeString(kit::OrNull(job.inputContent)),
-                                                java.MakeString(kit::OrNull(job.stylesheet)),
-                                                java.MakeString(job.output.c_str()),
-                                                java.MakeString(kit::OrNull(job.result)), parameters) == success)
+          if (java.Environment()->CallIntMethod(
+                  called.layer, called.transform, java.MakeString(job.input.c_str()),
+                  java.MakeString(kit::OrNull(job.inputContent)), java.MakeString(kit::OrNull(job.stylesheet)),
+                  java.MakeString(job.output.c_str()), java.MakeString(kit::OrNull(job.result)), parameters,
+                  static_cast<jboolean>(job.includes), java.MakeString(kit::OrNull(job.initialTemplate)),
+                  java.MakeString(kit::OrNull(job.initialMode))) == success)
             done.status = processors::JobStatus::Done;
         },
         mustGiveUp);
@@ -286,14 +288,15 @@ processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &
   return result.value_or(processors::JobResult{without});
 }
 
-processors::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const std::string &className) {
+processors::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const processors::Factory &factory) {
   if (!EnsureJava("probe"))
     return {.error = problem};
   const auto probe = RunInJava<processors::ProcessorProbe>(
-      [called = methods, className](const JavaMachine &java, processors::ProcessorProbe &found) {
+      [called = methods, factory](const JavaMachine &java, processors::ProcessorProbe &found) {
         JNIEnv *environment = java.Environment();
         auto fields = static_cast<jobjectArray>(
-            environment->CallObjectMethod(called.layer, called.probe, java.MakeString(className.c_str())));
+            environment->CallObjectMethod(called.layer, called.probe, java.MakeString(factory.className.c_str()),
+                                          java.MakeStringArray(factory.attributes)));
         if (!fields)
           return;
         const auto field = [&](jsize index) {

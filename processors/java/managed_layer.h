@@ -18,9 +18,9 @@ public:
   [[nodiscard]] static XSLTManagedLayer &GetInstance();
 
   void SetClassPath(const std::string &given) override;
-  [[nodiscard]] bool SetTransformer(const std::string &className) override;
+  [[nodiscard]] bool SelectFactory(const processors::Factory &factory) override;
   [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
-  [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const std::string &className) override;
+  [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const processors::Factory &factory) override;
   void ShutDown() override;
 
 private:

@@ -156,7 +156,7 @@ TEST_F(CatalogueTest, AnInvalidCatalogueIsNotReplacedUnasked) {
            {"<Transformations>\n<Nonsense/>" + Element("B") + Element("C") + "</Transformations>",
             lost + "2 transformations.", "line 2, char 12"},
            {Catalogue(Element("B") + Element("C") + "<Tr"), lost + "2 transformations.", "Fatal Error at file"},
-           {"<Transformatoins>" + Element("B") + "</Transformatoins>", "?", "with 1 transformations."}}) {
+           {"<Transformatoins>" + Element("B") + "</Transformatoins>", "?", "(transformations: 1)"}}) {
     const std::string path = Write("T.xml", row.text);
     EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled, InvalidFile::Keep), EditResult::Failed);
     EXPECT_EQ(TakeAsked(), Asked());

@@ -4,6 +4,7 @@
 #include "host/cli/retry.h"
 #include "host/cli/run_inputs.h"
 #include "host/cli/run_report.h"
+#include "host/cli/split_parameter.h"
 #include "kit/request_builder.h"
 #include "kit/text.h"
 #include "tests/unit/fake_host.h"
@@ -143,7 +144,9 @@ protected:
 };
 
 TEST_F(Retries, LeaveOutWhatIsDone) {
-  const std::string head = R"(XSLTRunTrScenario -xslfilepath '/s "1".xsl' -sparam "-file" "x" -distinctoutputs)";
+  const std::string head =
+      R"(XSLTRunTrScenario -xslfilepath '/s "1".xsl' -sparam "-file" "x" -xinclude -initialtemplate "main" )"
+      R"(-initialmode "{urn:x}m" -distinctoutputs)";
   const std::string a = R"( -file "/a" -outputfilepath "/o/a")";
   const std::string b = R"( -file "/b c" -outputfilepath "/a")";
   const std::string c = R"( -file "/c" -outputfilepath "/o/c")";
@@ -168,6 +171,21 @@ TEST_F(Retries, RefuseRequestsThatMeanOtherFilesByNow) {
         "XSLTRunTrScenario -usepi -file \"/a\" -outputfilepath \"/b\" -whatever", "VlxsltPlanRun -file \"/a\"",
         "XSLTRunTrScenario -usepi -file \"/\uFFFD\" -outputfilepath \"/b\""})
     EXPECT_TRUE(Compose(request, "").starts_with(folder.Path("r.jsonl:1: its request "))) << Compose(request, "");
+}
+
+// ---- Parameters
+
+TEST(Parameters, DrawAHintWhenTextComesOutAsAnotherNumber) {
+  const std::pair<const char *, const char *> values[] = {
+      {"2020-01-01", "2018"}, {"978-3-16-148410-0", "-147451"}, {"007", "7"},   {"1.10", "1.1"},
+      {"2.0", "2"},           {"1.5-2.25+3", "2.25"},           {"-3-4", "-7"}, {"0.1-0.10", "0"}};
+  for (const auto &[value, result] : values)
+    EXPECT_EQ(cli::HintAtNumber("u=" + std::string(value)), "-p u=" + std::string(value) +
+                                                                " is an expression with the value " + result +
+                                                                "; as text it is -p \"u='" + value + "'\"");
+  for (const char *meant : {"", "2", "-2", "1.5", "2 - 1", "'2020-01-01'", "a-1", "12:30", "1/2", "1.2.3", "2*3", "1-",
+                            "-", "1.", "99999999999999999999-1", "true()"})
+    EXPECT_EQ(cli::HintAtNumber("u=" + std::string(meant)), "") << meant;
 }
 
 // ---- Plans and counts

@@ -12,9 +12,11 @@
 class FakeProcessor : public processors::Processor {
 public:
   void SetClassPath(const std::string &given) override { classPath = given; }
-  [[nodiscard]] bool SetTransformer(const std::string &className) override { return classes.contains(className); }
+  [[nodiscard]] bool SelectFactory(const processors::Factory &factory) override {
+    return classes.contains(factory.className);
+  }
   [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
-  [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const std::string &) override { return {}; }
+  [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const processors::Factory &) override { return {}; }
   void ShutDown() override {}
 
   std::string classPath;

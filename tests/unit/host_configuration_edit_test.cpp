@@ -30,8 +30,11 @@ std::string Describe(const Configuration &all) {
     add(*value);
   addAll(all.catalogs);
   addAll(all.javaOptions);
-  for (const ProcessorSetting &each : all.processors)
+  for (const ProcessorSetting &each : all.processors) {
     addAll({each.name, each.classPath, each.className});
+    for (const host::AttributeSetting &attribute : each.attributes)
+      addAll({attribute.name, attribute.type, attribute.value});
+  }
   for (const ApplicationSetting &each : all.applications) {
     addAll({each.name, each.catalogue});
     for (const Strings *list : {&each.roots, &each.publicIds, &each.namespaces, &each.files})
@@ -58,7 +61,13 @@ protected:
     return made;
   }
 
-  ProcessorSetting MakeProcessor() { return {Word(), Path() + ";" + Path(), Word()}; }
+  ProcessorSetting MakeProcessor() {
+    ProcessorSetting made{Word(), Path() + ";" + Path(), Word()};
+    if (Chance())
+      made.attributes = {
+          {"a flag", "boolean", "true"}, {"http://x/number", "number", "1.5"}, {"text", "string", Word()}};
+    return made;
+  }
   ApplicationSetting MakeApplication() {
     const auto word = [this] { return Word(); };
     return {Word(), Path(), Some(word), Some(word), Some(word), Some(word)};
@@ -83,6 +92,13 @@ protected:
     for (const std::string &item : items)
       text += (isTall ? "\n  " : " ") + Literal(item) + (isTall ? ", " + Comment() : ", ");
     return text + (isTall ? "\n]" : "]");
+  }
+  // On one line.
+  std::string Quoted(const std::vector<host::AttributeSetting> &attributes) {
+    std::string literal = Literal(attributes.back().value);
+    while (literal.find('\n') != std::string::npos)
+      literal = Literal(attributes.back().value);
+    return literal;
   }
   std::string Comment() {
     comments.push_back("#c" + std::to_string(comments.size()) + ".ü\"[[");
@@ -116,7 +132,14 @@ protected:
       text += (Chance() ? "\n" + Comment() + "\n" : "") + std::string("[[processor]]\n");
       Write(text, "name", each.name);
       unlessEmpty("class_path", each.classPath);
+      const bool isInline = Chance();
+      if (isInline && !each.attributes.empty())
+        text += "attributes = {\"a flag\" = true, 'http://x/number' = 1.5, text = " + Quoted(each.attributes) + "}\n";
       Write(text, "class_name", each.className);
+      if (!isInline && !each.attributes.empty()) {
+        text += "[processor.attributes] " + Comment() + "\n\"http://x/number\" = 1.5\n'a flag' = true\n";
+        Write(text, "text", each.attributes.back().value);
+      }
     }
     for (const ApplicationSetting &each : all.applications) {
       text += "[[application]] " + Comment() + "\n";

@@ -29,6 +29,11 @@ java_options = ["-Xmx2g", "-Dx=y z"]
 name = "One"
 class_path = "jars/*;/abs/c.jar;;classes"
 class_name = "x.Factory"
+[processor.attributes]
+"http://x/text" = "a b"
+"http://x/flag" = true
+"http://x/count" = -3
+"http://x/share" = 2.0
 [[processor]]
 name = "Bare"
 class_name = "y.Factory"
@@ -55,6 +60,12 @@ file = ["*.dita"]
   EXPECT_EQ(made.processors[0].classPath, folder.Path("conf/jars/a.jar") + ";" + folder.Path("conf/jars/b.jar") +
                                               ";/abs/c.jar;" + folder.Path("conf/classes"));
   EXPECT_EQ(made.processors[1].classPath, "");
+  const std::vector<host::AttributeSetting> attributes = {{"http://x/count", "integer", "-3"},
+                                                          {"http://x/flag", "boolean", "true"},
+                                                          {"http://x/share", "number", "2.0"},
+                                                          {"http://x/text", "string", "a b"}};
+  EXPECT_EQ(made.processors[0].attributes, attributes);
+  EXPECT_TRUE(made.processors[1].attributes.empty());
   ASSERT_EQ(made.applications.size(), 1U);
   EXPECT_EQ(made.applications[0].catalogue, "$structdir\\dita\\Transformations.xml");
 }
@@ -72,6 +83,12 @@ TEST(Configuration, TellsEveryFaultWithItsPlaceAndWhatWasMeant) {
       {"[[processor]]\nclas_name = \"x\"\nname = \"y\"\n",
        {":1:1: [[processor]] needs the key \"class_name\"",
         ":2:1: unknown key \"clas_name\"; did you mean \"class_name\"?"}},
+      {"[[processor]]\nname = \"x\"\nclass_name = \"y\"\nattributes = [1]\n",
+       {":4:14: \"attributes\" must be a table, not a list"}},
+      {"[[processor]]\nname = \"x\"\nclass_name = \"y\"\n[processor.attributes]\n\"a\" = []\nb.c = 1\n",
+       {":5:7: the attribute \"a\" must be text, a number, true or false, not a list",
+        ":6:1: the attribute \"b\" must be text, a number, true or false, not a table; a name with dots in it is "
+        "written in quotes"}},
       {"[[application]]\nname = \"x\"\nroots = []\n", {":3:1: unknown key \"roots\"; did you mean \"root\"?"}},
   };
   const test::Folder folder;

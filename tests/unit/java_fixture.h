@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -60,6 +61,16 @@ protected:
   [[nodiscard]] std::string Path(const std::string &name) const { return folder.Path(name); }
   std::string Write(const std::string &name, const std::string &text) const { return folder.Write(name, text); }
   [[nodiscard]] std::string Read(const std::string &name) const { return folder.Read(name); }
+  // The text of an output without its markup.
+  [[nodiscard]] std::string ReadText(const std::string &name) const {
+    return std::regex_replace(Read(name), std::regex("<[^>]*>"), "");
+  }
+  [[nodiscard]] std::string ResultList() const {
+    std::string list;
+    for (const std::string &file : result.filesRead)
+      list += file + "\n";
+    return list;
+  }
   // What the transformation logged; `succeeded` and the requests are kept.
   std::string Run(const std::string &xml, const std::string &xsl, const std::vector<std::string> &parameters = {}) {
     report::ResetLog(false);

@@ -257,11 +257,94 @@ TEST_F(JavaProcessors, CompilesAgainWhenAModuleChanges) {
   }
 }
 
+// A kept stylesheet serves runs with the same static parameters, whatever the others are; what one run was given must
+// not show in the next.
+TEST_F(JavaProcessors, KeepsStylesheetsApartByTheirStaticParameters) {
+  const std::string xml = Write("in.xml", "<doc/>");
+  Write("m.xsl", Stylesheet("<xsl:param name='p:s' static='yes' select='0' xmlns:p='urn:p'/>", "3.0"));
+  const std::string xsl =
+      Write("main.xsl",
+            Stylesheet("<xsl:param name='s' static='yes' select='1'/><xsl:import href='m.xsl'/><xsl:param name='x' "
+                       "select='2'/><xsl:template match='/' xmlns:p='urn:p'><o><xsl:value-of select='$s, $p:s, $x'/>"
+                       "</o></xsl:template>",
+                       "3.0"));
+  const std::vector<std::pair<std::vector<std::string>, std::string>> runs = {
+      {{"x", "5"}, "1 0 5"},           {{}, "1 0 2"},
+      {{"s", "7", "x", "6"}, "7 0 6"}, {{"s", "7"}, "7 0 2"},
+      {{"Q{urn:p}s", "3"}, "1 3 2"},   {{"{urn:p}s", "3", "x", "4"}, "1 3 4"},
+      {{"s", "'bare'"}, "bare 0 2"},   {{"s", "bare"}, "bare 0 2"},
+      {{"{}s", "9"}, "9 0 2"},         {{}, "1 0 2"}};
+  for (int round = 0; round < 2; ++round)
+    for (const auto &[parameters, expected] : runs) {
+      ASSERT_TRUE(processor.SetTransformer(saxon));
+      EXPECT_EQ(Run(xml, xsl, parameters), "");
+      EXPECT_EQ(ReadText("out"), expected) << round;
+      EXPECT_EQ(CountOf(ResultList(), "main.xsl"), 1U) << "among the files read";
+    }
+  for (int run = 0; run < 20; ++run) {
+    EXPECT_EQ(Run(xml, xsl, {"s", "concat('n', " + std::to_string(run) + ")"}), "");
+    EXPECT_EQ(ReadText("out"), "n" + std::to_string(run) + " 0 2");
+  }
+}
+
+// Included files are looked up like entities, and are among the files read.
+TEST_F(JavaProcessors, ReadsWhatInputsIncludeThroughTheHost) {
+  const std::string include = "<xi:include xmlns:xi='http://www.w3.org/2001/XInclude' ";
+  entities["part.xml"] = Write("elsewhere/real.xml", "<p>" + include + "href='t.txt' parse='text'/></p>");
+  Write("elsewhere/t.txt", "text");
+  const std::string xml =
+      Write("in.xml", "<doc>" + include + "href='part.xml'/>" + include + "href='http://no.such.host/x'>" +
+                          "<xi:fallback>offline</xi:fallback>" + "</xi:include></doc>");
+  const std::string xsl = Write("s.xsl", Stylesheet("<xsl:template match='/'><o><xsl:value-of select='.'/></o>"
+                                                    "</xsl:template>"));
+  for (const char *className : {saxon, xalan, jdk}) {
+    ASSERT_TRUE(processor.SetTransformer(className));
+    host.requests.clear();
+    result = processor.TransformXMLFile({xml, xsl, Path("out"), {}, {}, {}, true});
+    EXPECT_EQ(ReadText("out"), "textoffline") << className << report::LogText();
+    EXPECT_EQ(result.filesRead,
+              (std::vector<std::string>{xsl, xml, Path("elsewhere/real.xml"), Path("elsewhere/t.txt")}));
+    EXPECT_EQ(CountKind("start"), CountKind("end"));
+    EXPECT_EQ(Run(xml, xsl), "");
+    EXPECT_EQ(ReadText("out"), "offline") << "not asked for";
+  }
+}
+
+TEST_F(JavaProcessors, KeepsFactoriesOfOneClassApart) {
+  const std::string xml = Write("in.xml", "<doc> <a/> </doc>");
+  const std::string xsl =
+      Write("s.xsl", Stylesheet("<xsl:template match='/'><o><xsl:value-of select='count(//text())'/></o>"
+                                "</xsl:template>"));
+  const std::string strip = "http://saxon.sf.net/feature/strip-whitespace";
+  for (int round = 0; round < 2; ++round) {
+    ASSERT_TRUE(processor.SetTransformer(saxon));
+    EXPECT_EQ(Run(xml, xsl), "");
+    EXPECT_EQ(ReadText("out"), "2");
+    ASSERT_TRUE(processor.SelectFactory({saxon, {strip, "string", "all"}}));
+    EXPECT_EQ(Run(xml, xsl), "");
+    EXPECT_EQ(ReadText("out"), "0");
+  }
+  const std::vector<std::vector<std::string>> accepted = {
+      {"http://saxon.sf.net/feature/linenumbering", "boolean", "true"},
+      {"http://saxon.sf.net/feature/optimizationLevel", "integer", "0"},
+      {"http://javax.xml.XMLConstants/feature/secure-processing", "boolean", "false"}};
+  for (const auto &attribute : accepted)
+    EXPECT_EQ(processor.ProbeProcessor({saxon, attribute}).error, "") << attribute[0];
+  for (const char *className : {saxon, xalan, jdk}) {
+    report::ResetLog(false);
+    const processors::Factory wrong{className, {"http://no.such/thing", "boolean", "true"}};
+    EXPECT_FALSE(processor.SelectFactory(wrong));
+    EXPECT_EQ(CountOf(report::LogText(), "the attribute \"http://no.such/thing\" cannot be set to true: "), 1U)
+        << report::LogText();
+    EXPECT_NE(processor.ProbeProcessor(wrong).error.find(className), std::string::npos);
+  }
+}
+
 TEST_F(JavaProcessors, TellsWhatAProcessorIs) {
   EXPECT_FALSE(processor.SetTransformer(""));
   EXPECT_EQ(report::LogText(), "");
-  EXPECT_EQ(processor.ProbeProcessor(saxon).version.substr(0, 3), "12.");
-  EXPECT_EQ(processor.ProbeProcessor(xalan).location, PROCESSORS_DIR "/xalan/xalan.jar");
+  EXPECT_EQ(processor.ProbeProcessor({saxon}).version.substr(0, 3), "12.");
+  EXPECT_EQ(processor.ProbeProcessor({xalan}).location, PROCESSORS_DIR "/xalan/xalan.jar");
 }
 
 TEST(Conversion, KeepsTextAndReplacesWhatIsNone) {

@@ -75,6 +75,11 @@ final class Diagnostics implements ErrorHandler {
       placesOfTexts.put(e.getMessage(), Place.of(e));
   }
 
+  /** What this throwable, or one around it, tells is no problem. */
+  void ignore(Throwable thrown) {
+    known.add(thrown);
+  }
+
   /** A problem that comes as an exception. */
   void report(Severity severity, Throwable thrown) {
     if (!isKnown(thrown))

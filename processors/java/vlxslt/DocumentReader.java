@@ -35,7 +35,10 @@ class DocumentReader implements XMLReader {
   private final Parse parse;
   private final ParserSettings settings = new ParserSettings();
 
-  DocumentReader(Parse parse) {
+  /** `includes`: what is read is subject to XInclude. */
+  DocumentReader(Parse parse, boolean includes) {
+    if (includes)
+      settings.features.put("http://apache.org/xml/features/xinclude", true);
     this.parse = parse;
   }
 

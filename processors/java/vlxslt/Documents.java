@@ -40,8 +40,11 @@ final class Documents {
   private Path replacement;
   private final Map<List<String>, String> answers = new HashMap<>(); // some processors ask for a document each time
   private FilesRead unasked;
+  private final boolean includes;
 
-  Documents(IVLXSLTJavaHandler handler, Diagnostics diagnostics, ParserPool parsers) {
+  /** `includes` says whether what is read as data is subject to XInclude. */
+  Documents(IVLXSLTJavaHandler handler, Diagnostics diagnostics, ParserPool parsers, boolean includes) {
+    this.includes = includes;
     this.handler = handler;
     this.diagnostics = diagnostics;
     this.resolution = new EntityResolution(handler);
@@ -81,8 +84,18 @@ final class Documents {
     return source(address, files, Purpose.PRINCIPAL);
   }
 
+  /** The same for the input of a transformation. */
+  SAXSource inputSource(String address, FilesRead files) {
+    return source(address, files, Purpose.PRINCIPAL, includes);
+  }
+
   private SAXSource source(String address, FilesRead files, Purpose purpose) {
-    XMLReader reader = new DocumentReader((input, settings) -> read(input, settings, files, purpose));
+    return source(address, files, purpose, includes && purpose == Purpose.DATA);
+  }
+
+  private SAXSource source(String address, FilesRead files, Purpose purpose, boolean withInclusions) {
+    XMLReader reader =
+        new DocumentReader((input, settings) -> read(input, settings, files, purpose), withInclusions);
     return new SAXSource(reader, new InputSource(address));
   }
 

@@ -17,9 +17,11 @@ import vlxslt.Documents.Purpose;
 /** Any processor behind the common interface: Xalan, the JDK's own, and others. */
 final class JaxpAdapter implements ProcessorAdapter {
   private final TransformerFactory factory;
+  private final FactoryAttributes attributes;
 
-  JaxpAdapter(TransformerFactory factory) {
+  JaxpAdapter(TransformerFactory factory, FactoryAttributes attributes) {
     this.factory = factory;
+    this.attributes = attributes;
   }
 
   @Override
@@ -33,7 +35,7 @@ final class JaxpAdapter implements ProcessorAdapter {
     // Xalan asks for the input itself, and finds the part in it by the address.
     TransformerFactory own = newFactory(job, (href, base) ->
         href.startsWith("#") ? job.documents().source(job.input() + href, job.filesRead()) : others.resolve(href, base));
-    return compile(own, own.getAssociatedStylesheet(job.inputSource(), null, null, null));
+    return compile(own, own.getAssociatedStylesheet(job.plainInputSource(), null, null, null));
   }
 
   private Stylesheet compile(TransformerFactory own, Source source) throws TransformerException {
@@ -45,6 +47,7 @@ final class JaxpAdapter implements ProcessorAdapter {
   private TransformerFactory newFactory(Job job, URIResolver resolver) {
     TransformerFactory own =
         TransformerFactory.newInstance(factory.getClass().getName(), factory.getClass().getClassLoader());
+    attributes.apply(own);
     own.setErrorListener(JaxpListener.whileCompiling(job.diagnostics()));
     own.setURIResolver(resolver);
     return own;
@@ -59,7 +62,8 @@ final class JaxpAdapter implements ProcessorAdapter {
     for (Map.Entry<String, String> parameter : job.parameters().entrySet())
       transformer.setParameter(parameter.getKey(), evaluate(xpath, parameter.getValue()));
     StreamResult result = new StreamResult(outputs.principal());
-    result.setSystemId(job.outputAddress());
+    // Xalan cuts the path of further results out of it, and leaves escapes as they are.
+    result.setSystemId("file://" + job.outputPath());
     transformer.transform(job.inputSource(), result);
   }
 
@@ -73,6 +77,11 @@ final class JaxpAdapter implements ProcessorAdapter {
     } catch (XPathExpressionException | RuntimeException e) {
       return expression;
     }
+  }
+
+  @Override
+  public boolean hasNamedStart() {
+    return false;
   }
 
   @Override

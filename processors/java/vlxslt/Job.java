@@ -20,7 +20,10 @@ final class Job {
    * caller puts it in place.
    */
   record Request(String input, String inputContent, String stylesheet, String output, String result,
-      Map<String, String> parameters) {}
+      Map<String, String> parameters, Start start) {}
+
+  /** Where a stylesheet begins; null for its own ways. Documents, but not stylesheets, may include others. */
+  record Start(boolean includes, String template, String mode) {}
 
   private final Request request;
   private final IVLXSLTJavaHandler handler;
@@ -34,7 +37,7 @@ final class Job {
     this.request = request;
     this.handler = handler;
     diagnostics = new Diagnostics(handler);
-    documents = new Documents(handler, diagnostics, parsers);
+    documents = new Documents(handler, diagnostics, parsers, request.start.includes);
     if (!request.inputContent.equals(request.input))
       documents.readInstead(input(), Path.of(request.inputContent));
   }
@@ -57,6 +60,11 @@ final class Job {
   }
 
   SAXSource inputSource() {
+    return documents.inputSource(input(), filesRead);
+  }
+
+  /** The input as it is written, whatever it includes. */
+  SAXSource plainInputSource() {
     return documents.source(input(), filesRead);
   }
 
@@ -65,14 +73,25 @@ final class Job {
     return Addresses.ofPath(request.result);
   }
 
+  /** By their names in the canonical spelling. */
   Map<String, String> parameters() {
     return request.parameters;
+  }
+
+  String outputPath() {
+    return Path.of(request.result).toAbsolutePath().normalize().toString();
+  }
+
+  Start start() {
+    return request.start;
   }
 
   /** Returns when all outputs are in place; throws what ended the job before. */
   void run(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
     diagnostics.setSubject(input());
     documents.noteUnasked(filesRead);
+    if (!processor.hasNamedStart() && (request.start.template != null || request.start.mode != null))
+      throw new IllegalArgumentException(Text.NO_NAMED_START.with());
     Path target = Path.of(request.output);
     String address = findStylesheet();
     protect(address);
@@ -109,7 +128,7 @@ final class Job {
       origin = Place.of(address);
       return address;
     }
-    StylesheetInstruction found = StylesheetInstruction.find(inputSource());
+    StylesheetInstruction found = StylesheetInstruction.find(plainInputSource());
     String href = found.href() == null ? null : found.href().strip().replace('\\', '/');
     if (href == null)
       throw found.fail(Text.NO_STYLESHEET.with());

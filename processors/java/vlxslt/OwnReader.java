@@ -6,6 +6,6 @@ package vlxslt;
  */
 public final class OwnReader extends DocumentReader {
   public OwnReader() {
-    super((input, settings) -> Documents.ofThread().readUnasked(input, settings));
+    super((input, settings) -> Documents.ofThread().readUnasked(input, settings), false);
   }
 }

@@ -99,6 +99,8 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
       files.add(address, stamp);
       return opened;
     } catch (IOException e) {
+      if (name == null)
+        throw e; // of an inclusion, which may have something to fall back on
       throw DtdGrammar.locate(entities, e);
     }
   }

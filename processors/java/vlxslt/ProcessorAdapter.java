@@ -1,5 +1,6 @@
 package vlxslt;
 
+import java.util.Set;
 import javax.xml.transform.Source;
 import javax.xml.transform.TransformerFactory;
 
@@ -12,10 +13,15 @@ interface ProcessorAdapter {
   interface Stylesheet {
     /** Writes the principal result; the job's outputs take the others. */
     void run(Job job, Outputs outputs) throws Exception;
+
+    /** The parameters whose values went into the compiled form, if they were given; in their canonical spelling. */
+    default Set<String> staticParameters() {
+      return Set.of();
+    }
   }
 
-  static ProcessorAdapter of(TransformerFactory factory) {
-    return SaxonAdapter.isFor(factory) ? new SaxonAdapter(factory) : new JaxpAdapter(factory);
+  static ProcessorAdapter of(TransformerFactory factory, FactoryAttributes attributes) {
+    return SaxonAdapter.isFor(factory) ? new SaxonAdapter(factory) : new JaxpAdapter(factory, attributes);
   }
 
   /** Problems go to the job's diagnostics, modules to `modules`; what has errors may still be returned. */
@@ -23,6 +29,9 @@ interface ProcessorAdapter {
 
   /** Compiles the stylesheet inside the job's own input. */
   Stylesheet compileEmbedded(Job job) throws Exception;
+
+  /** Whether a transformation may begin with a named template or in a named mode. */
+  boolean hasNamedStart();
 
   /** Null when the processor does not tell. */
   String version();

@@ -5,6 +5,8 @@ import java.lang.reflect.Method;
 import java.net.URI;
 import java.nio.file.Path;
 import java.util.Map;
+import java.util.Set;
+import java.util.concurrent.Callable;
 import java.util.function.Consumer;
 import java.util.function.Function;
 import javax.xml.transform.Source;
@@ -14,6 +16,8 @@ import vlxslt.Documents.Purpose;
 
 /** Saxon 9.9 and later, through its s9api; the classes are those of whichever jar the user named. */
 final class SaxonAdapter implements ProcessorAdapter {
+  /** The attribute that names a class which sets up the configuration; Saxon's own command line has an option for it. */
+  static final String INITIALISER = "http://saxon.sf.net/feature/initialiser";
   private static final String API = "net.sf.saxon.s9api.";
 
   private final TransformerFactory factory;
@@ -31,23 +35,25 @@ final class SaxonAdapter implements ProcessorAdapter {
         && Reflection.method(factory.getClass(), "getConfiguration", 0) != null;
   }
 
+  static void initialise(TransformerFactory factory, String className) throws Exception {
+    Class<?> type;
+    try {
+      type = Class.forName(className, true, Thread.currentThread().getContextClassLoader());
+    } catch (ClassNotFoundException e) {
+      throw new ClassNotFoundException(Text.CLASS_MISSING.with(), e);
+    }
+    Reflection.call(
+        type.getDeclaredConstructor().newInstance(), "initialize", Reflection.call(factory, "getConfiguration"));
+  }
+
   @Override
   public Stylesheet compile(Source source, Job job, FilesRead modules) throws Exception {
-    return compile(newCompiler(job, modules), source);
+    return new Compilation(job, modules).compile(source);
   }
 
   @Override
   public Stylesheet compileEmbedded(Job job) throws Exception {
-    Object compiler = newCompiler(job, job.filesRead());
-    return compile(compiler,
-        (Source) Reflection.call(compiler, "getAssociatedStylesheet", job.inputSource(), null, null, null));
-  }
-
-  private Object newCompiler(Job job, FilesRead modules) throws Exception {
-    Object compiler = Reflection.call(processor(), "newXsltCompiler");
-    SaxonDiagnostics.connect(compiler, job.diagnostics());
-    Reflection.call(compiler, "setURIResolver", filesOnly(job.documents().uriResolver(modules, Purpose.MODULE)));
-    return compiler;
+    return new Compilation(job, job.filesRead()).compileEmbedded(job.plainInputSource());
   }
 
   // What lies on the network Saxon opens itself, with our reader, and brings its own copies of well-known DTDs.
@@ -58,9 +64,60 @@ final class SaxonAdapter implements ProcessorAdapter {
     };
   }
 
-  private Stylesheet compile(Object compiler, Source source) throws Exception {
-    Object executable = Reflection.call(compiler, compiler.getClass().getMethod("compile", Source.class), source);
-    return (job, outputs) -> run(Reflection.call(executable, "load"), job, outputs);
+  private final class Compilation {
+    private final Object compiler = Reflection.call(processor(), "newXsltCompiler");
+    private final StaticParameters statics;
+
+    Compilation(Job job, FilesRead modules) throws Exception {
+      Map<String, String> parameters = job.parameters();
+      StaticParameters.Restart restart = new StaticParameters.Restart();
+      job.diagnostics().ignore(restart);
+      statics = new StaticParameters(
+          parameters.keySet(), restart, name -> setParameter(compiler, name, parameters.get(name)));
+      SaxonDiagnostics.connect(compiler, job.diagnostics());
+      URIResolver resolver = filesOnly(job.documents().uriResolver(modules, Purpose.MODULE));
+      Reflection.call(compiler, "setURIResolver", statics.watch(resolver));
+    }
+
+    Stylesheet compileEmbedded(Source input) throws Exception {
+      return stylesheetOf(compileWhole(() -> (Source) Reflection.call(
+          compiler, "getAssociatedStylesheet", statics.watch(input), null, null, null)));
+    }
+
+    Stylesheet compile(Source source) throws Exception {
+      return stylesheetOf(compileWhole(() -> statics.watch(source)));
+    }
+
+    // With the values of all static parameters.
+    private Object compileWhole(Callable<Source> source) throws Exception {
+      Method compile = compiler.getClass().getMethod("compile", Source.class);
+      while (true) {
+        try {
+          return Reflection.call(compiler, compile, source.call());
+        } catch (Exception e) {
+          if (!statics.takeRestart())
+            throw e;
+        }
+      }
+    }
+
+    private Stylesheet stylesheetOf(Object executable) {
+      return new Stylesheet() {
+        @Override
+        public void run(Job job, Outputs outputs) throws Exception {
+          Object transformer = Reflection.call(executable, "load");
+          for (Map.Entry<String, String> parameter : job.parameters().entrySet())
+            if (!staticParameters().contains(parameter.getKey()))
+              setParameter(transformer, parameter.getKey(), parameter.getValue());
+          SaxonAdapter.this.run(transformer, job, outputs);
+        }
+
+        @Override
+        public Set<String> staticParameters() {
+          return statics.names();
+        }
+      };
+    }
   }
 
   private void run(Object transformer, Job job, Outputs outputs) throws Exception {
@@ -72,7 +129,10 @@ final class SaxonAdapter implements ProcessorAdapter {
     Reflection.call(transformer, "setBaseOutputURI", job.outputAddress());
     Function<URI, Object> destinations = uri -> openResult(uri, outputs);
     Reflection.call(transformer, "setResultDocumentHandler", destinations);
-    setParameters(transformer, job.parameters());
+    if (job.start().template() != null)
+      Reflection.call(transformer, "setInitialTemplate", nameOf(job.start().template()));
+    if (job.start().mode() != null)
+      Reflection.call(transformer, "setInitialMode", nameOf(job.start().mode()));
     Reflection.call(transformer, "setSource", job.inputSource());
     Reflection.call(transformer, "setDestination", newSerializer(outputs.principal()));
     Reflection.call(transformer, "transform");
@@ -137,24 +197,27 @@ final class SaxonAdapter implements ProcessorAdapter {
   }
 
   // A value is an XPath expression; what is none, or needs a document to be looked up in, is the text itself.
-  private void setParameters(Object transformer, Map<String, String> expressions) throws Exception {
-    if (expressions.isEmpty())
-      return;
-    Object compiler = Reflection.call(processor(), "newXPathCompiler");
-    Class<?> nameType = Class.forName(API + "QName", true, loader);
-    for (Map.Entry<String, String> parameter : expressions.entrySet()) {
-      String name = parameter.getKey();
-      Method parse = nameType.getMethod(name.startsWith("{") ? "fromClarkName" : "fromEQName", String.class);
-      Reflection.call(transformer, "setParameter", Reflection.call(null, parse, name),
-          evaluate(compiler, parameter.getValue()));
-    }
+  private void setParameter(Object target, String name, String expression) throws Exception {
+    Reflection.call(target, "setParameter", nameOf(name), evaluate(expression));
   }
 
-  private Object evaluate(Object compiler, String expression) throws Exception {
-    Object value = Reflection.find(compiler, "evaluate", expression, null);
+  private Object nameOf(String name) throws Exception {
+    String known = name.startsWith("xsl:") ? "{http://www.w3.org/1999/XSL/Transform}" + name.substring(4) : name;
+    Method parse = Class.forName(API + "QName", true, loader)
+                       .getMethod(known.startsWith("{") ? "fromClarkName" : "fromEQName", String.class);
+    return Reflection.call(null, parse, known);
+  }
+
+  private Object evaluate(String expression) throws Exception {
+    Object value = Reflection.find(Reflection.call(processor(), "newXPathCompiler"), "evaluate", expression, null);
     return value != null ? value
                          : Class.forName(API + "XdmAtomicValue", true, loader).getConstructor(String.class)
                                .newInstance(expression);
+  }
+
+  @Override
+  public boolean hasNamedStart() {
+    return true;
   }
 
   @Override

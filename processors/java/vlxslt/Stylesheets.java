@@ -1,8 +1,11 @@
 package vlxslt;
 
+import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
 import java.util.concurrent.ConcurrentHashMap;
+import java.util.regex.Pattern;
 import javax.xml.transform.TransformerConfigurationException;
 import vlxslt.Diagnostic.Severity;
 import vlxslt.ProcessorAdapter.Stylesheet;
@@ -13,20 +16,36 @@ final class Stylesheets {
     final Stylesheet stylesheet;
     final FilesRead modules;
     final List<Diagnostic> warnings;
+    final int origin; // the run that it was compiled in
     volatile int generation;
 
     Entry(Stylesheet stylesheet, FilesRead modules, List<Diagnostic> warnings, int generation) {
       this.stylesheet = stylesheet;
       this.modules = modules;
       this.warnings = warnings;
+      this.origin = generation;
       this.generation = generation;
     }
   }
 
-  /** What may not be shared: a processor's own compiled form of one stylesheet. */
-  private record Key(ProcessorAdapter processor, String address) {}
+  /** One stylesheet for one processor. */
+  private record Subject(ProcessorAdapter processor, String address) {}
+
+  /** What may not be shared: the form of a stylesheet that was compiled with these static parameters. */
+  private record Key(Subject subject, Map<String, String> statics) {
+    /** Other expressions may have another value by the next run. */
+    boolean isConstant() {
+      return statics.values().stream().allMatch(value -> CONSTANT.matcher(value).matches());
+    }
+  }
+
+  private static final Pattern CONSTANT =
+      Pattern.compile("'[^']*'|\"[^\"]*\"|-?[0-9.]+|true\\(\\)|false\\(\\)|[\\w.-]+");
+  private static final int MAX_FORMS = 8; // of one stylesheet
 
   private final Map<Key, Entry> entries = new ConcurrentHashMap<>();
+  /** The static parameters that a stylesheet was ever seen to declare. */
+  private final Map<Subject, Set<String>> statics = new ConcurrentHashMap<>();
   private volatile int generation;
 
   /** A new run begins, and hears the warnings of kept stylesheets once. */
@@ -36,18 +55,21 @@ final class Stylesheets {
 
   void clear() {
     entries.clear();
+    statics.clear();
   }
 
   Stylesheet compile(ProcessorAdapter processor, String address, Job job) throws Exception {
-    Key key = new Key(processor, address);
+    Subject subject = new Subject(processor, address);
+    Key key = keyFor(subject, job);
     Entry entry = entries.get(key);
     int run = generation;
     // What came from the network shows no change: good for one run.
-    if (entry == null || !entry.modules.areCurrent() || entry.generation != run && !entry.modules.areFiles()) {
+    boolean isLasting = entry != null && entry.modules.areFiles() && key.isConstant();
+    if (entry == null || !entry.modules.areCurrent() || entry.origin != run && !isLasting) {
       entries.remove(key);
       entry = compileAnew(processor, address, job);
       if (entry.modules.areCurrent())
-        entries.put(key, entry);
+        keep(subject, entry, job);
       return entry.stylesheet;
     }
     if (entry.generation != run)
@@ -55,6 +77,20 @@ final class Stylesheets {
     entry.generation = run;
     job.filesRead().addAll(entry.modules);
     return entry.stylesheet;
+  }
+
+  // More names than a form depends on do no harm: they only tell forms apart that are alike.
+  private Key keyFor(Subject subject, Job job) {
+    Map<String, String> given = new HashMap<>(job.parameters());
+    given.keySet().retainAll(statics.getOrDefault(subject, Set.of()));
+    return new Key(subject, given);
+  }
+
+  private void keep(Subject subject, Entry entry, Job job) {
+    statics.computeIfAbsent(subject, any -> ConcurrentHashMap.newKeySet()).addAll(entry.stylesheet.staticParameters());
+    if (entries.keySet().stream().filter(key -> key.subject.equals(subject)).count() >= MAX_FORMS)
+      entries.keySet().removeIf(key -> key.subject.equals(subject));
+    entries.put(keyFor(subject, job), entry);
   }
 
   private Entry compileAnew(ProcessorAdapter processor, String address, Job job) throws Exception {

@@ -36,7 +36,9 @@ enum Text {
   ADDRESS_UNUSABLE,
   ADDRESS_NOT_READ,
   HOST_UNKNOWN,
-  NOT_THERE;
+  NOT_THERE,
+  ATTRIBUTE_REFUSED,
+  NO_NAMED_START;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};

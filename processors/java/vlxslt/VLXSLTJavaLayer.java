@@ -24,9 +24,11 @@ public final class VLXSLTJavaLayer {
 
   private record Processor(TransformerFactory factory, ProcessorAdapter adapter) {}
 
+  private record FactoryKey(String className, FactoryAttributes attributes) {}
+
   private static final VLXSLTJavaLayer instance = new VLXSLTJavaLayer();
 
-  private final Map<String, Processor> processors = new HashMap<>();
+  private final Map<FactoryKey, Processor> processors = new HashMap<>();
   private final Stylesheets stylesheets = new Stylesheets();
   private final ParserPool parsers = new ParserPool();
   private IVLXSLTJavaHandler handler;
@@ -66,11 +68,16 @@ public final class VLXSLTJavaLayer {
 
   /** Selects the processor by the class of its factory; a new run begins. */
   public int SetTransformer(String tClass) {
+    return SetTransformer(tClass, null);
+  }
+
+  /** The same for a factory that is set up with attributes: name, type and value alternately. */
+  public int SetTransformer(String tClass, String[] attributes) {
     current = null;
     if (tClass == null || tClass.isEmpty())
       return 0;
     try {
-      current = find(tClass);
+      current = find(tClass, attributes);
       run++;
       parsers.startRun(run);
       stylesheets.startRun(run);
@@ -82,9 +89,9 @@ public final class VLXSLTJavaLayer {
   }
 
   /** The factory's class, its version, where it came from, and what is wrong with it; the last empty if nothing is. */
-  public String[] ProbeProcessor(String tClass) {
+  public String[] ProbeProcessor(String tClass, String[] attributes) {
     try {
-      Processor processor = find(tClass);
+      Processor processor = find(tClass, attributes);
       TransformerFactory factory = processor.factory();
       CodeSource source = factory.getClass().getProtectionDomain().getCodeSource();
       String location = source == null || source.getLocation() == null ? System.getProperty("java.home")
@@ -99,18 +106,20 @@ public final class VLXSLTJavaLayer {
   /** Runs one transformation to its end; the handler hears of its results last. */
   public int TransformXMLFile(String xmlFilePath, String xslFilePath, String outputFilePath,
       String[] stylesheetParams) {
-    return TransformXMLFile(xmlFilePath, null, xslFilePath, outputFilePath, null, stylesheetParams);
+    return TransformXMLFile(xmlFilePath, null, xslFilePath, outputFilePath, null, stylesheetParams, false, null, null);
   }
 
   /**
    * The same for an input whose content is in `xmlContentPath`, and an output that the caller will put in the place of
-   * `resultFilePath`, unless these are null.
+   * `resultFilePath`, unless these are null; with XInclude on request, and with another start than the stylesheet's own
+   * unless the names are null.
    */
   public int TransformXMLFile(String xmlFilePath, String xmlContentPath, String xslFilePath, String outputFilePath,
-      String resultFilePath, String[] stylesheetParams) {
+      String resultFilePath, String[] stylesheetParams, boolean includes, String initialTemplate, String initialMode) {
     Job job = new Job(new Job.Request(xmlFilePath, xmlContentPath == null ? xmlFilePath : xmlContentPath,
         xslFilePath == null ? "" : xslFilePath, outputFilePath,
-        resultFilePath == null ? outputFilePath : resultFilePath, pairsOf(stylesheetParams)), handler, parsers);
+        resultFilePath == null ? outputFilePath : resultFilePath, pairsOf(stylesheetParams),
+        new Job.Start(includes, initialTemplate, initialMode)), handler, parsers);
     try {
       if (current == null)
         throw new IllegalStateException(Text.NO_PROCESSOR_SELECTED.with());
@@ -132,12 +141,14 @@ public final class VLXSLTJavaLayer {
     OutputFile.discardAll();
   }
 
-  private Processor find(String tClass) {
-    Processor processor = processors.get(tClass);
+  private Processor find(String tClass, String[] attributes) {
+    FactoryKey key = new FactoryKey(tClass, FactoryAttributes.of(attributes));
+    Processor processor = processors.get(key);
     if (processor == null) {
       TransformerFactory factory = TransformerFactory.newInstance(tClass, null);
-      processor = new Processor(factory, ProcessorAdapter.of(factory));
-      processors.put(tClass, processor);
+      key.attributes.apply(factory);
+      processor = new Processor(factory, ProcessorAdapter.of(factory, key.attributes));
+      processors.put(key, processor);
     }
     return processor;
   }
@@ -147,7 +158,7 @@ public final class VLXSLTJavaLayer {
     for (int i = 0; stylesheetParams != null && i + 1 < stylesheetParams.length; i += 2) {
       String value = stylesheetParams[i + 1];
       if (!stylesheetParams[i].isBlank() && !value.isEmpty() && !value.equals(NO_VALUE))
-        pairs.put(stylesheetParams[i].strip(), value);
+        pairs.put(StaticParameters.canonicalName(stylesheetParams[i].strip()), value);
     }
     return pairs;
   }
