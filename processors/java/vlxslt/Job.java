@@ -90,10 +90,11 @@ final class Job {
   void run(ProcessorAdapter processor, Stylesheets stylesheets) throws Exception {
     diagnostics.setSubject(input());
     documents.noteUnasked(filesRead);
-    if (!processor.hasNamedStart() && (request.start.template != null || request.start.mode != null))
-      throw new IllegalArgumentException(Text.NO_NAMED_START.with());
     Path target = Path.of(request.output);
     String address = findStylesheet();
+    diagnostics.setSubject(origin);
+    if (!processor.hasNamedStart() && (request.start.template != null || request.start.mode != null))
+      throw new IllegalArgumentException(Text.NO_NAMED_START.with());
     protect(address);
     Stylesheet stylesheet = compile(processor, stylesheets, address);
     diagnostics.setSubject(outputAddress());
