@@ -4,9 +4,7 @@
 #include "kit/paths.h"
 #include "processors/processor_list.h"
 
-#include <filesystem>
 #include <map>
-#include <system_error>
 
 namespace client {
 
@@ -14,12 +12,6 @@ namespace {
 
 using report::JobStatus;
 using report::MessageId;
-
-std::string RealPath(const std::string &path) {
-  std::error_code error;
-  const auto real = std::filesystem::weakly_canonical(path, error);
-  return error ? path : real.string();
-}
 
 enum class Conflict { None, OwnInput, OwnStylesheet, SharedOutput };
 
@@ -36,13 +28,13 @@ public:
   FoundConflict Find(const PlannedJob &job) {
     if (!job.IsToRun() || job.output.empty() || job.place == OutputPlace::Elsewhere)
       return {};
-    const std::string output = RealPath(job.output);
+    const std::string output = kit::RealPath(job.output);
     const auto [first, isNew] = byOutput.try_emplace(output, &job);
     if (IsOwnStylesheet(job, job.output))
       return {Conflict::OwnStylesheet};
     if (!isNew)
       return {Conflict::SharedOutput, first->second};
-    return {output == RealPath(job.input) ? Conflict::OwnInput : Conflict::None};
+    return {output == kit::RealPath(job.input) ? Conflict::OwnInput : Conflict::None};
   }
 
   // A run may be meant to replace its input: the result takes its place when it is whole.

@@ -15,6 +15,8 @@ namespace kit {
 [[nodiscard]] bool IsWritable(const std::string &path);
 // Where a chain of symbolic links ends, whether or not there is a file yet.
 [[nodiscard]] std::string FollowLinks(const std::string &path);
+// The one path of whatever has several through links, also in its folders; what does not exist keeps its name.
+[[nodiscard]] std::string RealPath(const std::string &path);
 
 [[nodiscard]] bool IsAbsolutePath(std::string_view path);
 // Everything before the last separator: "/" for a file in the root, "." for a bare name.

@@ -88,6 +88,12 @@ std::string FollowLinks(const std::string &path) {
   return at.string();
 }
 
+std::string RealPath(const std::string &path) {
+  std::error_code error;
+  const fs::path real = fs::weakly_canonical(path, error);
+  return error ? path : real.string();
+}
+
 bool IsWritable(const std::string &path) {
   return HasWritePermission(path) && (!IsFolder(path) || CanMakeFileIn(path));
 }

@@ -17,12 +17,6 @@ namespace cli {
 
 namespace {
 
-std::string RealPath(const std::string &path) {
-  std::error_code error;
-  const fs::path real = fs::weakly_canonical(path, error);
-  return error ? path : real.string();
-}
-
 bool IsWanted(const RunOptions &options, const std::string &name) {
   return options.patterns.empty() || std::ranges::any_of(options.patterns, [&](const std::string &pattern) {
            return fnmatch(pattern.c_str(), name.c_str(), FNM_NOESCAPE) == 0;
@@ -34,7 +28,7 @@ class FolderLister {
 public:
   FolderLister(const RunOptions &given, std::string root)
       : options(given), base(std::move(root)),
-        outputFolder(NamesFolder(options.output) ? RealPath(kit::AbsolutePath(options.output)) : std::string()) {}
+        outputFolder(NamesFolder(options.output) ? kit::RealPath(kit::AbsolutePath(options.output)) : std::string()) {}
 
   bool List(const std::string &folder, std::vector<std::string> &files, std::string &error) const {
     std::error_code failure;
@@ -60,7 +54,8 @@ public:
 private:
   // With nothing but the named folder as output there would be nothing left to read.
   [[nodiscard]] bool IsOutputFolder(const std::string &path) const {
-    return !outputFolder.empty() && kit::AbsolutePath(RealPath(path) + "/") == kit::AbsolutePath(outputFolder + "/");
+    return !outputFolder.empty() &&
+           kit::AbsolutePath(kit::RealPath(path) + "/") == kit::AbsolutePath(outputFolder + "/");
   }
 
   const RunOptions &options;

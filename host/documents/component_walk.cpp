@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <memory>
 #include <set>
-#include <system_error>
 #include <utility>
 
 namespace host {
@@ -108,11 +106,7 @@ private:
   }
 
   // Resolves links: a folder that links to itself gives one file any number of names.
-  bool Visit(const std::string &path) {
-    std::error_code error;
-    const std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
-    return visited.insert(error ? path : real.string()).second;
-  }
+  bool Visit(const std::string &path) { return visited.insert(kit::RealPath(path)).second; }
 
   WalkChoice choice;
   DitaMapFiles files;
