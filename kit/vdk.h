@@ -113,7 +113,7 @@ enum { V_ITEM_FRAME_CLOSED = -1, V_ITEM_INITIALISE = -9 };
 
 enum { V_ALERT_PLAIN = 0, V_ALERT_YES_NO = 1, V_ALERT_YES_NO_DEFAULT_NO = 2, V_ALERT_OK_CANCEL = 3 };
 enum { V_CANCEL_AFTER_JOB = 1, V_CANCEL_AT_ONCE = 2 }; /* the job in hand ends well; it is given up */
-enum { V_ANSWER_DECLINE = 0, V_ANSWER_PROCEED = 1 }; /* No or Cancel; Yes or OK */
+enum { V_ANSWER_DECLINE = 0, V_ANSWER_PROCEED = 1 };   /* No or Cancel; Yes or OK */
 enum { V_CHOOSE_OPEN = 0, V_CHOOSE_FOLDER = 1, V_CHOOSE_SAVE = 2 };
 
 /* How a transformation saves its outputs, and opens them. */

@@ -151,12 +151,12 @@ TEST_F(CatalogueTest, AnInvalidCatalogueIsNotReplacedUnasked) {
     std::string text, question, logged;
   };
   const std::string lost = "? It is not valid; what it holds would be lost (transformations: ";
-  for (const Row &row : std::vector<Row>{
-           {"<Transformations>\n<Nonsense/></Transformations>", lost + "0).", "line 2, char 12"},
-           {"<Transformations>\n<Nonsense/>" + Element("B") + Element("C") + "</Transformations>",
-            lost + "2).", "line 2, char 12"},
-           {Catalogue(Element("B") + Element("C") + "<Tr"), lost + "2).", "Fatal Error at file"},
-           {"<Transformatoins>" + Element("B") + "</Transformatoins>", "?", "(transformations: 1)"}}) {
+  for (const Row &row :
+       std::vector<Row>{{"<Transformations>\n<Nonsense/></Transformations>", lost + "0).", "line 2, char 12"},
+                        {"<Transformations>\n<Nonsense/>" + Element("B") + Element("C") + "</Transformations>",
+                         lost + "2).", "line 2, char 12"},
+                        {Catalogue(Element("B") + Element("C") + "<Tr"), lost + "2).", "Fatal Error at file"},
+                        {"<Transformatoins>" + Element("B") + "</Transformatoins>", "?", "(transformations: 1)"}}) {
     const std::string path = Write("T.xml", row.text);
     EXPECT_EQ(AddTransformation(path, MakeTransformation("A"), IsInstalled, InvalidFile::Keep), EditResult::Failed);
     EXPECT_EQ(TakeAsked(), Asked());
