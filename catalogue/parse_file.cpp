@@ -18,8 +18,6 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLString.hpp>
-#include <xercesc/util/XMLUniDefs.hpp>
-#include <xercesc/validators/DTD/DTDGrammar.hpp>
 #include <xercesc/validators/common/Grammar.hpp>
 
 #include <algorithm>
@@ -117,6 +115,8 @@ public:
     setSecurityManager(&bounds);
     setDoNamespaces(true);
     setDocumentHandler(&adapter);
+    // Without one the parser does not tell of declarations.
+    setDTDHandler(&adapter);
     setErrorHandler(&errors);
     setXMLEntityResolver(&entities);
     setDisableDefaultEntityResolution(true);
@@ -164,19 +164,15 @@ public:
 
   void RequireDocumentType() { setValidationScheme(Val_Auto); }
   void LeaveOutExternalSubset() { setLoadExternalDTD(false); }
-  // Whether the document type has declared an element; what a document merely uses is noted there too.
-  [[nodiscard]] bool DeclaresElements() {
-    auto *type = dynamic_cast<xercesc::DTDGrammar *>(getGrammar(xercesc::XMLUni::fgDTDEntityString));
-    if (!type)
-      return false;
-    auto elements = type->getElemEnumerator();
-    while (elements.hasMoreElements())
-      if (elements.nextElement().getCreateReason() == xercesc::XMLElementDecl::Declared)
-        return true;
-    return false;
-  }
+  // Whether the document type has declared an element.
+  [[nodiscard]] bool DeclaresElements() const { return declaresElements; }
 
 private:
+  void elementDecl(const xercesc::DTDElementDecl &declared, const bool isIgnored) override {
+    declaresElements = true;
+    SAXParser::elementDecl(declared, isIgnored);
+  }
+
   static bool HasErrors() { return XSLTErrorHandlerImpl::GetInst().ErrorsSeen(); }
 
   // What the library throws becomes a line of the log. False when something was thrown.
@@ -192,6 +188,7 @@ private:
   Adapter adapter;
   Diagnostics diagnostics;
   xercesc::SecurityManager bounds;
+  bool declaresElements = false;
 };
 
 } // namespace
