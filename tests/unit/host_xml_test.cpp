@@ -1,6 +1,7 @@
 // What the host reads of XML files that it did not choose: enough to know them, and never more than that.
 #include "host/documents/component_walk.h"
 #include "host/documents/xml_file.h"
+#include "kit/text.h"
 #include "tests/unit/folder.h"
 
 #include <gtest/gtest.h>
@@ -101,11 +102,13 @@ TEST(Walks, EndWhateverTheMapsSay) {
     const std::string number = std::to_string(index);
     const std::string next = std::to_string((index + 1) % count);
     topics.push_back("t" + number + ".dita");
-    folder.Write("m" + number + ".ditamap", "<map><mapref href='m" + next +
-                                                ".ditamap'/><mapref href='m0.ditamap'/><topicref href='t" + number +
-                                                ".dita'/></map>");
-    folder.Write("b" + number + ".xml",
-                 "<book><component href='b" + next + ".xml'/><component href='t" + number + ".dita'/></book>");
+    folder.Write("m" + number + ".ditamap",
+                 kit::FillPlaceholders("<map><mapref href='m%1.ditamap'/><mapref href='m0.ditamap'/>"
+                                       "<topicref href='t%0.dita'/></map>",
+                                       {number, next}));
+    folder.Write(
+        "b" + number + ".xml",
+        kit::FillPlaceholders("<book><component href='b%1.xml'/><component href='t%0.dita'/></book>", {number, next}));
   }
   std::ranges::reverse(topics);
   for (const auto &[name, source] :
