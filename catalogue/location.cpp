@@ -8,8 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <system_error>
 
 namespace catalogue {
 
@@ -70,13 +68,6 @@ std::string ResolvePath(const std::string &path, const std::string &basePath) {
   }
   const std::string installation = kit::GetString(V_SESSION, V_SP_INSTALL_DIR);
   return installation.empty() ? installation : installation + expanded;
-}
-
-bool IsSameFile(const std::string &path, const std::string &other) {
-  const std::string resolved = ResolvePath(path);
-  const std::string resolvedOther = ResolvePath(other);
-  std::error_code missing;
-  return resolved == resolvedOther || std::filesystem::equivalent(resolved, resolvedOther, missing);
 }
 
 std::string TransformationFileRequest(const std::string &applicationName) {

@@ -15,9 +15,6 @@ namespace catalogue {
 // paths against the folder of `basePath`, or against the installation folder without one. Empty for an empty path.
 [[nodiscard]] std::string ResolvePath(const std::string &path, const std::string &basePath = {});
 
-// Whether two stored or requested paths lead to one file, links followed.
-[[nodiscard]] bool IsSameFile(const std::string &path, const std::string &other);
-
 // The resolved catalogue path of an application, asked of the client VlDispatcher; the file need not exist.
 [[nodiscard]] std::string GetTransformationFile(const std::string &applicationName);
 // The request for that, as other clients send it too.

@@ -66,7 +66,7 @@ ChosenOutput ChooseOutput(const PlannedJob &job) {
   case OutputPlace::Named:
     return {job.output, {}};
   case OutputPlace::Elsewhere:
-    return {job.output, job.outputContent};
+    return {job.output, {}, job.outputContent};
   case OutputPlace::Replaced:
     return {job.output, job.output.empty() ? std::string() : TemporaryOutput(job.input)};
   case OutputPlace::Temporary:
@@ -96,7 +96,7 @@ std::optional<MessageId> FindFolderObstacle(const std::string &output) {
 bool IsProtected(const std::string &output) { return !kit::IsFile(output) || !kit::IsWritable(output); }
 
 bool IsOwnStylesheet(const PlannedJob &job, const std::string &output) {
-  return !output.empty() && !job.stylesheet.empty() && catalogue::IsSameFile(job.stylesheet, output);
+  return !output.empty() && !job.stylesheet.empty() && kit::IsSameFile(job.stylesheet, output);
 }
 
 OutputCheck CheckOutput(const std::string &output) {

@@ -14,10 +14,13 @@ namespace client {
 void PlaceByPolicy(const catalogue::TransformationOutput &policy, PlannedJob &job);
 
 struct ChosenOutput {
-  std::string output;    // empty: none, the job is refused
-  std::string temporary; // when not empty, the processor writes here and the file then replaces the output
+  std::string output;         // empty: none, the job is refused
+  std::string temporary;      // when not empty, the processor writes here and the file then replaces the output
+  std::string elsewhere = {}; // when not empty, the processor writes here, and the output is only a name
 
-  [[nodiscard]] const std::string &Written() const { return temporary.empty() ? output : temporary; }
+  [[nodiscard]] const std::string &Written() const {
+    return !elsewhere.empty() ? elsewhere : temporary.empty() ? output : temporary;
+  }
 };
 
 // The files of a job whose turn it is. May ask the person for a path.

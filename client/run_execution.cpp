@@ -93,10 +93,8 @@ private:
   void RunJob(const PlannedJob &job) {
     const ChosenOutput chosen = ChooseOutput(job);
     const bool isTemporary = job.place == OutputPlace::Temporary;
-    const bool isElsewhere = job.place == OutputPlace::Elsewhere;
     const std::string &shown = isTemporary ? std::string() : chosen.output;
-    if (!isElsewhere)
-      files.DeleteAtEnd(isTemporary ? chosen.output : chosen.temporary);
+    files.DeleteAtEnd(isTemporary ? chosen.output : chosen.temporary);
     if (!plan.usesInstruction && !kit::Exists(job.stylesheet)) {
       Refuse(job, shown, JobStatus::Failed, DescribeMissingStylesheet(job));
       return;
@@ -106,22 +104,25 @@ private:
              report::MakeProblem(MessageId::OutputIsStylesheet, {job.input, chosen.output}));
       return;
     }
-    std::optional<report::Diagnostic> problem;
-    if (plan.makeFolders && !isElsewhere && !chosen.output.empty())
-      problem = MakeFolderOf(chosen.output);
-    const OutputCheck check = problem       ? OutputCheck{false, problem}
-                              : isElsewhere ? OutputCheck{true}
-                                            : CheckOutput(chosen.output);
-    if (!check.isAccepted) {
+    if (const OutputCheck check = PrepareOutput(chosen); !check.isAccepted) {
       Refuse(job, shown, JobStatus::Refused, check.problem);
       return;
     }
     RemoveAbandonedFiles(chosen.output);
-    RemoveAbandonedFiles(chosen.temporary);
+    RemoveAbandonedFiles(chosen.Written());
     BeginJob(plan, job, shown, plan.printStartLog ? MakeSection(job, shown) : std::nullopt);
     const JobStatus status = Transform(job, chosen);
     lastResult = status == JobStatus::Done ? RunResult::Done : RunResult::Failed;
     Report(report::JobEnds{status, plan.printEndLog});
+  }
+
+  [[nodiscard]] OutputCheck PrepareOutput(const ChosenOutput &chosen) const {
+    if (!chosen.elsewhere.empty())
+      return {true};
+    if (plan.makeFolders && !chosen.output.empty())
+      if (auto problem = MakeFolderOf(chosen.output))
+        return {false, std::move(problem)};
+    return CheckOutput(chosen.output);
   }
 
   void Refuse(const PlannedJob &job, const std::string &output, JobStatus status,
@@ -160,7 +161,7 @@ private:
       Report(report::FileRead{file});
     if (result.status != JobStatus::Done)
       return result.status;
-    if (job.place != OutputPlace::Elsewhere && !PutInPlace(chosen))
+    if (!PutInPlace(chosen))
       return JobStatus::Failed;
     ReportOutput(job, chosen.output);
     for (const std::string &output : result.secondaryOutputs) {

@@ -8,6 +8,7 @@
 #include "dialogs/dialog_numbers.h"
 #include "dialogs/item_rows.h"
 #include "dialogs/stylesheet_params_dialog.h"
+#include "kit/paths.h"
 #include "processors/processor_list.h"
 #include "report/messages.h"
 
@@ -197,7 +198,8 @@ void NoteSaved(State &state, catalogue::EditResult result) {
 
 // In another file the record is a new one: what stands there under its name is not what the person opened.
 bool ReplacesOldEntry(const State &state) {
-  return state.editMode == Edit && catalogue::IsSameFile(state.trFilePath, state.oldFilePath);
+  return state.editMode == Edit &&
+         kit::IsSameFile(catalogue::ResolvePath(state.trFilePath), catalogue::ResolvePath(state.oldFilePath));
 }
 
 void Save(State &state) {

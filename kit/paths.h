@@ -17,6 +17,8 @@ namespace kit {
 [[nodiscard]] std::string FollowLinks(const std::string &path);
 // The one path of whatever has several through links, also in its folders; what does not exist keeps its name.
 [[nodiscard]] std::string RealPath(const std::string &path);
+// Whether two paths lead to one file; the same path does, also where there is none.
+[[nodiscard]] bool IsSameFile(const std::string &path, const std::string &other);
 
 [[nodiscard]] bool IsAbsolutePath(std::string_view path);
 // Everything before the last separator: "/" for a file in the root, "." for a bare name.

@@ -88,6 +88,11 @@ std::string FollowLinks(const std::string &path) {
   return at.string();
 }
 
+bool IsSameFile(const std::string &path, const std::string &other) {
+  std::error_code missing;
+  return path == other || fs::equivalent(path, other, missing);
+}
+
 std::string RealPath(const std::string &path) {
   std::error_code error;
   const fs::path real = fs::weakly_canonical(path, error);

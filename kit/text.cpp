@@ -57,6 +57,22 @@ bool Tokenizer::Next(std::string &token) {
   return true;
 }
 
+void JoinLines(std::string &request) {
+  char quote = 0;
+  bool isTokenStart = true;
+  for (char &letter : request) {
+    if (quote != 0) {
+      quote = letter == quote ? char{0} : quote;
+      continue;
+    }
+    if (letter == '\n' || letter == '\r')
+      letter = ' ';
+    if (isTokenStart && (letter == '"' || letter == '\''))
+      quote = letter;
+    isTokenStart = letter == ' ';
+  }
+}
+
 std::string_view Truncate(std::string_view text, size_t limit) {
   if (text.size() <= limit)
     return text;

@@ -32,6 +32,10 @@ private:
   size_t maxToken;
 };
 
+// Makes one line of a request that was written on several: a line end between tokens becomes a blank, one inside a
+// quoted token stays.
+void JoinLines(std::string &request);
+
 // The longest prefix of UTF-8 text that fits into `limit` bytes without cutting a character.
 [[nodiscard]] std::string_view Truncate(std::string_view text, size_t limit);
 

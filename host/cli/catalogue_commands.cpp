@@ -32,22 +32,19 @@ std::string FindMissingField(const RecordOptions &fields) {
 // What the options name, as options of a request in which a later one counts. False and an error text when a parameter
 // has no name.
 bool AddFields(kit::RequestBuilder &request, const RecordOptions &fields, std::string &error) {
+  error = FindParameterFault(fields.parameters);
+  if (!error.empty())
+    return false;
+  PrintHints(fields.parameters);
   request.AddIfGiven("-xslfilepath", fields.stylesheet);
   if (fields.usesInstruction)
     request.Add("-usepi");
   request.AddIfGiven("-processor", fields.processor);
   for (const std::string &name : fields.droppedParameters)
     request.Add("-dropparam", {name});
-  for (const std::string &text : fields.parameters) {
-    const auto parameter = SplitParameter(text);
-    if (!parameter) {
-      error = "-p wants NAME=EXPRESSION, not \"" + text + "\"";
-      return false;
-    }
-    if (const std::string hint = HintAtNumber(text); !hint.empty())
-      PrintError(hint);
-    request.Add("-sparam", {parameter->first, parameter->second});
-  }
+  for (const std::string &text : fields.parameters)
+    if (const auto parameter = SplitParameter(text))
+      request.Add("-sparam", {parameter->first, parameter->second});
   if (fields.suffix)
     request.Add("-suffix", {*fields.suffix});
   request.AddIfGiven("-dirpath", fields.folder);

@@ -37,6 +37,8 @@ struct Environment {
 
 // "vlxslt: ..." on standard error.
 void PrintError(const std::string &text);
+// Prints what is to be said of parameters that are probably not what was meant.
+void PrintHints(const std::vector<std::string> &parameters);
 // Prints the error and says that the command line is at fault.
 [[nodiscard]] ExitCode Refuse(const std::string &text);
 // How a served request ends the program; prints the reply first when JSON is wanted. With `tally` the jobs decide, if

@@ -24,24 +24,6 @@ struct RequestText {
   std::string error;
 };
 
-// A request that is too long for a command line may be written on several lines: their ends separate tokens like
-// blanks, and are kept inside a quoted value.
-void JoinLines(std::string &request) {
-  char quote = 0;
-  bool isTokenStart = true;
-  for (char &letter : request) {
-    if (quote != 0) {
-      quote = letter == quote ? char{0} : quote;
-      continue;
-    }
-    if (letter == '\n' || letter == '\r')
-      letter = ' ';
-    if (isTokenStart && (letter == '"' || letter == '\''))
-      quote = letter;
-    isTokenStart = letter == ' ';
-  }
-}
-
 // From standard input or a file where the argument says so.
 RequestText ReadRequest(const std::string &argument) {
   RequestText request;
@@ -61,7 +43,7 @@ RequestText ReadRequest(const std::string &argument) {
   }
   while (!request.text.empty() && (request.text.back() == '\n' || request.text.back() == '\r'))
     request.text.pop_back();
-  JoinLines(request.text);
+  kit::JoinLines(request.text);
   if (request.text.find('\0') != std::string::npos)
     request.error = "a request is text; this one holds a zero byte";
   return request;
@@ -105,6 +87,12 @@ std::vector<std::string> ReadTexts(const V_TypedValT &value) {
 } // namespace
 
 void PrintError(const std::string &text) { std::fputs(("vlxslt: " + text + "\n").c_str(), stderr); }
+
+void PrintHints(const std::vector<std::string> &parameters) {
+  for (const std::string &parameter : parameters)
+    if (const std::string hint = HintAtNumber(parameter); !hint.empty())
+      PrintError(hint);
+}
 
 ExitCode Refuse(const std::string &text) {
   PrintError(text);

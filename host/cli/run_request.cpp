@@ -38,7 +38,7 @@ std::string FindStreamContradiction(Environment environment, const RunOptions &o
   return {};
 }
 
-// A dry run reads nothing.
+// A dry run reads nothing, but the request names a place that is there.
 bool UseStreams(const RunOptions &options, StandardStreams &streams, RunInput &input, std::string &error) {
   if ((ReadsStandardInput(options) || WritesStandardOutput(options)) && streams.InputFile().empty()) {
     error = "there is no temporary folder for what standard input and output carry";
@@ -52,14 +52,11 @@ bool UseStreams(const RunOptions &options, StandardStreams &streams, RunInput &i
   return options.isDryRun || streams.ReadInput(error);
 }
 
-std::string FindParameterFault(const RunOptions &options) {
-  for (const std::string &parameter : options.parameters) {
-    const auto parts = SplitParameter(parameter);
-    if (!parts)
-      return "-p wants NAME=EXPRESSION, not \"" + parameter + "\"";
-    if (parts->second.empty())
+// In a catalogue it means no value; a run has no use for it.
+std::string FindEmptyParameter(const RunOptions &options) {
+  for (const std::string &parameter : options.parameters)
+    if (const auto parts = SplitParameter(parameter); parts && parts->second.empty())
       return "-p " + parameter + " has no value; an empty text is -p \"" + parameter + "''\"";
-  }
   return {};
 }
 
@@ -104,14 +101,14 @@ bool ComposeRun(Environment environment, const RunOptions &options, StandardStre
   if (error.empty())
     error = FindStreamContradiction(environment, options);
   if (error.empty())
-    error = FindParameterFault(options);
+    error = FindParameterFault(options.parameters);
+  if (error.empty())
+    error = FindEmptyParameter(options);
   std::vector<RunInput> inputs;
   std::vector<std::string> warnings;
   if (!error.empty() || !FindInputs(options, inputs, warnings, error))
     return false;
-  for (const std::string &parameter : options.parameters)
-    if (const std::string hint = HintAtNumber(parameter); !hint.empty())
-      PrintError(hint);
+  PrintHints(options.parameters);
   for (const std::string &warning : warnings)
     environment.session.WriteConsole(warning);
 

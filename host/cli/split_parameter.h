@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace cli {
 
@@ -20,6 +21,9 @@ namespace cli {
 // Empty unless the text is taken for numbers and comes out as another one, as a date, a telephone number or a version
 // does: then the hint.
 [[nodiscard]] std::string HintAtNumber(std::string_view parameter);
+
+// What is wrong with the first that cannot be split; empty when all can.
+[[nodiscard]] std::string FindParameterFault(const std::vector<std::string> &parameters);
 
 } // namespace cli
 

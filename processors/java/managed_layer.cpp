@@ -222,7 +222,7 @@ void XSLTManagedLayer::NoteLoss() {
   report::ReportProblem(problem);
 }
 
-// The transformation goes on, and nobody can stop it; but it writes nothing any more.
+// The transformation cannot be stopped and goes on, but its outputs are discarded.
 void XSLTManagedLayer::GiveUp() {
   problem = report::LoadMessage(report::MessageId::JavaGivenUp);
   report::ReportProblem(report::MessageId::TransformationGivenUp);

@@ -27,7 +27,7 @@ add_dependencies(many_requests_test XSLT)
 
 # The program is no library: what works out a command line is compiled in.
 vlxslt_add_unit_test(cli_test SOURCES cli_test.cpp LIBRARIES vlxslt_host nlohmann_json::nlohmann_json)
-set(cli_sources dry_run parameter_hint printing request_commands retry run_inputs run_report)
+set(cli_sources dry_run printing request_commands retry run_inputs run_report split_parameter)
 list(TRANSFORM cli_sources REPLACE "(.+)" "${CMAKE_SOURCE_DIR}/host/cli/\\1.cpp")
 target_sources(cli_test PRIVATE ${cli_sources})
 target_compile_definitions(cli_test PRIVATE VLXSLT_VERSION="${PROJECT_VERSION}")

@@ -24,7 +24,7 @@ final class OutputFile extends OutputStream {
   private static final AtomicInteger counter = new AtomicInteger();
   private static final Set<OutputFile> unfinished = ConcurrentHashMap.newKeySet();
   private static String unfinishedPrefix = ".vlxslt-";
-  private static boolean isClosed; // for good
+  private static volatile boolean isClosed; // for good
 
   private final Path named;
   private final Path target; // what it leads to, when it is a link
@@ -50,9 +50,11 @@ final class OutputFile extends OutputStream {
     if (!renames && !exists)
       throw new IOException(Text.OUTPUT_FOLDER_READ_ONLY.with(folder));
     written = renames ? folder.resolve(name) : Files.createTempFile("vlxslt-", ".tmp");
-    register();
     stream = new java.io.BufferedOutputStream(
         Files.newOutputStream(written, StandardOpenOption.CREATE, StandardOpenOption.TRUNCATE_EXISTING), 1 << 16);
+    unfinished.add(this);
+    if (isClosed)
+      discard(); // the writer fails at its next write
   }
 
   /** How the names of files begin that are not whole yet; they tell which process writes them. */
@@ -129,14 +131,6 @@ final class OutputFile extends OutputStream {
       // The file goes anyway.
     }
     delete();
-  }
-
-  private void register() throws IOException {
-    synchronized (unfinished) {
-      if (isClosed)
-        throw new IOException("Outputs are discarded");
-      unfinished.add(this);
-    }
   }
 
   private void delete() {

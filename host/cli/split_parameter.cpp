@@ -60,7 +60,7 @@ std::string Format(const Decimal &number) {
   return (number.units < 0 ? "-" : "") + text;
 }
 
-// The value of numbers with a plus or minus between them and no blanks; whoever writes blanks means to calculate.
+// The value of numbers with a plus or minus between them and no blanks: with blanks it is meant as a calculation.
 std::optional<std::string> Calculate(std::string_view text) {
   Decimal sum;
   bool isNegative = text.starts_with('-');
@@ -88,6 +88,13 @@ std::string HintAtNumber(std::string_view parameter) {
     return {};
   return "-p " + std::string(parameter) + " is an expression with the value " + *value + "; as text it is -p \"" +
          parts->first + "='" + parts->second + "'\"";
+}
+
+std::string FindParameterFault(const std::vector<std::string> &parameters) {
+  for (const std::string &parameter : parameters)
+    if (!SplitParameter(parameter))
+      return "-p wants NAME=EXPRESSION, not \"" + parameter + "\"";
+  return {};
 }
 
 } // namespace cli
