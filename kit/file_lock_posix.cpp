@@ -41,7 +41,7 @@ int OpenLockFile(const std::string &path) {
   return file;
 }
 
-// Whoever held the lock before has removed its file: a lock on that one keeps nobody out any more.
+// The last holder may have removed the file: a lock on a removed file excludes no other process.
 bool IsStillThere(int file, const std::string &path) {
   struct stat locked {};
   struct stat named {};
@@ -60,7 +60,7 @@ FileLock::FileLock(const std::string &path, std::chrono::milliseconds maxWait) :
 FileLock::~FileLock() {
   if (state != State::Held)
     return;
-  // While the lock is held, so that nobody holds one on the same file; see IsStillThere.
+  // While the lock is held, so that no other process can hold a lock on this file; see IsStillThere.
   unlink(lockPath.c_str());
   close(file);
 }
