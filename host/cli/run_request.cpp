@@ -56,7 +56,8 @@ bool UseStreams(const RunOptions &options, StandardStreams &streams, RunInput &i
 std::string FindEmptyParameter(const RunOptions &options) {
   for (const std::string &parameter : options.parameters)
     if (const auto parts = SplitParameter(parameter); parts && parts->second.empty())
-      return "-p " + parameter + " has no value; an empty text is -p \"" + parameter + "''\"";
+      return std::string("-p ").append(parameter).append(" has no value; an empty text is -p \"").append(parameter) +
+             "''\"";
   return {};
 }
 

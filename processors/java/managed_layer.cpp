@@ -59,7 +59,7 @@ std::string NameMissingJar() {
 std::vector<std::string> ReadClassPath(const std::string &classPath) {
   std::vector<std::string> entries = SplitClassPath(classPath);
   if (!entries.empty() && entries.front() == ".")
-    std::ranges::rotate(entries, entries.begin() + 1);
+    std::rotate(entries.begin(), entries.begin() + 1, entries.end());
   std::vector<std::string> found;
   for (const std::string &entry : entries)
     if (const std::string path = kit::AbsolutePath(entry);
