@@ -28,6 +28,7 @@ void ReportUsage(const std::string &what) { V_ApiReportUsage("StructuredVellis",
 
 bool SelectProcessor(processors::Processor &processor, const std::string &name) {
   const processors::ProcessorEntry *entry = processors::FindProcessor(name);
+  processor.SetPolicy(processors::ReadPolicy());
   if (processor.SelectFactory(entry ? processors::Factory{entry->className, entry->attributes} : processors::Factory()))
     return true;
   report::ReportProblem(MessageId::ProviderNotFound, {name});

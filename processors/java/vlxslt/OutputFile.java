@@ -102,6 +102,12 @@ final class OutputFile extends OutputStream {
       remember(open::close);
   }
 
+  /** Goes on behind what a closed file holds. */
+  void reopen() throws IOException {
+    if (stream == null)
+      stream = new java.io.BufferedOutputStream(Files.newOutputStream(written, StandardOpenOption.APPEND), 1 << 16);
+  }
+
   /** Only inside `commitTogether`. */
   void commit() throws IOException {
     close();
