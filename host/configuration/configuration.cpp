@@ -170,8 +170,11 @@ private:
     std::vector<std::string> items;
     if (const toml::array *list = node.as_array()) {
       for (const toml::node &each : *list)
-        if (const std::optional<std::string> text = ReadText(key, each))
+        if (const std::optional<std::string> text = ReadText(key, each)) {
+          if (meaning == Meaning::Host && !IsHostName(*text))
+            Report(each.source().begin, "\"" + *text + "\" is no host; write NAME or NAME:PORT, or \"*\" for all");
           items.push_back(Understand(*text, meaning));
+        }
     } else {
       Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be a list of texts, not " + NameType(node));
     }
@@ -219,7 +222,7 @@ private:
   }
 
   std::string Understand(const std::string &text, Meaning meaning) const {
-    if (text.empty() || meaning == Meaning::Text)
+    if (text.empty() || meaning == Meaning::Text || meaning == Meaning::Host)
       return text;
     if (meaning == Meaning::ClassPath)
       return ReadClassPath(text);
@@ -284,6 +287,8 @@ void Complete(Configuration &configuration, const Installation &installation) {
 }
 
 } // namespace
+
+bool IsHostName(std::string_view text) { return !text.empty() && text.find_first_of("/\\@?# \t") == text.npos; }
 
 std::string OwnConfigurationPath() {
   const std::string folder = kit::PersonalFolder("XDG_CONFIG_HOME", ".config");

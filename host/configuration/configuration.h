@@ -69,6 +69,9 @@ struct ConfigurationResult {
   std::vector<std::string> problems; // "file:line:column: what is wrong"; empty when the file is good
 };
 
+// Whether a text is a host as it is trusted: "name" or "name:port", or "*".
+[[nodiscard]] bool IsHostName(std::string_view text);
+
 // Where a person's own file belongs; empty without a home.
 [[nodiscard]] std::string OwnConfigurationPath();
 // The first of: `named` (from the command line), $VLXSLT_CONFIG, the user's own, the installed default. Empty when

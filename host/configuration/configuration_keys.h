@@ -14,7 +14,7 @@
 namespace host {
 
 // WriteFolder: a path, or one of the words that stand for folders.
-enum class Meaning { Text, Path, StoredPath, ClassPath, WriteFolder };
+enum class Meaning { Text, Path, StoredPath, ClassPath, WriteFolder, Host };
 // Written: stands in a new file even when it is empty, since its default is not.
 enum class Presence { Optional, Written, Required };
 
@@ -57,7 +57,7 @@ inline constexpr std::array applicationKeys = {
 };
 
 inline constexpr std::array trustKeys = {
-    KeyRule<Configuration>{"network", &Configuration::trustedHosts},
+    KeyRule<Configuration>{"network", &Configuration::trustedHosts, Meaning::Host},
     KeyRule<Configuration>{"extensions", &Configuration::allowsExtensions},
     KeyRule<Configuration>{"write", &Configuration::writeFolders, Meaning::WriteFolder},
 };

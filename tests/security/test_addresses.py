@@ -166,6 +166,25 @@ def check_native(vlxslt: Path, server: Server, folder: Path) -> list[str]:
     return problems
 
 
+def check_redirects(vlxslt: Path, server: Server, folder: Path) -> list[str]:
+    """A redirect leads to trusted hosts only, and not round in circles."""
+    folder.mkdir()
+    write_configuration(folder, "saxon-12")
+    other = server.address.replace("127.0.0.1", "localhost")
+    problems = []
+    for target, is_followed in ((f"http://{server.address}/x.dtd", True), (f"http://{other}/x.dtd", False),
+                                ("file:///etc/hostname", False), ("/redirect/", False)):  # fmt: skip
+        (folder / "in.xml").write_text(f'<!DOCTYPE doc SYSTEM "http://{server.address}/redirect/{target}"><doc/>')
+        (folder / "plain.xsl").write_text(constructs.IDENTITY)
+        command = [vlxslt, "--config", folder / "vlxslt.toml", "run", folder / "in.xml", "--xsl", folder / "plain.xsl"]
+        done = subprocess.run([*command, "--allow-network", server.address, "--yes", "-o", folder / "out.xml"],
+                              stdin=subprocess.DEVNULL, capture_output=True, timeout=120)  # fmt: skip
+        requests = server.take()[1]
+        if (done.returncode == 0) != is_followed or any(host == other for _, host in requests):
+            problems.append(f"redirect to {target}: exit status {done.returncode}, {requests}")
+    return problems
+
+
 def check_processor(name: str, vlxslt: Path, server: Server, folder: Path) -> list[str]:
     kind, jars = PROCESSORS[name]
     if absent := [jar for jar in jars if not jar.exists()]:
@@ -197,6 +216,7 @@ def main() -> int:
     if not arguments.processor:
         with tempfile.TemporaryDirectory(prefix="vlxslt-addresses-") as temporary:
             all_problems += check_native(arguments.build / "bin/vlxslt", server, Path(temporary) / "native")
+            all_problems += check_redirects(arguments.build / "bin/vlxslt", server, Path(temporary) / "redirects")
     print("\n".join(f"  {problem}" for problem in all_problems))
     for name in arguments.processor or PROCESSORS:
         with tempfile.TemporaryDirectory(prefix="vlxslt-addresses-") as temporary:

@@ -30,8 +30,11 @@ std::string Describe(const Configuration &all) {
     add(*value);
   addAll(all.catalogs);
   addAll(all.javaOptions);
+  addAll(all.trustedHosts);
+  addAll(all.writeFolders);
+  add(std::string(all.allowsExtensions ? "extensions" : "") + (all.syncsOutputs ? " sync" : ""));
   for (const ProcessorSetting &each : all.processors) {
-    addAll({each.name, each.classPath, each.className});
+    addAll({each.name, each.classPath, each.className, each.allowsExtensions ? "extensions" : ""});
     for (const host::AttributeSetting &attribute : each.attributes)
       addAll({attribute.name, attribute.type, attribute.value});
   }

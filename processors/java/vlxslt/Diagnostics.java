@@ -101,6 +101,11 @@ final class Diagnostics implements ErrorHandler {
     known.add(thrown);
   }
 
+  /** Something that the layer itself has to say of what is at work. */
+  void warn(String text) {
+    report(new Diagnostic(Severity.WARNING, text, Place.UNKNOWN, null), null);
+  }
+
   /** A problem that comes as an exception. */
   void report(Severity severity, Throwable thrown) {
     if (!isKnown(thrown))

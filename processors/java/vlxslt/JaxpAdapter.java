@@ -2,6 +2,7 @@ package vlxslt;
 
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
 import javax.xml.XMLConstants;
 import javax.xml.transform.Source;
 import javax.xml.transform.Templates;
@@ -10,6 +11,8 @@ import javax.xml.transform.TransformerConfigurationException;
 import javax.xml.transform.TransformerException;
 import javax.xml.transform.TransformerFactory;
 import javax.xml.transform.URIResolver;
+import javax.xml.transform.sax.SAXSource;
+import javax.xml.transform.sax.SAXTransformerFactory;
 import javax.xml.transform.stream.StreamResult;
 import javax.xml.xpath.XPath;
 import javax.xml.xpath.XPathEvaluationResult;
@@ -33,7 +36,8 @@ final class JaxpAdapter implements ProcessorAdapter {
 
   // Sources come from the layer alone; an access of the processor's own is none of them.
   private void secure(TransformerFactory own) throws TransformerConfigurationException {
-    if (!allowsExtensions)
+    // Xalan's own switch would turn off every extension.
+    if (!allowsExtensions && !XalanGate.isFor(own))
       own.setFeature(XMLConstants.FEATURE_SECURE_PROCESSING, true);
     for (String access : List.of(XMLConstants.ACCESS_EXTERNAL_DTD, XMLConstants.ACCESS_EXTERNAL_STYLESHEET)) {
       try {
@@ -46,7 +50,11 @@ final class JaxpAdapter implements ProcessorAdapter {
 
   @Override
   public Stylesheet compile(Source source, Job job, FilesRead modules) throws Exception {
-    return compile(newFactory(job, job.documents().uriResolver(modules, Purpose.MODULE)), source);
+    XsltcRedirect redirect = isXsltc() ? new XsltcRedirect() : null;
+    URIResolver resolver = job.documents().uriResolver(modules, Purpose.MODULE);
+    URIResolver prepared = redirect == null
+        ? resolver : (href, base) -> redirect.prepare((SAXSource) resolver.resolve(href, base));
+    return compile(newFactory(job, prepared), redirect == null ? source : redirect.prepare((SAXSource) source), redirect);
   }
 
   @Override
@@ -55,14 +63,29 @@ final class JaxpAdapter implements ProcessorAdapter {
     // Xalan asks for the input itself, and finds the part in it by the address.
     TransformerFactory own = newFactory(job, (href, base) ->
         href.startsWith("#") ? job.documents().source(job.input() + href, job.filesRead()) : others.resolve(href, base));
-    return compile(own, own.getAssociatedStylesheet(job.plainInputSource(), null, null, null));
+    return compile(own, own.getAssociatedStylesheet(job.plainInputSource(), null, null, null), null);
   }
 
-  private Stylesheet compile(TransformerFactory own, Source source) throws Exception {
+  // To Java classes.
+  private boolean isXsltc() {
+    return factory.getClass().getName().contains(".xsltc.");
+  }
+
+  private Stylesheet compile(TransformerFactory own, Source source, XsltcRedirect redirect) throws Exception {
     Templates templates = own.newTemplates(source);
-    if (templates != null && XalanGate.isFor(own))
-      XalanGate.close(templates, allowsExtensions);
-    return templates == null ? null : (job, outputs) -> run(templates, job, outputs);
+    if (templates == null)
+      return null;
+    Set<String> off = XalanGate.isFor(own) ? XalanGate.close(templates, allowsExtensions) : Set.of();
+    return (job, outputs) -> {
+      try {
+        run(templates, redirect, job, outputs);
+      } catch (TransformerException | RuntimeException e) {
+        // It may have done without them, or not.
+        if (!off.isEmpty())
+          job.diagnostics().warn(Text.EXTENSIONS_OFF.with(String.join(", ", off)));
+        throw e;
+      }
+    };
   }
 
   // A factory holds the listener and the resolver of one job.
@@ -76,10 +99,9 @@ final class JaxpAdapter implements ProcessorAdapter {
     return own;
   }
 
-  private void run(Templates templates, Job job, Outputs outputs) throws TransformerException {
+  private void run(Templates templates, XsltcRedirect redirect, Job job, Outputs outputs) throws TransformerException {
     Transformer transformer = templates.newTransformer();
-    boolean isCompiler = factory.getClass().getName().contains(".xsltc.");
-    transformer.setErrorListener(JaxpListener.whileRunning(job.diagnostics(), isCompiler));
+    transformer.setErrorListener(JaxpListener.whileRunning(job.diagnostics(), isXsltc()));
     transformer.setURIResolver(job.documents().uriResolver(job.filesRead(), Purpose.DATA));
     XPath xpath = XPathFactory.newDefaultInstance().newXPath();
     for (Map.Entry<String, String> parameter : job.parameters().entrySet())
@@ -89,7 +111,9 @@ final class JaxpAdapter implements ProcessorAdapter {
     result.setSystemId("file://" + job.outputPath());
     XalanRedirect.setOutputs(outputs);
     try {
-      transformer.transform(job.inputSource(), result);
+      transformer.transform(job.inputSource(),
+          redirect == null ? result
+                           : redirect.resultFor(transformer, (SAXTransformerFactory) factory, result, outputs));
     } finally {
       XalanRedirect.setOutputs(null);
     }

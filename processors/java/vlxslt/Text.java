@@ -43,7 +43,8 @@ enum Text {
   TOO_MANY_REDIRECTS,
   FRAGMENT_MISSING,
   WRITE_REFUSED,
-  EXTENSION_REFUSED;
+  EXTENSION_REFUSED,
+  EXTENSIONS_OFF;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};

@@ -1,9 +1,16 @@
 package vlxslt;
 
 import java.lang.reflect.Constructor;
+import java.lang.reflect.Field;
+import java.lang.reflect.Method;
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Properties;
 import java.util.Set;
+import java.util.TreeSet;
 import java.util.Vector;
 import javax.xml.transform.Templates;
+import javax.xml.transform.TransformerConfigurationException;
 
 /**
  * Leaves Xalan's stylesheets the extensions that cannot do harm. Xalan takes every other namespace for that of a Java
@@ -15,36 +22,61 @@ final class XalanGate {
       "http://exslt.org/common", "http://exslt.org/math", "http://exslt.org/sets", "http://exslt.org/strings",
       "http://exslt.org/dates-and-times", "http://exslt.org/dynamic", "http://exslt.org/functions");
 
+  private static final String SERIALIZER = "org.apache.xml.serializer.";
+
   private XalanGate() {}
 
   static boolean isFor(Object factory) {
     return factory.getClass().getName().startsWith("org.apache.xalan.processor.");
   }
 
-  /** Takes from a stylesheet, which was compiled under secure processing unless all is allowed, what it may not call. */
-  static void close(Templates stylesheet, boolean allowsExtensions) throws Exception {
-    if (!(Reflection.call(stylesheet, "getExtensions") instanceof Vector<?> extensions))
-      return;
+  /** Takes from a stylesheet what it may not call; returns the namespaces of what was taken. */
+  static Set<String> close(Templates stylesheet, boolean allowsExtensions) throws Exception {
     if (!allowsExtensions)
-      extensions.removeIf(extension -> !HARMLESS.contains(namespaceOf(extension)) && !isRedirect(extension));
-    for (int i = 0; i < extensions.size(); i++)
-      if (isRedirect(extensions.get(i)))
-        set(extensions, i, ownRedirect(extensions.get(i).getClass()));
-    // Those that are left would be off too.
-    Reflection.call(stylesheet, "setSecureProcessing", false);
+      checkOutputProperties(stylesheet.getOutputProperties());
+    Set<String> taken = new TreeSet<>();
+    if (!(Reflection.call(stylesheet, "getExtensions") instanceof Vector<?> extensions))
+      return taken;
+    List<Object> kept = new ArrayList<>();
+    // What a stylesheet declares under the name of a harmless namespace is put out by Xalan's own.
+    Object harmless = Reflection.call(stylesheet, "getExtensionNamespacesManager").getClass().getConstructor().newInstance();
+    Method register = harmless.getClass().getMethod("registerExtension", String.class);
+    for (Object extension : extensions) {
+      String namespace = String.valueOf(Reflection.call(extension, "getNamespace"));
+      if (namespace.equals(REDIRECT))
+        kept.add(ownRedirect(extension.getClass()));
+      else if (HARMLESS.contains(namespace))
+        Reflection.call(harmless, register, namespace);
+      else if (allowsExtensions || isOfStylesheet(extension))
+        kept.add(extension);
+      else
+        taken.add(namespace);
+    }
+    kept.addAll((Vector<?>) Reflection.call(harmless, "getExtensions"));
+    replace(extensions, kept);
+    return taken;
   }
 
-  private static boolean isRedirect(Object extension) {
-    return REDIRECT.equals(namespaceOf(extension));
+  // A function that the stylesheet itself defines.
+  private static boolean isOfStylesheet(Object extension) throws Exception {
+    Field handler = extension.getClass().getDeclaredField("m_handlerClass");
+    handler.setAccessible(true);
+    return "org.apache.xalan.extensions.ExtensionHandlerExsltFunction".equals(handler.get(extension));
   }
 
-  private static String namespaceOf(Object extension) {
-    return String.valueOf(Reflection.find(extension, "getNamespace"));
+  // One names a class that writes the output, the other a file that is read for it.
+  private static void checkOutputProperties(Properties properties) throws TransformerConfigurationException {
+    for (String name : properties.stringPropertyNames()) {
+      String value = properties.getProperty(name).replace('/', '.');
+      if ((name.endsWith("}content-handler") || name.endsWith("}entities")) && !value.startsWith(SERIALIZER))
+        throw new TransformerConfigurationException(Text.EXTENSION_REFUSED.with(value));
+    }
   }
 
   @SuppressWarnings("unchecked")
-  private static void set(Vector<?> extensions, int index, Object extension) {
-    ((Vector<Object>) extensions).set(index, extension);
+  private static void replace(Vector<?> extensions, List<Object> kept) {
+    extensions.clear();
+    ((Vector<Object>) extensions).addAll(kept);
   }
 
   private static Object ownRedirect(Class<?> type) throws Exception {
