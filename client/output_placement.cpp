@@ -1,9 +1,9 @@
 #include "client/output_placement.h"
 
 #include "catalogue/location.h"
-#include "kit/atomic_file.h"
 #include "kit/paths.h"
 #include "kit/values.h"
+#include "report/replaced_file.h"
 
 #include <filesystem>
 #include <system_error>
@@ -81,7 +81,9 @@ std::string TemporaryOutput(const std::string &input) {
   const std::string plain = kit::JoinPath(folder, kit::BaseNameOf(input) + "-out");
   const std::string tail = extension.empty() ? std::string() : "." + extension;
   std::string path = plain + tail;
-  for (int counter = 0; kit::Exists(path); ++counter)
+  std::error_code ignored;
+  // A link is none of ours, wherever it leads.
+  for (int counter = 0; std::filesystem::exists(std::filesystem::symlink_status(path, ignored)); ++counter)
     path.assign(plain).append(std::to_string(counter)).append(tail);
   return path;
 }
@@ -116,10 +118,11 @@ OutputCheck CheckOutput(const std::string &output) {
   return {true};
 }
 
-std::string ReplaceOutput(const std::string &temporary, const std::string &output) {
+std::string ReplaceOutput(const std::string &temporary, const std::string &output, kit::Durability durability) {
   kit::AtomicFile file(output);
-  if (!file.WriteFile(temporary) || !file.Commit())
+  if (!file.WriteFile(temporary) || !file.Commit(durability))
     return file.Error();
+  report::ReportLosses(file, output);
   std::error_code ignored;
   std::filesystem::remove(temporary, ignored);
   return {};

@@ -3,6 +3,7 @@
 #define CLIENT_OUTPUT_PLACEMENT_H
 
 #include "client/run_plan.h"
+#include "kit/atomic_file.h"
 #include "report/run_event.h"
 
 #include <optional>
@@ -44,8 +45,10 @@ struct OutputCheck {
 // Whether the output may be written; asks before an existing file is overwritten.
 [[nodiscard]] OutputCheck CheckOutput(const std::string &output);
 
-// Puts the temporary file in the output's place, whole or not at all, and removes it. Empty, or why that failed.
-[[nodiscard]] std::string ReplaceOutput(const std::string &temporary, const std::string &output);
+// Puts the temporary file in the output's place, whole or not at all, and removes it. Empty, or why that failed; what
+// the new file could not keep of the old one is reported.
+[[nodiscard]] std::string ReplaceOutput(const std::string &temporary, const std::string &output,
+                                        kit::Durability durability);
 
 } // namespace client
 

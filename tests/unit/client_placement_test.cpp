@@ -94,6 +94,9 @@ TEST_F(Placement, TemporaryNamesAreUnusedOnes) {
     Write("temp/" + name);
   }
   fs::remove(Path("temp/in-out0.xml"));
+  fs::create_symlink("nowhere", Path("temp/in-out0.xml"));
+  EXPECT_EQ(client::TemporaryOutput("/docs/in.xml"), Path("temp/in-out3.xml")) << "a link may lead anywhere";
+  fs::remove(Path("temp/in-out0.xml"));
   EXPECT_EQ(client::TemporaryOutput("/other/in.xml"), Path("temp/in-out0.xml"));
   EXPECT_EQ(client::TemporaryOutput("/docs/in.dita"), Path("temp/in-out.dita"));
   for (const char *name : {"plain-out", "plain-out0"}) {
@@ -143,16 +146,20 @@ TEST_F(Placement, ChecksComeInTheirOrderAndSayWhy) {
   EXPECT_EQ(folder.Names("out").size(), 2U) << "looking leaves nothing behind";
 }
 
+std::string Replace(const std::string &temporary, const std::string &output) {
+  return client::ReplaceOutput(temporary, output, kit::Durability::DataAndName);
+}
+
 TEST_F(Placement, ReplacingIsWholeOrNotAtAll) {
   const std::string target = Write("out/target.xml", "old");
-  EXPECT_EQ(client::ReplaceOutput(Write("temp/t", "new"), target), "");
+  EXPECT_EQ(Replace(Write("temp/t", "new"), target), "");
   EXPECT_EQ(Read(target), "new");
   EXPECT_FALSE(fs::exists(Path("temp/t"))) << "it has taken its place";
 
-  EXPECT_NE(client::ReplaceOutput(Path("temp/gone"), target).find(Path("temp/gone")), std::string::npos);
+  EXPECT_NE(Replace(Path("temp/gone"), target).find(Path("temp/gone")), std::string::npos);
   fs::permissions(target, fs::perms::owner_read);
   const std::string result = Write("temp/t", "newer");
-  EXPECT_NE(client::ReplaceOutput(result, target).find(target), std::string::npos);
+  EXPECT_NE(Replace(result, target).find(target), std::string::npos);
   EXPECT_EQ(Read(target), "new");
   EXPECT_EQ(Read(result), "newer") << "the caller may still want it";
   EXPECT_EQ(folder.Names("out").size(), 1U);

@@ -7,6 +7,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.function.BiConsumer;
 import java.util.stream.Stream;
 
 /** All outputs of one transformation, committed together at its end. Closing without a commit leaves nothing behind. */
@@ -18,7 +19,7 @@ final class Outputs implements AutoCloseable {
 
   /** The caller will move the principal output to `result`, unless it is that file already. */
   Outputs(Path principal, Path result) throws IOException {
-    this.principal = new OutputFile(principal);
+    this.principal = new OutputFile(principal, principal.equals(result));
     this.result = result;
     files.add(this.principal);
   }
@@ -35,7 +36,7 @@ final class Outputs implements AutoCloseable {
     try {
       Files.createDirectories(file.toAbsolutePath().getParent());
       // A stylesheet that names its principal result itself means the file that is put in its place.
-      OutputFile output = new OutputFile(isResult(file) ? principal.path() : file);
+      OutputFile output = isResult(file) ? new OutputFile(principal.path(), principal.isFinal()) : new OutputFile(file, true);
       files.add(output);
       if (others().anyMatch(other -> other != output && other.hasTargetOf(output)))
         throw new IOException(Text.OUTPUT_TAKEN.with());
@@ -83,6 +84,12 @@ final class Outputs implements AutoCloseable {
         file.commit();
     });
     return others().filter(file -> !file.hasTargetOf(principal)).map(file -> file.path().toString()).toList();
+  }
+
+  /** What could not be kept of the files that were replaced: the file and, in words, what. */
+  void forEachLoss(BiConsumer<Path, String> consumer) {
+    for (OutputFile file : files)
+      file.losses().forEach(loss -> consumer.accept(file.path(), loss));
   }
 
   @Override

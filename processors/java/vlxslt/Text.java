@@ -38,7 +38,9 @@ enum Text {
   HOST_UNKNOWN,
   NOT_THERE,
   ATTRIBUTE_REFUSED,
-  NO_NAMED_START;
+  NO_NAMED_START,
+  OTHER_NAMES_KEEP_OLD,
+  PERMISSIONS_NOT_KEPT;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};
