@@ -2,6 +2,7 @@
 
 #include "catalogue/location.h"
 #include "kit/paths.h"
+#include "kit/unfinished_files.h"
 #include "kit/values.h"
 #include "report/replaced_file.h"
 
@@ -81,9 +82,7 @@ std::string TemporaryOutput(const std::string &input) {
   const std::string plain = kit::JoinPath(folder, kit::BaseNameOf(input) + "-out");
   const std::string tail = extension.empty() ? std::string() : "." + extension;
   std::string path = plain + tail;
-  std::error_code ignored;
-  // A link is none of ours, wherever it leads.
-  for (int counter = 0; std::filesystem::exists(std::filesystem::symlink_status(path, ignored)); ++counter)
+  for (int counter = 0; kit::ReserveFile(path) == kit::Reservation::Taken; ++counter)
     path.assign(plain).append(std::to_string(counter)).append(tail);
   return path;
 }

@@ -27,7 +27,8 @@ struct ChosenOutput {
 // The files of a job whose turn it is. May ask the person for a path.
 [[nodiscard]] ChosenOutput ChooseOutput(const PlannedJob &job);
 
-// An unused name in the host's temporary folder, made of the input's name.
+// A new file in the host's temporary folder, named after the input; empty, and of no other process. When it cannot be
+// made, its name all the same.
 [[nodiscard]] std::string TemporaryOutput(const std::string &input);
 
 // What keeps a file from being written there: the folder is missing or read-only.

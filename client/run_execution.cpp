@@ -107,7 +107,7 @@ private:
              report::MakeProblem(MessageId::OutputIsStylesheet, {job.input, chosen.output}));
       return;
     }
-    if (const OutputCheck check = PrepareOutput(chosen); !check.isAccepted) {
+    if (const OutputCheck check = PrepareOutput(job, chosen); !check.isAccepted) {
       Refuse(job, shown, JobStatus::Refused, check.problem);
       return;
     }
@@ -119,8 +119,9 @@ private:
     Report(report::JobEnds{status, plan.printEndLog});
   }
 
-  [[nodiscard]] OutputCheck PrepareOutput(const ChosenOutput &chosen) {
-    if (!chosen.elsewhere.empty())
+  [[nodiscard]] OutputCheck PrepareOutput(const PlannedJob &job, const ChosenOutput &chosen) {
+    // A temporary one has just been made.
+    if (!chosen.elsewhere.empty() || (job.place == OutputPlace::Temporary && kit::Exists(chosen.output)))
       return {true};
     if (plan.makeFolders && !chosen.output.empty()) {
       if (syncsOutputs)

@@ -22,6 +22,11 @@ struct UnfinishedFile {
 // several people, a link under a known name would lead the writer elsewhere.
 [[nodiscard]] UnfinishedFile MakeUnfinishedFile(const std::string &folder, unsigned mode);
 
+enum class Reservation { Made, Taken, Failed };
+// Makes an empty file under that name, for its owner only, unless there is something: of several processes that want
+// the name, one gets it. No link is followed.
+[[nodiscard]] Reservation ReserveFile(const std::string &path);
+
 // Removes from the folder the files of processes that are gone: of this system at once, of others, whose processes
 // cannot be seen from here, a day after they were last written. What cannot be removed stays.
 void RemoveAbandonedFiles(const std::string &folder) noexcept;

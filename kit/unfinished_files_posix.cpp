@@ -69,6 +69,11 @@ std::string RandomDigits() {
   return digits.data();
 }
 
+int OpenNew(const std::string &path, unsigned mode) {
+  constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  return Repeat([&] { return open(path.c_str(), flags, mode); });
+}
+
 bool IsAbandoned(const fs::directory_entry &entry) {
   const std::string name = entry.path().filename().string();
   std::error_code error;
@@ -89,15 +94,22 @@ const std::string &OwnUnfinishedPrefix() {
 }
 
 UnfinishedFile MakeUnfinishedFile(const std::string &folder, unsigned mode) {
-  constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
   UnfinishedFile made;
   for (int name = 0; name < maxNames; ++name) {
     made.path = JoinPath(folder, OwnUnfinishedPrefix() + RandomDigits());
-    made.file = Repeat([&] { return open(made.path.c_str(), flags, mode); });
+    made.file = OpenNew(made.path, mode);
     if (made.file >= 0 || errno != EEXIST)
       break;
   }
   return made;
+}
+
+Reservation ReserveFile(const std::string &path) {
+  const int file = OpenNew(path, 0600);
+  if (file < 0)
+    return errno == EEXIST ? Reservation::Taken : Reservation::Failed;
+  close(file);
+  return Reservation::Made;
 }
 
 void RemoveAbandonedFiles(const std::string &folder) noexcept try {

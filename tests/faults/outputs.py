@@ -135,6 +135,28 @@ def two_writers(way):
         check([path.name for path in target.parent.iterdir()] == [target.name], "something is left")
 
 
+def one_temporary_folder(way):
+    """Two runs at once, of inputs of one name: each has its own temporary file."""
+    targets = [way.prepare(f"common-{name}") for name in "ab"]
+    runs = [way.bench.start(way.command(target, name=name), way.bench.place, calls="open,rename", at="all", do="stop")
+            for target, name in zip(targets, "ab")]  # fmt: skip
+    steps = [lambda call, path, target: call == "rename" and path.startswith(f"{way.bench.place}/temp/"),
+             lambda call, path, target: call == "open" and path.startswith(str(target.parent))]  # fmt: skip
+    for number, is_reached in enumerate(steps):
+        for run, target in zip(runs, targets):
+            if number > 0:
+                run.go_on()
+            while run.wait_for_stop() and not is_reached(*run.calls()[-1][:2], target):
+                run.go_on()
+            check(run.process.returncode is None, f"it never came there: {run.said()}")
+    for run, target, name in zip(runs, targets, "ab"):
+        run.go_on()
+        while run.wait_for_stop():
+            run.go_on()
+        check(run.process.returncode == 0, run.said())
+        check(way.is_whole(target.read_text(), name), "it has the other's content")
+
+
 def refused_permissions(way):
     """A file system without permissions keeps the output; what cannot be made like the old file is stricter."""
     target = way.prepare("refused")
@@ -227,7 +249,7 @@ def main():
     ways = [Direct(bench, "direct"), ByTransformation(bench, "transformation"), Catalogue(bench, "catalogue")]
     tests = [(test, way) for test in (planted_links, private_file, two_writers, refused_permissions, lost_group, hard_links,
                                       read_only_folder) for way in ways
-             if (test, way) != (two_writers, ways[2])] + [(test, bench) for test in (second_result_in_read_only_folder, order_of_syncs)]  # fmt: skip
+             if (test, way) != (two_writers, ways[2])] + [(one_temporary_folder, ways[1])] + [(test, bench) for test in (second_result_in_read_only_folder, order_of_syncs)]  # fmt: skip
     failed, missing = 0, set()
     for test, subject in tests:
         name = f"{test.__name__} {getattr(subject, 'name', '')}".rstrip()
