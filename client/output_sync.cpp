@@ -14,8 +14,6 @@ std::string RealFolderOf(const std::string &file) { return kit::RealPath(kit::Fo
 
 } // namespace
 
-bool SyncsOutputs() { return true; }
-
 void OutputSync::NoteMissingFolders(const std::string &folder) {
   std::string made = kit::AbsolutePath(folder);
   while (!kit::IsFolder(made) && made != kit::FolderOf(made)) {

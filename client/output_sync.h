@@ -8,9 +8,6 @@
 
 namespace client {
 
-// Whether outputs are synced at all.
-[[nodiscard]] bool SyncsOutputs();
-
 class OutputSync {
 public:
   // Before folders are made on the way to an output: those that get the first of them.

@@ -29,6 +29,7 @@ void ReportUsage(const std::string &what) { V_ApiReportUsage("StructuredVellis",
 
 bool SelectProcessor(processors::Processor &processor, const std::string &name) {
   const processors::ProcessorEntry *entry = processors::FindProcessor(name);
+  processor.SetPolicy(processors::ReadPolicy());
   if (processor.SelectFactory(entry ? processors::Factory{entry->className, entry->attributes} : processors::Factory()))
     return true;
   report::ReportProblem(MessageId::ProviderNotFound, {name});
@@ -231,7 +232,7 @@ private:
   processors::Processor &processor;
   RunFiles files;
   std::set<std::string> cleanedFolders;
-  const bool syncsOutputs = SyncsOutputs();
+  const bool syncsOutputs = processors::ReadPolicy().syncsOutputs;
   OutputSync sync;
   bool isCancelled = false;
   RunResult lastResult = RunResult::Failed;

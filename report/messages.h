@@ -131,9 +131,9 @@ enum class MessageId : uint16_t {
   JavaGivenUp = 18246,
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
-  JavaLayerLast = 18284,
-  OtherNamesKeepOld = 18283,
-  PermissionsNotKept = 18284,
+  JavaLayerLast = 18289,
+  OtherNamesKeepOld = 18288,
+  PermissionsNotKept = 18289,
   OptionsUnreadable = 18300,
   NestedTooDeep = 18301,
   EntityNotRead = 18302,

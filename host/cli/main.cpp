@@ -94,6 +94,11 @@ bool AddCatalogs(const SessionOptions &options, host::Configuration &configurati
   return true;
 }
 
+void Trust(const SessionOptions &options, host::Configuration &configuration) {
+  configuration.trustedHosts.insert(configuration.trustedHosts.end(), options.hosts.begin(), options.hosts.end());
+  configuration.allowsExtensions = configuration.allowsExtensions || options.allowsExtensions;
+}
+
 // Nothing and an error text without windows.
 std::optional<ExitCode> RunInWindows(CommandLine line, const host::Configuration &configuration,
                                      const host::Installation &installation, std::string &error) {
@@ -130,6 +135,7 @@ ExitCode RunProgram(int count, char **arguments) {
   std::string problem;
   if (!AddCatalogs(line->session, read.configuration, problem))
     return Refuse(problem);
+  Trust(line->session, read.configuration);
   if (line->session.NeedsWindows()) {
     if (const auto windowed = RunInWindows(*line, read.configuration, installation, problem))
       return *windowed;

@@ -77,8 +77,10 @@ public:
         ReadTables(key.str(), node, processorKeys, result.configuration.processors);
       else if (key.str() == tableKeys[1])
         ReadTables(key.str(), node, applicationKeys, result.configuration.applications);
+      else if (const auto group = std::ranges::find(keyGroups, key.str(), &KeyGroup::name); group != keyGroups.end())
+        ReadGroup(*group, node);
       else
-        ReadKey(key, node, configurationKeys, result.configuration, tableKeys);
+        ReadKey(key, node, configurationKeys, result.configuration, NamesOfTables());
     }
   }
 
@@ -94,6 +96,22 @@ public:
   }
 
 private:
+  static std::vector<std::string_view> NamesOfTables() {
+    std::vector<std::string_view> names(tableKeys.begin(), tableKeys.end());
+    for (const KeyGroup &group : keyGroups)
+      names.push_back(group.name);
+    return names;
+  }
+
+  void ReadGroup(const KeyGroup &group, const toml::node &node) {
+    const std::string name(group.name);
+    if (const toml::table *table = node.as_table())
+      for (const auto &[key, value] : *table)
+        ReadKey(key, value, group.keys, result.configuration, {});
+    else
+      Report(node.source().begin, "\"" + name + "\" must be written as [" + name + "], not as " + NameType(node));
+  }
+
   template <class Rules, class Record>
   void ReadTables(std::string_view key, const toml::node &node, const Rules &rules, std::vector<Record> &records) {
     const toml::array *tables = node.as_array();
@@ -127,6 +145,8 @@ private:
         record.*(*single) = Understand(*text, rule->meaning);
     } else if (const auto *list = std::get_if<std::vector<std::string> Record::*>(&rule->field)) {
       record.*(*list) = ReadList(key, node, rule->meaning);
+    } else if (const auto *flag = std::get_if<bool Record::*>(&rule->field)) {
+      record.*(*flag) = ReadFlag(key, node, record.*(*flag));
     } else {
       record.*std::get<std::vector<AttributeSetting> Record::*>(rule->field) = ReadAttributes(key, node);
     }
@@ -137,6 +157,13 @@ private:
       return text->get();
     Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be text, not " + NameType(node));
     return std::nullopt;
+  }
+
+  bool ReadFlag(const toml::key &key, const toml::node &node, bool otherwise) {
+    if (const auto *flag = node.as_boolean())
+      return flag->get();
+    Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be true or false, not " + NameType(node));
+    return otherwise;
   }
 
   std::vector<std::string> ReadList(const toml::key &key, const toml::node &node, Meaning meaning) {
@@ -197,6 +224,8 @@ private:
     if (meaning == Meaning::ClassPath)
       return ReadClassPath(text);
     if (meaning == Meaning::StoredPath && (BeginsWithVariable(text) || kit::IsUrl(text)))
+      return text;
+    if (meaning == Meaning::WriteFolder && (text == besideOutput || text == "*"))
       return text;
     return MakeAbsolute(text);
   }

@@ -241,6 +241,15 @@ def order_of_syncs(bench):
     last = [path for call, path in calls[renames[-1] :] if call == "fsync"]
     check(sorted(last) == [".", "made", "made/new", "made/new/deep"], f"{calls}")
 
+    unsynced = bench.write("unsynced.toml", (bench.place / "vlxslt.toml").read_text() + "\n[outputs]\nsync = false\n")
+    way = ByTransformation(bench, "unsynced")
+    for command in (["vlxslt", "run", "many", "--xsl", "page.xsl", "-o", f"{place}/more/", "--yes"],
+                    way.command(way.prepare("unsynced"))):  # fmt: skip
+        run = bench.start([command[0], "--config", str(unsynced), *command[1:]], bench.place)
+        check(run.finish() == 0, run.said())
+        calls = [call for call, _, _ in run.calls()]
+        check("rename" in calls and "fsync" not in calls, f"{calls}")
+
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)

@@ -44,6 +44,27 @@ final class Diagnostics implements ErrorHandler {
     handler.Message(lines.endsWith("\n") ? lines.substring(0, lines.length() - 1) : lines);
   }
 
+  /** Hears of problems that a stylesheet can live with. */
+  ErrorHandler asWarnings() {
+    return new ErrorHandler() {
+      @Override
+      public void warning(SAXParseException e) {
+        report(Severity.WARNING, e);
+      }
+
+      @Override
+      public void error(SAXParseException e) {
+        report(Severity.WARNING, e);
+      }
+
+      @Override
+      public void fatalError(SAXParseException e) throws SAXParseException {
+        report(Severity.WARNING, e);
+        throw e;
+      }
+    };
+  }
+
   /** How many problems there were so far; those that follow can be asked for with `since`. */
   int count() {
     return reported.size();

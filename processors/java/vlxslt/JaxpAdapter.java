@@ -1,9 +1,12 @@
 package vlxslt;
 
+import java.util.List;
 import java.util.Map;
+import javax.xml.XMLConstants;
 import javax.xml.transform.Source;
 import javax.xml.transform.Templates;
 import javax.xml.transform.Transformer;
+import javax.xml.transform.TransformerConfigurationException;
 import javax.xml.transform.TransformerException;
 import javax.xml.transform.TransformerFactory;
 import javax.xml.transform.URIResolver;
@@ -18,19 +21,36 @@ import vlxslt.Documents.Purpose;
 final class JaxpAdapter implements ProcessorAdapter {
   private final TransformerFactory factory;
   private final FactoryAttributes attributes;
+  private final boolean allowsExtensions;
 
-  JaxpAdapter(TransformerFactory factory, FactoryAttributes attributes) {
+  /** Throws when the processor cannot be kept from calling code. */
+  JaxpAdapter(TransformerFactory factory, FactoryAttributes attributes, boolean allowsExtensions) throws Exception {
     this.factory = factory;
     this.attributes = attributes;
+    this.allowsExtensions = allowsExtensions;
+    secure(factory);
+  }
+
+  // Sources come from the layer alone; an access of the processor's own is none of them.
+  private void secure(TransformerFactory own) throws TransformerConfigurationException {
+    if (!allowsExtensions)
+      own.setFeature(XMLConstants.FEATURE_SECURE_PROCESSING, true);
+    for (String access : List.of(XMLConstants.ACCESS_EXTERNAL_DTD, XMLConstants.ACCESS_EXTERNAL_STYLESHEET)) {
+      try {
+        own.setAttribute(access, "");
+      } catch (IllegalArgumentException e) {
+        // Xalan knows neither.
+      }
+    }
   }
 
   @Override
-  public Stylesheet compile(Source source, Job job, FilesRead modules) throws TransformerException {
+  public Stylesheet compile(Source source, Job job, FilesRead modules) throws Exception {
     return compile(newFactory(job, job.documents().uriResolver(modules, Purpose.MODULE)), source);
   }
 
   @Override
-  public Stylesheet compileEmbedded(Job job) throws TransformerException {
+  public Stylesheet compileEmbedded(Job job) throws Exception {
     URIResolver others = job.documents().uriResolver(job.filesRead(), Purpose.MODULE);
     // Xalan asks for the input itself, and finds the part in it by the address.
     TransformerFactory own = newFactory(job, (href, base) ->
@@ -38,16 +58,19 @@ final class JaxpAdapter implements ProcessorAdapter {
     return compile(own, own.getAssociatedStylesheet(job.plainInputSource(), null, null, null));
   }
 
-  private Stylesheet compile(TransformerFactory own, Source source) throws TransformerException {
+  private Stylesheet compile(TransformerFactory own, Source source) throws Exception {
     Templates templates = own.newTemplates(source);
+    if (templates != null && XalanGate.isFor(own))
+      XalanGate.close(templates, allowsExtensions);
     return templates == null ? null : (job, outputs) -> run(templates, job, outputs);
   }
 
   // A factory holds the listener and the resolver of one job.
-  private TransformerFactory newFactory(Job job, URIResolver resolver) {
+  private TransformerFactory newFactory(Job job, URIResolver resolver) throws TransformerConfigurationException {
     TransformerFactory own =
         TransformerFactory.newInstance(factory.getClass().getName(), factory.getClass().getClassLoader());
     attributes.apply(own);
+    secure(own);
     own.setErrorListener(JaxpListener.whileCompiling(job.diagnostics()));
     own.setURIResolver(resolver);
     return own;
@@ -64,7 +87,12 @@ final class JaxpAdapter implements ProcessorAdapter {
     StreamResult result = new StreamResult(outputs.principal());
     // Xalan cuts the path of further results out of it, and leaves escapes as they are.
     result.setSystemId("file://" + job.outputPath());
-    transformer.transform(job.inputSource(), result);
+    XalanRedirect.setOutputs(outputs);
+    try {
+      transformer.transform(job.inputSource(), result);
+    } finally {
+      XalanRedirect.setOutputs(null);
+    }
   }
 
   private static Object evaluate(XPath xpath, String expression) {

@@ -82,6 +82,11 @@ final class Job {
     return Path.of(request.result).toAbsolutePath().normalize().toString();
   }
 
+  /** Whether the input itself says which stylesheet is applied to it. */
+  boolean namesStylesheet() {
+    return request.stylesheet.isEmpty();
+  }
+
   Start start() {
     return request.start;
   }
@@ -98,7 +103,7 @@ final class Job {
     protect(address);
     Stylesheet stylesheet = compile(processor, stylesheets, address);
     diagnostics.setSubject(outputAddress());
-    try (Outputs outputs = new Outputs(target, Path.of(request.result))) {
+    try (Outputs outputs = new Outputs(target, Path.of(request.result), namesStylesheet())) {
       // What the parser finds in the input has its place; all else is the stylesheet's doing.
       diagnostics.setSubject(origin);
       stylesheet.run(this, outputs);

@@ -35,10 +35,11 @@ final class OutputFile extends OutputStream {
   private final Path written;
   private final boolean renames;
   private final boolean isFinal;
-  private final FileChannel channel;
+  private FileChannel channel;
   private final List<String> losses = new ArrayList<>();
   private OutputStream stream;
   private IOException failure;
+  private boolean isReopened; // perhaps often: it is synced once, on commit
 
   /** One that is not final goes to another place in the end, by other means: it is private and need not be synced. */
   OutputFile(Path target, boolean isFinal) throws IOException {
@@ -118,6 +119,15 @@ final class OutputFile extends OutputStream {
       remember(() -> finish(open));
   }
 
+  /** Goes on behind what a closed file holds. */
+  void reopen() throws IOException {
+    if (stream != null)
+      return;
+    channel = FileChannel.open(written, StandardOpenOption.APPEND, LinkOption.NOFOLLOW_LINKS);
+    stream = new BufferedOutputStream(Channels.newOutputStream(channel), 1 << 16);
+    isReopened = true;
+  }
+
   /** Only inside `commitTogether`. */
   void commit() throws IOException {
     close();
@@ -130,6 +140,8 @@ final class OutputFile extends OutputStream {
       delete();
       return;
     }
+    if (isSynced() && isReopened)
+      remember(this::syncAgain);
     noteOtherNames();
     if (Files.exists(target) && !NewFile.takeAttributes(written, target))
       losses.add(Text.PERMISSIONS_NOT_KEPT.with(target));
@@ -231,7 +243,7 @@ final class OutputFile extends OutputStream {
     boolean isOnDisk = false;
     try (channel) {
       open.flush();
-      if (syncs && isFinal && renames) {
+      if (isSynced() && !isReopened) {
         channel.force(true);
         isOnDisk = true;
       }
@@ -239,6 +251,16 @@ final class OutputFile extends OutputStream {
       // To close what is on disk loses nothing, even when a signal interrupts it.
       if (!isOnDisk)
         throw e;
+    }
+  }
+
+  private boolean isSynced() {
+    return syncs && isFinal && renames;
+  }
+
+  private void syncAgain() throws IOException {
+    try (FileChannel written = FileChannel.open(this.written, StandardOpenOption.WRITE, LinkOption.NOFOLLOW_LINKS)) {
+      written.force(true);
     }
   }
 

@@ -7,6 +7,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
 import java.util.function.BiConsumer;
 import java.util.stream.Stream;
 
@@ -14,13 +15,18 @@ import java.util.stream.Stream;
 final class Outputs implements AutoCloseable {
   private final OutputFile principal;
   private final Path result;
+  private final boolean besideOnly;
   private final List<OutputFile> files = new ArrayList<>();
   private OutputFile.WriteFailure refusal;
 
-  /** The caller will move the principal output to `result`, unless it is that file already. */
-  Outputs(Path principal, Path result) throws IOException {
+  /**
+   * The caller will move the principal output to `result`, unless it is that file already. `besideOnly`: the stylesheet
+   * is not trusted with other folders.
+   */
+  Outputs(Path principal, Path result, boolean besideOnly) throws IOException {
     this.principal = new OutputFile(principal, principal.equals(result));
     this.result = result;
+    this.besideOnly = besideOnly;
     files.add(this.principal);
   }
 
@@ -34,6 +40,7 @@ final class Outputs implements AutoCloseable {
    */
   OutputStream add(Path file) {
     try {
+      WriteGate.admit(file, result, besideOnly);
       Files.createDirectories(file.toAbsolutePath().getParent());
       // A stylesheet that names its principal result itself means the file that is put in its place.
       OutputFile output = isResult(file) ? new OutputFile(principal.path(), principal.isFinal()) : new OutputFile(file, true);
@@ -45,6 +52,31 @@ final class Outputs implements AutoCloseable {
       return refuse(new OutputFile.WriteFailure(
           file.toString(), Text.OUTPUT_NOT_WRITTEN.with(file, Failures.textOf(e)), e));
     }
+  }
+
+  /** A result that begins with what the file holds already, be it of this job or of an earlier one. */
+  OutputStream append(Path file) {
+    Optional<OutputFile> earlier = others().filter(other -> other.path().equals(file)).findAny();
+    try {
+      if (earlier.isPresent()) {
+        earlier.get().reopen();
+        return earlier.get();
+      }
+      boolean exists = Files.exists(file) && !isResult(file);
+      OutputStream output = add(file);
+      if (exists)
+        Files.copy(file, output);
+      return output;
+    } catch (IOException e) {
+      return refuse(new OutputFile.WriteFailure(
+          file.toString(), Text.OUTPUT_NOT_WRITTEN.with(file, Failures.textOf(e)), e));
+    }
+  }
+
+  /** The file that a stylesheet means by a path, which is relative to the principal result, or by an address. */
+  Path locate(String name) {
+    Path named = Addresses.isOfFile(name) ? Addresses.fileOf(name) : Path.of(name);
+    return result.toAbsolutePath().resolveSibling(named == null ? Path.of(name) : named).normalize();
   }
 
   /** A result that has no place in a file. */
