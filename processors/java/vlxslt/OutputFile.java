@@ -241,10 +241,10 @@ final class OutputFile extends OutputStream {
 
   private void finish(OutputStream open) throws IOException {
     boolean isOnDisk = false;
-    try (channel) {
+    try (FileChannel closed = channel) {
       open.flush();
       if (isSynced() && !isReopened) {
-        channel.force(true);
+        closed.force(true);
         isOnDisk = true;
       }
     } catch (IOException e) {

@@ -43,7 +43,8 @@ final class Outputs implements AutoCloseable {
       WriteGate.admit(file, result, besideOnly);
       Files.createDirectories(file.toAbsolutePath().getParent());
       // A stylesheet that names its principal result itself means the file that is put in its place.
-      OutputFile output = isResult(file) ? new OutputFile(principal.path(), principal.isFinal()) : new OutputFile(file, true);
+      OutputFile output =
+          isResult(file) ? new OutputFile(principal.path(), principal.isFinal()) : new OutputFile(file, true);
       files.add(output);
       if (others().anyMatch(other -> other != output && other.hasTargetOf(output)))
         throw new IOException(Text.OUTPUT_TAKEN.with());
