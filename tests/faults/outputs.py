@@ -15,6 +15,18 @@ import sys
 from faults import Bench, Failure, check
 
 
+APPENDING = """\
+<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
+    xmlns:r="http://xml.apache.org/xalan/redirect" extension-element-prefixes="r">
+  <xsl:output omit-xml-declaration="yes"/>
+  <xsl:template match="/doc">
+    <o/><r:write file="more.xml"><a/></r:write>
+    <r:write file="more.xml" append="true"><b/></r:write><r:write file="more.xml" append="true"><c/></r:write>
+  </xsl:template>
+</xsl:stylesheet>
+"""
+
+
 class Way:
     """One of the ways by which a file comes to its place: by the Java layer, or by the client."""
 
@@ -224,6 +236,24 @@ def second_result_in_read_only_folder(bench):
     check((target.read_text(), other.read_text()) == ("old", "old too"), "something was written")
 
 
+def appended_result(bench):
+    """Written in several pieces, and synced when the last one is there."""
+    bench.write("append.xsl", APPENDING)
+    bench.write("append.xml", "<doc/>")
+    place = bench.place / "appended"
+    place.mkdir()
+    run = bench.start(["vlxslt", "run", "append.xml", "--xsl", "append.xsl", "--processor", "Xalan",
+                       "--allow-extensions", "-o", str(place / "out.xml")], place)  # fmt: skip
+    check(run.finish() == 0, run.said())
+    check((place / "more.xml").read_text() == "<a/><b/><c/>", "not all pieces")
+    calls = run.calls()
+    opened = [path for call, path, _ in calls if call == "open" and path.endswith(".tmp")]
+    pieces = [path for path in set(opened) if opened.count(path) > 1]
+    check(len(pieces) == 1, f"{calls}")
+    order = [call for call, path, _ in calls if call == "rename" or (path == pieces[0] and call in ("write", "fsync"))]
+    check(order[-4:] == ["write", "fsync", "rename", "rename"], f"{order}")
+
+
 def order_of_syncs(bench):
     """Each output is synced before it takes its place, each folder that gets a name once after that, at the end."""
     for name in "ab":
@@ -258,7 +288,7 @@ def main():
     ways = [Direct(bench, "direct"), ByTransformation(bench, "transformation"), Catalogue(bench, "catalogue")]
     tests = [(test, way) for test in (planted_links, private_file, two_writers, refused_permissions, lost_group, hard_links,
                                       read_only_folder) for way in ways
-             if (test, way) != (two_writers, ways[2])] + [(one_temporary_folder, ways[1])] + [(test, bench) for test in (second_result_in_read_only_folder, order_of_syncs)]  # fmt: skip
+             if (test, way) != (two_writers, ways[2])] + [(one_temporary_folder, ways[1])] + [(test, bench) for test in (second_result_in_read_only_folder, appended_result, order_of_syncs)]  # fmt: skip
     failed, missing = 0, set()
     for test, subject in tests:
         name = f"{test.__name__} {getattr(subject, 'name', '')}".rstrip()

@@ -128,11 +128,17 @@ final class OutputFile extends OutputStream {
     isReopened = true;
   }
 
-  /** Only inside `commitTogether`. */
-  void commit() throws IOException {
+  /** Before `commit`: nothing more is written. */
+  void complete() throws IOException {
     close();
     if (failure != null)
       throw failure;
+    if (isSynced() && isReopened)
+      remember(this::syncAgain);
+  }
+
+  /** Only inside `commitTogether`, of a complete file. */
+  void commit() throws IOException {
     if (!renames) {
       try (OutputStream out = Files.newOutputStream(target, StandardOpenOption.WRITE)) {
         Files.copy(written, out);
@@ -140,8 +146,6 @@ final class OutputFile extends OutputStream {
       delete();
       return;
     }
-    if (isSynced() && isReopened)
-      remember(this::syncAgain);
     noteOtherNames();
     if (Files.exists(target) && !NewFile.takeAttributes(written, target))
       losses.add(Text.PERMISSIONS_NOT_KEPT.with(target));

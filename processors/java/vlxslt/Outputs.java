@@ -101,9 +101,9 @@ final class Outputs implements AutoCloseable {
   List<String> commit() throws IOException {
     if (refusal != null)
       throw refusal;
-    // All are closed before the first takes its place: a full disk shows here at the latest.
+    // All are complete before the first takes its place: a full disk shows here at the latest.
     for (OutputFile file : files)
-      file.close();
+      file.complete();
     // A stylesheet that names its principal result itself leaves nothing but a declaration in the unnamed one.
     if (others().anyMatch(principal::hasTargetOf)) {
       if (!principal.isBlank())
