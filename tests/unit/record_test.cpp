@@ -140,8 +140,9 @@ TEST_F(RunRecords, SayWhatTheRunDid) {
 
 // Jobs may be done and the run not be: what they wrote could not be synced, for instance.
 TEST(Tally, KnowsThatARunFailedAfterItsJobs) {
-  for (const auto &[severity, isLate, hasFailed] :
-       {std::tuple{V_SEVERITY_ERROR, true, true}, {V_SEVERITY_WARNING, true, false}, {V_SEVERITY_ERROR, false, false}}) {
+  for (const auto &[severity, isLate, hasFailed] : {std::tuple{V_SEVERITY_ERROR, true, true},
+                                                    {V_SEVERITY_WARNING, true, false},
+                                                    {V_SEVERITY_ERROR, false, false}}) {
     host::RunRecorder recorder;
     recorder.OnRunEvent({.kind = V_RUN_BEGINS, .count = 1});
     if (isLate) {
