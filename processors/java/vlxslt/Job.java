@@ -110,6 +110,8 @@ final class Job {
       diagnostics.failOn(Severity.FATAL);
       diagnostics.setSubject(outputAddress());
       secondaryOutputs = outputs.commit();
+      outputs.forEachLoss((file, loss) -> diagnostics.report(
+          new Diagnostic(Severity.WARNING, loss, Place.of(Addresses.ofPath(file.toString())), null), null));
     }
   }
 

@@ -8,6 +8,7 @@ import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Optional;
+import java.util.function.BiConsumer;
 import java.util.stream.Stream;
 
 /** All outputs of one transformation, committed together at its end. Closing without a commit leaves nothing behind. */
@@ -23,7 +24,7 @@ final class Outputs implements AutoCloseable {
    * is not trusted with other folders.
    */
   Outputs(Path principal, Path result, boolean besideOnly) throws IOException {
-    this.principal = new OutputFile(principal);
+    this.principal = new OutputFile(principal, principal.equals(result));
     this.result = result;
     this.besideOnly = besideOnly;
     files.add(this.principal);
@@ -42,7 +43,8 @@ final class Outputs implements AutoCloseable {
       WriteGate.admit(file, result, besideOnly);
       Files.createDirectories(file.toAbsolutePath().getParent());
       // A stylesheet that names its principal result itself means the file that is put in its place.
-      OutputFile output = new OutputFile(isResult(file) ? principal.path() : file);
+      OutputFile output =
+          isResult(file) ? new OutputFile(principal.path(), principal.isFinal()) : new OutputFile(file, true);
       files.add(output);
       if (others().anyMatch(other -> other != output && other.hasTargetOf(output)))
         throw new IOException(Text.OUTPUT_TAKEN.with());
@@ -99,9 +101,9 @@ final class Outputs implements AutoCloseable {
   List<String> commit() throws IOException {
     if (refusal != null)
       throw refusal;
-    // All are closed before the first takes its place: a full disk shows here at the latest.
+    // All are complete before the first takes its place: a full disk shows here at the latest.
     for (OutputFile file : files)
-      file.close();
+      file.complete();
     // A stylesheet that names its principal result itself leaves nothing but a declaration in the unnamed one.
     if (others().anyMatch(principal::hasTargetOf)) {
       if (!principal.isBlank())
@@ -115,6 +117,12 @@ final class Outputs implements AutoCloseable {
         file.commit();
     });
     return others().filter(file -> !file.hasTargetOf(principal)).map(file -> file.path().toString()).toList();
+  }
+
+  /** What could not be kept of the files that were replaced: the file and, in words, what. */
+  void forEachLoss(BiConsumer<Path, String> consumer) {
+    for (OutputFile file : files)
+      file.losses().forEach(loss -> consumer.accept(file.path(), loss));
   }
 
   @Override

@@ -44,7 +44,9 @@ enum Text {
   FRAGMENT_MISSING,
   WRITE_REFUSED,
   EXTENSION_REFUSED,
-  EXTENSIONS_OFF;
+  EXTENSIONS_OFF,
+  OTHER_NAMES_KEEP_OLD,
+  PERMISSIONS_NOT_KEPT;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};

@@ -82,6 +82,7 @@ public final class VLXSLTJavaLayer {
     AddressGate.trust(List.of(hosts));
     WriteGate.allow(List.of(writeFolders));
     allowsExtensions = extensions;
+    OutputFile.setSyncs(syncsOutputs);
     processors.clear();
     forgetEverything();
   }
