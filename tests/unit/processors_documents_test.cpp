@@ -168,6 +168,7 @@ TEST_F(Documents, HaveAddressesOfOneSpelling) {
 // Announced to the host with a start and an end, asked for once, and in the list of what a job read.
 TEST_F(Documents, AreAnnouncedWhereverTheyComeFrom) {
   const HttpServer server(folder.Root());
+  processor.SetPolicy({.hosts = {"127.0.0.1"}});
   Write("net.dtd", "<!ENTITY word 'fetched'>");
   Write("net.xml", "<!DOCTYPE d SYSTEM 'net.dtd'><d>&word;</d>");
   Write("net.xsl", Stylesheet("<xsl:template name='n'>module </xsl:template>"));
@@ -248,6 +249,7 @@ TEST_F(Documents, AreToldOfWhereTheyAreAtFault) {
   expect({Write("none.xml", "<!--\n-->\n<d/>"), "", "none.xml, line 3, char ", "No stylesheet"});
   expect({Write("empty.xml", ""), plain, "empty.xml, line 1, char 1", "Premature end of file"});
   const HttpServer server(folder.Root());
+  processor.SetPolicy({.hosts = {"127.0.0.1", "no-such-host.invalid"}});
   for (const auto &[reference, reason] :
        {std::pair{server.Address("gone.xsl"), "gone.xsl: there is no such document."},
         std::pair{std::string("http://no-such-host.invalid/m.xsl"), "m.xsl: there is no such host."}})
