@@ -22,7 +22,7 @@ public final class VLXSLTJavaLayer {
   /** Stands for "leave the stylesheet's own default" where a value is expected. */
   private static final String NO_VALUE = "<no value>";
 
-  private record Processor(TransformerFactory factory, ProcessorAdapter adapter) {}
+  private record Processor(String className, String[] attributes, TransformerFactory factory, ProcessorAdapter adapter) {}
 
   private record FactoryKey(String className, FactoryAttributes attributes) {}
 
@@ -123,6 +123,8 @@ public final class VLXSLTJavaLayer {
     try {
       if (current == null)
         throw new IllegalStateException(Text.NO_PROCESSOR_SELECTED.with());
+      if (parsers.hasTooManyNames())
+        startAnew();
       job.run(current.adapter(), stylesheets);
       return 1;
     } catch (Throwable e) {
@@ -147,7 +149,7 @@ public final class VLXSLTJavaLayer {
     if (processor == null) {
       TransformerFactory factory = TransformerFactory.newInstance(tClass, null);
       key.attributes.apply(factory);
-      processor = new Processor(factory, ProcessorAdapter.of(factory, key.attributes));
+      processor = new Processor(tClass, attributes, factory, ProcessorAdapter.of(factory, key.attributes));
       processors.put(key, processor);
     }
     return processor;
@@ -179,5 +181,12 @@ public final class VLXSLTJavaLayer {
   private void forgetEverything() {
     stylesheets.clear();
     parsers.clear();
+  }
+
+  // Processors have pools of names too, which grow as those of the parsers do.
+  private void startAnew() {
+    forgetEverything();
+    processors.clear();
+    current = find(current.className, current.attributes);
   }
 }
