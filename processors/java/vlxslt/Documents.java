@@ -148,6 +148,9 @@ final class Documents {
     } catch (SAXParseException e) {
       diagnostics.rememberPlace(e);
       throw e;
+    } catch (VirtualMachineError e) {
+      diagnostics.remember(e);
+      throw e;
     } finally {
       if (opened.getByteStream() != null)
         opened.getByteStream().close();

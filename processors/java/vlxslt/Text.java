@@ -38,7 +38,8 @@ enum Text {
   HOST_UNKNOWN,
   NOT_THERE,
   ATTRIBUTE_REFUSED,
-  NO_NAMED_START;
+  NO_NAMED_START,
+  OUT_OF_OTHER_MEMORY;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};

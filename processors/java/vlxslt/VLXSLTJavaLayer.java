@@ -128,7 +128,7 @@ public final class VLXSLTJavaLayer {
       job.run(current.adapter(), stylesheets);
       return 1;
     } catch (Throwable e) {
-      if (e instanceof OutOfMemoryError)
+      if (Failures.chainOf(e).stream().anyMatch(OutOfMemoryError.class::isInstance))
         forgetEverything();
       job.end(e);
       return 0;
