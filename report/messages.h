@@ -130,7 +130,7 @@ enum class MessageId : uint16_t {
   JavaGivenUp = 18246,
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
-  JavaLayerLast = 18283,
+  JavaLayerLast = 18284,
   OptionsUnreadable = 18300,
   NestedTooDeep = 18301,
   EntityNotRead = 18302,

@@ -30,6 +30,8 @@ final class Documents {
     DATA
   }
 
+  // Processors take the square of the depth to compile what is nested.
+  private static final int MAX_DEPTH_OF_STYLESHEET = 10_000;
   private static final ThreadLocal<Documents> OF_THREAD = new ThreadLocal<>();
 
   private final IVLXSLTJavaHandler handler;
@@ -84,6 +86,19 @@ final class Documents {
     return source(address, files, Purpose.PRINCIPAL);
   }
 
+  /** The same for a stylesheet. */
+  SAXSource stylesheet(String address, FilesRead files) {
+    return stylesheet(address, files, Purpose.PRINCIPAL);
+  }
+
+  private SAXSource stylesheet(String address, FilesRead files, Purpose purpose) {
+    XMLReader reader = new DocumentReader((input, settings) -> {
+      settings.maxDepth = MAX_DEPTH_OF_STYLESHEET;
+      read(input, settings, files, purpose);
+    }, false);
+    return new SAXSource(reader, new InputSource(address));
+  }
+
   /** The same for the input of a transformation. */
   SAXSource inputSource(String address, FilesRead files) {
     return source(address, files, Purpose.PRINCIPAL, includes);
@@ -107,7 +122,9 @@ final class Documents {
         return null;
       String address = resolve(base, Addresses.withoutFragment(href));
       boolean isOurs = address != null && (Addresses.isOfFile(address) || Addresses.isNetwork(address));
-      return isOurs ? (Source) source(address, files, purpose) : null;
+      if (!isOurs)
+        return null;
+      return purpose == Purpose.MODULE ? stylesheet(address, files, purpose) : source(address, files, purpose);
     };
   }
 

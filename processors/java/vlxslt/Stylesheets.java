@@ -109,7 +109,7 @@ final class Stylesheets {
     diagnostics.setSubject(address);
     job.documents().noteUnasked(modules);
     try {
-      Stylesheet stylesheet = processor.compile(job.documents().source(address, modules), job, modules);
+      Stylesheet stylesheet = processor.compile(job.documents().stylesheet(address, modules), job, modules);
       diagnostics.failOn(Severity.ERROR);
       if (stylesheet == null)
         throw new TransformerConfigurationException(Text.STYLESHEET_NOT_COMPILED.with());

@@ -39,7 +39,8 @@ enum Text {
   NOT_THERE,
   ATTRIBUTE_REFUSED,
   NO_NAMED_START,
-  OUT_OF_OTHER_MEMORY;
+  OUT_OF_OTHER_MEMORY,
+  NESTED_TOO_DEEP;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};
