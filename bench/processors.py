@@ -48,6 +48,17 @@ def report_cost(what: str, own: tuple[float, ...], without: tuple[float, ...]) -
           f"ratio {own[0] / without[0]:.2f}, processor {own[2] / without[2]:.2f}", flush=True)  # fmt: skip
 
 
+def write_messages(folder: Path) -> tuple[Path, Path]:
+    """An input and a stylesheet that says something 100,000 times."""
+    source, stylesheet = folder / "messages.xml", folder / "messages.xsl"
+    source.write_text("<a>" + "<i/>" * 100_000 + "</a>")
+    stylesheet.write_text(
+        '<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"><xsl:template match="i">'
+        '<xsl:message>message number <xsl:value-of select="position()"/></xsl:message></xsl:template></xsl:stylesheet>'
+    )
+    return source, stylesheet
+
+
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", type=Path, default=peers.PROJECT / "build/release")
@@ -95,6 +106,12 @@ def main() -> int:
         good &= report(f"{len(topics)} topics", *best([own(topics, "all"), peer(flat, "all")], arguments.rounds), 0.55)
         report_cost(f"{len(topics)} topics with their sync to the disk",
                     *best([own(topics, "synced"), own(topics, "unsynced", unsynced)], arguments.rounds))  # fmt: skip
+        source, talk = write_messages(folder)
+        run = [str(vlxslt), "--config", str(configuration), "run", str(source), "--xsl", str(talk), "--yes", "-o"]
+        java = [str(peers.find_java_home() / "bin/java"), "-cp", ":".join(map(str, peers.SAXON_12.jars))]
+        saxon = [*java, "net.sf.saxon.Transform", f"-s:{source}", f"-xsl:{talk}"]
+        good &= report("100,000 messages", *best([lambda number: [*run, str(folder / "own-said")],
+                       lambda number: [*saxon, f"-o:{folder}/peer-said"]], arguments.rounds), 2.0)  # fmt: skip
         request = [str(vlxslt), "--config", str(configuration), "call", "XSLTGetTrScenarioFile nothing"]
         seconds = min(measure(request)[0] for _ in range(10))
         print(f"a request that transforms nothing: {seconds * 1000:.0f} ms, at most 50 ms")

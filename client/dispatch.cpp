@@ -38,7 +38,7 @@ int32_t RunStatus(std::string_view options, Processor &processor) {
 
 TypedValues AnswerRun(std::string_view text, Processor &processor) {
   const std::string_view options = text.substr(kit::runRequestName.size());
-  report::ResetLog(WantsConsole(options));
+  report::ResetLog(WantsConsole(options), WantsLog(options) ? report::LogKeeping::Text : report::LogKeeping::EchoOnly);
   V_ApiSetError(RunStatus(options, processor));
   TypedValues reply;
   reply.AddInteger(V_ApiGetError());

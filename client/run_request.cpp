@@ -28,7 +28,7 @@ struct Option {
   Apply apply;
 };
 
-// For the option that is looked for before anything is parsed.
+// For the options that are looked for before anything is parsed.
 RequestCheck DoNothing(RunRequest &, Values) { return RequestCheck::Accepted; }
 
 template <bool RunRequest::*Flag, bool Value> RequestCheck SetFlag(RunRequest &request, Values) {
@@ -117,6 +117,7 @@ template <int IncludeSubFolders> RequestCheck AddFolder(RunRequest &request, Val
 }
 
 constexpr std::string_view quietOption = "-dontusevlconsole";
+constexpr std::string_view withoutLogOption = "-dontreturnlog";
 
 constexpr std::array options = {
     Option{quietOption, 0, DoNothing},
@@ -137,6 +138,7 @@ constexpr std::array options = {
     Option{"-sparam", 2, AddParameter},
     Option{"-usepi", 0, SetFlag<&RunRequest::usePI, true>},
     // Of our own hosts.
+    Option{withoutLogOption, 0, DoNothing},
     Option{"-makefolders", 0, SetFlag<&RunRequest::makeFolders, true>},
     Option{"-distinctoutputs", 0, SetFlag<&RunRequest::distinctOutputs, true>},
     Option{"-filecontent", 1, AddContent<&RunRequest::inputs, &RunRequest::inputContents>},
@@ -169,6 +171,12 @@ template <class Visit> RequestCheck ForEachOption(std::string_view text, Visit v
   return RequestCheck::Accepted;
 }
 
+bool HasOption(std::string_view request, std::string_view name) {
+  return ForEachOption(request, [&](const Option &option, Values) {
+           return option.name == name ? RequestCheck::Refused : RequestCheck::Accepted;
+         }) == RequestCheck::Refused;
+}
+
 } // namespace
 
 std::string_view ScopeName(InputKind kind) {
@@ -178,11 +186,8 @@ std::string_view ScopeName(InputKind kind) {
   return names.at(static_cast<size_t>(kind));
 }
 
-bool WantsConsole(std::string_view request) {
-  return ForEachOption(request, [](const Option &option, Values) {
-           return option.name == quietOption ? RequestCheck::Refused : RequestCheck::Accepted;
-         }) == RequestCheck::Accepted;
-}
+bool WantsConsole(std::string_view request) { return !HasOption(request, quietOption); }
+bool WantsLog(std::string_view request) { return !HasOption(request, withoutLogOption); }
 
 RequestCheck ParseRunOptions(std::string_view text, RunRequest &request) {
   return ForEachOption(text, [&](const Option &option, Values values) { return option.apply(request, values); });

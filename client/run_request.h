@@ -57,6 +57,8 @@ enum class RequestCheck { Refused, Accepted };
 
 // Whether the request keeps the host's console quiet; asked first, so that no message is echoed too much.
 [[nodiscard]] bool WantsConsole(std::string_view request);
+// Whether the reply is to hold the log; asked first as well.
+[[nodiscard]] bool WantsLog(std::string_view request);
 
 // Refused when a folder that it names does not exist.
 [[nodiscard]] RequestCheck ParseRunOptions(std::string_view options, RunRequest &request);

@@ -92,7 +92,8 @@ std::optional<std::string> HostServices::Choose(const FileChooser &chooser) {
 
 void HostServices::WriteConsole(const std::string &text) {
   front.WriteConsole(text);
-  record.console.push_back(text == "\n" ? "" : text);
+  if (keepsConsole)
+    record.console.push_back(text == "\n" ? "" : text);
 }
 
 void HostServices::ReportRunEvent(RunEvent event) {

@@ -63,6 +63,7 @@ public:
   // For the session that owns this.
   [[nodiscard]] Documents &OpenDocuments() { return documents; }
   [[nodiscard]] SessionRecord &Record() { return record; }
+  void KeepConsole(bool isKept) { keepsConsole = isKept; }
   [[nodiscard]] const Configuration &Settings() const { return configuration; }
   [[nodiscard]] std::string ApplicationOf(const Document &document) const;
   void Listen(RunListener *next) { listener = next; }
@@ -88,6 +89,7 @@ private:
   TempFolder tempFolder;
   KeptOutputs keptOutputs;
   SessionRecord record;
+  bool keepsConsole = true;
   DialogHost dialogs;
   VlDispatcher dispatcher;
   XmlUtilities utilities;

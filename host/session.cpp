@@ -57,6 +57,8 @@ void Session::KeepOutputsIn(std::string folder) { services->KeepOutputsIn(std::m
 
 const SessionRecord &Session::Record() const { return services->Record(); }
 
+void Session::KeepConsole(bool isKept) { services->KeepConsole(isKept); }
+
 SessionRecord Session::TakeRecord() { return std::exchange(services->Record(), {}); }
 
 const Configuration &Session::Settings() const { return services->Settings(); }

@@ -79,6 +79,8 @@ public:
   // Where copies of opened and launched temporary outputs go, a folder for each run.
   void KeepOutputsIn(std::string folder);
   [[nodiscard]] const SessionRecord &Record() const;
+  // Whether the record holds the lines of the console, which it does unless told otherwise.
+  void KeepConsole(bool isKept);
   // The record begins anew.
   [[nodiscard]] SessionRecord TakeRecord();
   [[nodiscard]] const Configuration &Settings() const;

@@ -131,7 +131,7 @@ enum class MessageId : uint16_t {
   JavaGivenUp = 18246,
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
-  JavaLayerLast = 18290,
+  JavaLayerLast = 18292,
   OtherNamesKeepOld = 18289,
   PermissionsNotKept = 18290,
   OptionsUnreadable = 18300,

@@ -9,7 +9,13 @@ namespace {
 
 struct Log {
   bool echo = false;
+  LogKeeping keeping = LogKeeping::Text;
   std::string text;
+
+  void Append(std::string_view piece) {
+    if (keeping == LogKeeping::Text)
+      text += piece;
+  }
 };
 
 Log &TheLog() {
@@ -24,14 +30,15 @@ void AppendLine(std::string_view line) {
   Log &log = TheLog();
   if (log.echo)
     V_ApiWriteConsole(std::string(line).c_str());
-  log.text.append(line).append("\n");
+  log.Append(line);
+  log.Append("\n");
 }
 
 void WriteBlankLine() {
   Log &log = TheLog();
   if (log.echo)
     V_ApiWriteConsole("\n");
-  log.text += "\n\n";
+  log.Append("\n\n");
 }
 
 void WriteStartSection(const StartSection &section) {
@@ -84,9 +91,9 @@ struct Rendering {
 
 } // namespace
 
-void ResetLog(bool echo) {
+void ResetLog(bool echo, LogKeeping keeping) {
   V_ApiSetInt(V_SESSION, V_SP_LOG_ECHO, echo ? 1 : 0);
-  TheLog() = Log{echo, {}};
+  TheLog() = Log{echo, keeping, {}};
 }
 
 bool HostEcho() { return V_ApiGetInt(V_SESSION, V_SP_LOG_ECHO) != 0; }

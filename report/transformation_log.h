@@ -11,8 +11,11 @@
 
 namespace report {
 
+// Whether the text is there to be asked for, or what is echoed is all there is: a run may say millions of things.
+enum class LogKeeping { Text, EchoOnly };
+
 // Empties the text, keeps the flag and mirrors it in the host's session.
-void ResetLog(bool echo);
+void ResetLog(bool echo, LogKeeping keeping = LogKeeping::Text);
 // The session's echo setting, as the host holds it now.
 [[nodiscard]] bool HostEcho();
 

@@ -41,7 +41,11 @@ ExitCode Run(Environment environment, const RunOptions &options) {
   RunReport report(environment, options, request);
   if (!report.Problem().empty())
     return Refuse(report.Problem());
-  const ExitCode code = report.Finish(environment.session.Send(kit::xsltName, request.Text()));
+  // A run may say millions of things. The console shows them at once; nothing keeps them unless they are printed.
+  const bool keepsLog = environment.options.printsJson;
+  environment.session.KeepConsole(keepsLog);
+  const ExitCode code = report.Finish(
+      environment.session.Send(kit::xsltName, keepsLog ? request.Text() : request.Text() + " -dontreturnlog"));
   if (!WritesStandardOutput(options) || streams.WriteOutput())
     return code;
   PrintError("standard output cannot take the result");

@@ -7,6 +7,7 @@
 #include <array>
 #include <set>
 #include <sstream>
+#include <utility>
 
 namespace host {
 
@@ -54,6 +55,9 @@ std::string FormatOf(const std::string &target) {
   return std::ranges::any_of(ditaExtensions, matches) ? "dita" : extension;
 }
 
+// Without the element that it names inside a topic.
+std::string_view BareKey(std::string_view key) { return key.substr(0, key.find('/')); }
+
 } // namespace
 
 std::string ResolveHref(std::string_view href, const std::string &fromPath) {
@@ -88,6 +92,7 @@ KeySpace::KeySpace(DitaMapFiles &files, const std::string &rootMap) : waiting{ro
     if (const xmlNode *root = files.FindRoot(path))
       CollectFrom(root, path);
   }
+  Settle();
 }
 
 // In document order. The elements around the current one are kept here and not on the stack of the thread.
@@ -117,23 +122,41 @@ void KeySpace::CollectFrom(const xmlNode *root, const std::string &mapPath) {
 void KeySpace::Collect(const xmlNode &element, const TopicReference &reference) {
   std::istringstream names(Attribute(element, "keys"));
   for (std::string name; names >> name;)
-    keys.try_emplace(name, KeyDefinition{reference.target, Attribute(element, "keyref"), Attribute(element, "scope"),
-                                         Attribute(element, "format")});
+    keys.try_emplace(name, Key{.definition = {reference.target, Attribute(element, "keyref"),
+                                              Attribute(element, "scope"), Attribute(element, "format")}});
   if (reference.kind == TargetKind::Map)
     waiting.push_back(reference.target);
 }
 
-const KeyDefinition *KeySpace::Find(std::string_view key) const {
-  // At most as many steps as there are keys: more would be a cycle.
-  for (size_t steps = 0; steps <= keys.size(); ++steps) {
-    const auto found = keys.find(key.substr(0, key.find('/')));
-    if (found == keys.end())
-      return nullptr;
-    if (!found->second.href.empty() || found->second.nextKey.empty())
-      return &found->second;
-    key = found->second.nextKey;
+KeySpace::Key *KeySpace::Look(std::string_view key) {
+  const auto found = keys.find(BareKey(key));
+  return found == keys.end() ? nullptr : &found->second;
+}
+
+// Once and for all: thousands of keys may be defined by each other, in a ring at that, which leads nowhere.
+void KeySpace::Settle() {
+  for (auto &[name, first] : keys) {
+    std::vector<Key *> chain;
+    const KeyDefinition *end = nullptr;
+    for (Key *at = &first; at; at = Look(at->definition.nextKey)) {
+      if (std::exchange(at->isSettled, true)) {
+        end = at->end;
+        break;
+      }
+      chain.push_back(at);
+      if (!at->definition.href.empty() || at->definition.nextKey.empty()) {
+        end = &at->definition;
+        break;
+      }
+    }
+    for (Key *each : chain)
+      each->end = end;
   }
-  return nullptr;
+}
+
+const KeyDefinition *KeySpace::Find(std::string_view key) const {
+  const auto found = keys.find(BareKey(key));
+  return found == keys.end() ? nullptr : found->second.end;
 }
 
 bool HoldsReferences(const xmlNode &element) {

@@ -57,8 +57,16 @@ public:
 private:
   void CollectFrom(const xmlNode *root, const std::string &mapPath);
   void Collect(const xmlNode &element, const TopicReference &reference);
+  void Settle();
 
-  std::map<std::string, KeyDefinition, std::less<>> keys;
+  struct Key {
+    KeyDefinition definition;
+    const KeyDefinition *end = nullptr; // where it leads, of keys that define keys
+    bool isSettled = false;
+  };
+  [[nodiscard]] Key *Look(std::string_view key);
+
+  std::map<std::string, Key, std::less<>> keys;
   std::vector<std::string> waiting; // included maps not yet read
 };
 

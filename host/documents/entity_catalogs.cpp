@@ -1,5 +1,6 @@
 #include "host/documents/entity_catalogs.h"
 
+#include "host/documents/catalog_search.h"
 #include "host/documents/xml_file.h"
 #include "kit/paths.h"
 
@@ -64,14 +65,11 @@ std::string Usable(const std::string &answer) {
 EntityCatalogs::EntityCatalogs(std::vector<std::string> catalogFiles, Missing missingFiles, Warn warn)
     : paths(std::move(catalogFiles)), missing(missingFiles), warning(std::move(warn)) {}
 
-EntityCatalogs::~EntityCatalogs() { Unload(); }
-
-void EntityCatalogs::Unload() {
+EntityCatalogs::~EntityCatalogs() {
   catalogs.clear();
   // Or what is loaded next would be answered from these files.
   if (isLoaded)
     xmlCatalogCleanup();
-  isLoaded = false;
 }
 
 std::string EntityCatalogs::Resolve(const std::string &publicId, const std::string &baseUri,
@@ -110,24 +108,16 @@ std::string EntityCatalogs::LookUp(const std::string &publicId, const std::strin
 
 template <class Ask> std::string EntityCatalogs::AskEach(Ask ask) {
   std::string answer;
-  for (size_t index = 0; index < catalogs.size() && answer.empty(); ++index) {
+  for (size_t index = 0; index < catalogs.size() && answer.empty(); ++index)
     answer = Usable(TakeXmlText(ask(catalogs[index].handle.Get())));
-    if (std::exchange(hasCycle, false)) {
-      WarnOnce(catalogs[index].path, catalogs[index].path + ": catalog: it includes itself, maybe through another one");
-      Unload();
-      Load();
-    }
-  }
   return answer;
 }
 
 void EntityCatalogs::NoteError(const xmlError &error) {
-  if (error.code == XML_CATALOG_RECURSION) {
-    hasCycle = true;
-  } else if (error.level >= XML_ERR_ERROR && error.file) {
-    const std::string file = kit::UrlToPath(error.file);
-    WarnOnce(file, DescribeXmlError(file, &error, "catalog: "));
-  }
+  if (error.level < XML_ERR_ERROR || !error.file)
+    return;
+  const std::string file = kit::UrlToPath(error.file);
+  WarnOnce(file, DescribeXmlError(file, &error, "catalog: "));
 }
 
 void EntityCatalogs::Load() {
@@ -142,11 +132,22 @@ void EntityCatalogs::Load() {
       if (missing == Missing::Reported)
         WarnOnce(file, file + ": catalog: there is no such file");
     } else {
-      AnonymousFile wrapper(MakeWrapperCatalog(file));
-      auto handle = kit::Handle<xmlCatalog, xmlFreeCatalog>::Adopt(xmlLoadACatalog(wrapper.Path().c_str()));
-      catalogs.push_back({file, std::move(wrapper), std::move(handle)});
+      Load(file);
     }
   }
+}
+
+void EntityCatalogs::Load(const std::string &file) {
+  CatalogCheck check = CheckCatalog(file);
+  if (!check.problem.empty()) {
+    WarnOnce(file, file + ": catalog: it is not used: " + check.problem);
+    return;
+  }
+  if (check.hasRing)
+    WarnOnce(file, file + ": catalog: it includes itself, maybe through another one");
+  AnonymousFile wrapper(MakeWrapperCatalog(check.copies.empty() ? file : check.copies.back().Path()));
+  auto handle = kit::Handle<xmlCatalog, xmlFreeCatalog>::Adopt(xmlLoadACatalog(wrapper.Path().c_str()));
+  catalogs.push_back({std::move(check.copies), std::move(wrapper), std::move(handle)});
 }
 
 void EntityCatalogs::WarnOnce(const std::string &file, const std::string &line) {

@@ -35,13 +35,13 @@ public:
 
 private:
   struct Catalog {
-    std::string path;
-    AnonymousFile wrapper; // read by libxml2 at the first question, not when it is loaded
+    std::vector<AnonymousFile> copies;
+    AnonymousFile wrapper; // these are read by libxml2 at the first question, not when it is loaded
     kit::Handle<xmlCatalog, xmlFreeCatalog> handle;
   };
 
   void Load();
-  void Unload();
+  void Load(const std::string &file);
   void NoteError(const xmlError &error);
   [[nodiscard]] std::string LookUp(const std::string &publicId, const std::string &baseUri,
                                    const std::string &systemId);
@@ -52,7 +52,6 @@ private:
   Missing missing;
   Warn warning;
   bool isLoaded = false;
-  bool hasCycle = false; // a catalog includes itself; libxml2 finds nothing more in what it has loaded
   std::vector<Catalog> catalogs;
   std::unordered_map<std::string, std::string> answers;
   std::vector<std::string> warnedAbout;

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace VLXSLT {
@@ -20,17 +21,19 @@ using processors::ReadString;
 processors::JavaPump *pumpOfMachine = nullptr;
 thread_local processors::JobResult *resultOfThread = nullptr;
 
+template <class Call> void Guard(const Call &call) {
+  try {
+    call();
+  } catch (...) {
+    report::ReportProblem(report::MessageId::ProcessorMessageLost);
+  }
+}
+
 // Runs on the host's thread while this one waits. No C++ exception crosses a Java frame; what cannot be carried out for
 // lack of memory is left out.
 template <class Call> void OnHost(Call call) noexcept {
   try {
-    const processors::JavaPump::Task guarded = [&call] {
-      try {
-        call();
-      } catch (...) {
-        report::ReportProblem(report::MessageId::ProcessorMessageLost);
-      }
-    };
+    const processors::JavaPump::Task guarded = [&call] { Guard(call); };
     pumpOfMachine->RunOnHost(guarded);
   } catch (...) {
     return;
@@ -50,7 +53,13 @@ void JNICALL NativeReport(JNIEnv *environment, jobject, jstring message, jstring
 }
 
 void JNICALL NativeMessage(JNIEnv *environment, jobject, jstring message) noexcept {
-  OnHost([text = ReadString(environment, message)] { Handler().Message(text); });
+  try {
+    std::string text = ReadString(environment, message);
+    const size_t size = text.size();
+    pumpOfMachine->LeaveToHost([text = std::move(text)] { Guard([&] { Handler().Message(text); }); }, size);
+  } catch (...) {
+    return; // for lack of memory
+  }
 }
 
 jstring JNICALL NativeResolve(JNIEnv *environment, jobject, jstring, jstring publicId, jstring baseUri,

@@ -10,6 +10,10 @@ namespace {
 // Enough for recursion over long documents; endless recursion exhausts it within a second or two.
 constexpr size_t stackSize = size_t{256} << 20;
 constexpr auto questionInterval = std::chrono::milliseconds(200);
+// The host's thread waits so long for more of what is left to it: to wake it for each would take most of the time.
+constexpr auto collectingTime = std::chrono::milliseconds(10);
+constexpr size_t maxLeft = 1000;
+constexpr size_t maxSizeOfLeft = size_t{4} << 20;
 
 } // namespace
 
@@ -53,7 +57,7 @@ void JavaPump::Work() {
 
 // Until the task is done, there is a call, or the thread is abandoned, which the condition may do.
 void JavaPump::AwaitNews(std::unique_lock<std::mutex> &lock, const Condition &mustGiveUp) {
-  const auto hasNews = [this] { return !task || call || isAbandoned; };
+  const auto hasNews = [this] { return HasNews(); };
   if (!mustGiveUp) {
     changed.wait(lock, hasNews);
     return;
@@ -74,6 +78,22 @@ void JavaPump::AwaitNews(std::unique_lock<std::mutex> &lock, const Condition &mu
   }
 }
 
+bool JavaPump::IsFull() const { return left.size() >= maxLeft || sizeOfLeft >= maxSizeOfLeft; }
+
+void JavaPump::AwaitMoreLeft(std::unique_lock<std::mutex> &lock) {
+  changed.wait_for(lock, collectingTime, [this] { return !task || call || isAbandoned || IsFull(); });
+}
+
+void JavaPump::RunLeft(std::unique_lock<std::mutex> &lock) {
+  const std::vector<Task> calls = std::exchange(left, {});
+  sizeOfLeft = 0;
+  changed.notify_all();
+  lock.unlock();
+  for (const Task &each : calls)
+    each();
+  lock.lock();
+}
+
 bool JavaPump::RunOnJava(Task given, const Condition &mustGiveUp) {
   if (!Start())
     return false;
@@ -84,6 +104,11 @@ bool JavaPump::RunOnJava(Task given, const Condition &mustGiveUp) {
   changed.notify_all();
   for (;;) {
     AwaitNews(lock, mustGiveUp);
+    if (!left.empty()) {
+      AwaitMoreLeft(lock);
+      RunLeft(lock);
+      continue;
+    }
     if (isAbandoned) {
       call = nullptr;
       changed.notify_all();
@@ -109,6 +134,17 @@ void JavaPump::RunOnHost(const Task &given) {
   call = &given;
   changed.notify_all();
   changed.wait(lock, [this, &given] { return call != &given; });
+}
+
+void JavaPump::LeaveToHost(Task given, size_t size) {
+  std::unique_lock lock(mutex);
+  changed.wait(lock, [this] { return !IsFull() || !task || isAbandoned; });
+  if (!task || isAbandoned)
+    return;
+  left.push_back(std::move(given));
+  sizeOfLeft += size;
+  if (left.size() == 1 || IsFull())
+    changed.notify_all();
 }
 
 void JavaPump::Abandon() {

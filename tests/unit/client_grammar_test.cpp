@@ -74,6 +74,8 @@ TEST_F(Grammar, OnlyAnOptionQuietsTheConsole) {
   EXPECT_TRUE(client::WantsConsole("-file -trname"));
   EXPECT_FALSE(client::WantsConsole("-trname x -DontUseVLConsole"));
   EXPECT_TRUE(client::WantsConsole("-trname -dontusevlconsole")) << "it is the name of a transformation here";
+  EXPECT_TRUE(client::WantsLog("-file -dontreturnlog"));
+  EXPECT_FALSE(client::WantsLog("-usepi -dontreturnlog"));
 }
 
 TEST_F(Grammar, InputsComeFromWhatTheHostHasOpen) {

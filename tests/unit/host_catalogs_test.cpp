@@ -87,6 +87,34 @@ TEST_F(Catalogs, FollowEveryKindOfEntry) {
   EXPECT_EQ(front.console, Names{folder.Path("main.xml") + ": catalog: it includes itself, maybe through another one"});
 }
 
+TEST_F(CatalogFiles, EndTheSearchInRingsAndHugeCatalogs) {
+  folder.Write("a.dtd", "");
+  const std::string self = "<delegateSystem systemIdStartString='http:' catalog='ring.xml'/><delegatePublic "
+                           "publicIdStartString='-//' catalog='ring.xml'/><delegateURI uriStartString='urn:' "
+                           "catalog='ring.xml'/><nextCatalog catalog='r/back.xml'/>";
+  WriteCatalog("ring.xml", self + "<nextCatalog catalog='r/../ring.xml'/>");
+  WriteCatalog("r/back.xml", "<nextCatalog catalog='../ring.xml'/><uri name='urn:a' uri='../a.dtd'/>");
+  for (int level = 0; level < 40; ++level) {
+    const std::string next = "<nextCatalog catalog='" + std::to_string(level + 1) + ".xml'/>";
+    WriteCatalog("fan/" + std::to_string(level) + ".xml", next + next);
+  }
+  std::string entries;
+  for (int entry = 0; entry < 110'000; ++entry)
+    entries += "<uri name='u' uri='u'/>";
+  WriteCatalog("huge.xml", entries);
+  for (const char *file : {"ring.xml", "fan/0.xml", "huge.xml"})
+    configuration.catalogs.push_back(folder.Path(file));
+  EXPECT_EQ(Resolve("", "", "urn:unknown"), "");
+  EXPECT_EQ(Resolve("-//X//EN", "", "http://x.example/x"), "");
+  EXPECT_EQ(Resolve("", "", "urn:a"), "a.dtd");
+  const std::string unused = ": catalog: it is not used: ";
+  EXPECT_EQ(
+      front.console,
+      (Names{folder.Path("ring.xml") + ": catalog: it includes itself, maybe through another one",
+             folder.Path("fan/0.xml") + unused + "the catalogs that it leads to refer to each other over and over",
+             folder.Path("huge.xml") + unused + folder.Path("huge.xml") + " holds more than 100000 entries"}));
+}
+
 TEST_F(Catalogs, ResolveRelativeNamesAgainstTheDocument) {
   EXPECT_EQ(Resolve("", "http://x.example/doc.xml", "s.dtd"), "dtd/s.dtd");
   EXPECT_EQ(Resolve("", "http://x.example/tree/doc.xml", "x/deep.mod"), "tree/x/deep.mod");

@@ -89,6 +89,19 @@ TEST_F(Components, AreFoundThroughKeys) {
             (Names{"sub/first.dita", "second.dita", "fallback.dita", "inner.ditamap", "inner.dita", "outer.dita"}));
 }
 
+TEST_F(Components, OfKeysInARingLeadNowhere) {
+  constexpr int count = 5000;
+  std::string keys;
+  for (int key = 0; key < count; ++key)
+    keys += "<keydef keys='k" + std::to_string(key) + "' keyref='k" + std::to_string((key + 1) % count) +
+            "'/><topicref keyref='k" + std::to_string(key) + "'/>";
+  folder.Write("t.dita", "<topic/>");
+  const std::string map = folder.Write(
+      "ring.ditamap", "<map>" + keys + "<keydef keys='in' keyref='out'/><keydef keys='out' href='t.dita'/>" +
+                          "<topicref keyref='in'/></map>");
+  EXPECT_EQ(Walk(map), Names{"t.dita"});
+}
+
 TEST_F(Components, OfABookAreItsFilesWithThoseOfMapsAndBooksInIt) {
   folder.Write("map.ditamap", "<map><topicref href='t.dita'/></map>");
   folder.Write("inner.xml", "<book><component href='chapter.xml'/><component href='outer.xml'/></book>");

@@ -22,6 +22,7 @@ final class Diagnostics implements ErrorHandler {
   private final List<Diagnostic> reported = new ArrayList<>();
   private final Map<String, Place> placesOfTexts = new HashMap<>();
   private Place subject = Place.of("");
+  private VirtualMachineError exhaustion;
 
   Diagnostics(IVLXSLTJavaHandler handler) {
     this.handler = handler;
@@ -78,8 +79,15 @@ final class Diagnostics implements ErrorHandler {
     return reported.stream().anyMatch(diagnostic -> diagnostic.severity() != Severity.WARNING);
   }
 
+  /** Java has run out of something; some processors take that for a document that is not there. */
+  void remember(VirtualMachineError thrown) {
+    exhaustion = thrown;
+  }
+
   /** Some processors tell of a problem that ends all, and then carry on with half a result. */
   void failOn(Severity worst) throws TransformerException {
+    if (exhaustion != null)
+      throw exhaustion;
     for (Diagnostic diagnostic : reported)
       if (diagnostic.severity().compareTo(worst) >= 0)
         throw new TransformerException(diagnostic.message());

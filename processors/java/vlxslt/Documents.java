@@ -31,6 +31,8 @@ final class Documents {
     DATA
   }
 
+  // Processors take the square of the depth to compile what is nested.
+  private static final int MAX_DEPTH_OF_STYLESHEET = 10_000;
   private static final ThreadLocal<Documents> OF_THREAD = new ThreadLocal<>();
 
   private final IVLXSLTJavaHandler handler;
@@ -97,6 +99,19 @@ final class Documents {
     return source(address, files, Purpose.PRINCIPAL);
   }
 
+  /** The same for a stylesheet. */
+  SAXSource stylesheet(String address, FilesRead files) {
+    return stylesheet(address, files, Purpose.PRINCIPAL);
+  }
+
+  private SAXSource stylesheet(String address, FilesRead files, Purpose purpose) {
+    XMLReader reader = new DocumentReader((input, settings) -> {
+      settings.maxDepth = MAX_DEPTH_OF_STYLESHEET;
+      read(input, settings, files, purpose);
+    }, false);
+    return new SAXSource(reader, new InputSource(address));
+  }
+
   /** The same for the input of a transformation. */
   SAXSource inputSource(String address, FilesRead files) {
     return source(address, files, Purpose.PRINCIPAL, includes);
@@ -128,7 +143,9 @@ final class Documents {
       throws AddressGate.ReadFailure {
     String reference = Addresses.withoutFragment(href);
     String address = resolve(base, reference);
-    SAXSource source = source(AddressGate.admit(address == null ? href : address), files, purpose);
+    String admitted = AddressGate.admit(address == null ? href : address);
+    SAXSource source =
+        purpose == Purpose.MODULE ? stylesheet(admitted, files, purpose) : source(admitted, files, purpose);
     if (purpose == Purpose.MODULE && href.length() > reference.length() + 1)
       source.setXMLReader(new FragmentReader(source.getXMLReader(), href.substring(reference.length() + 1)));
     return source;
@@ -172,6 +189,9 @@ final class Documents {
       throw settings.fail(e, input.getSystemId());
     } catch (SAXParseException e) {
       diagnostics.rememberPlace(e);
+      throw e;
+    } catch (VirtualMachineError e) {
+      diagnostics.remember(e);
       throw e;
     } finally {
       if (opened.getByteStream() != null)

@@ -1,8 +1,6 @@
 package vlxslt;
 
 import java.util.List;
-import java.util.Map;
-import java.util.concurrent.ConcurrentHashMap;
 import org.apache.xerces.impl.dtd.DTDGrammar;
 
 /**
@@ -26,16 +24,26 @@ final class DtdCache {
     }
   }
 
-  private final Map<String, Entry> entries = new ConcurrentHashMap<>();
+  // An estimate for dense DTDs, on the safe side; what the files say in comments counts too.
+  private static final long BYTES_PER_BYTE = 12;
+  private static final long BYTES_OF_SMALLEST = 64 << 10;
+
+  private final BoundedCache<String, Entry> entries = new BoundedCache<>(BoundedCache.partOfHeap(8));
+  private final SharedSymbols symbols = new SharedSymbols(BoundedCache.partOfHeap(16));
   private volatile int generation;
+
+  DtdCache(int run) {
+    generation = run;
+  }
+
+  /** The names in the grammars, which hold them by identity: all parsers of this cache share them. */
+  SharedSymbols symbols() {
+    return symbols;
+  }
 
   /** A new run begins: the host's catalogs may have changed since the last one. */
   void startRun(int run) {
     generation = run;
-  }
-
-  void clear() {
-    entries.clear();
   }
 
   Entry find(String publicId, String address, EntityResolution resolution) {
@@ -48,8 +56,11 @@ final class DtdCache {
   }
 
   void keep(String publicId, String address, DTDGrammar grammar, List<Module> modules) {
-    if (modules.stream().allMatch(module -> module.stamp() != null))
-      entries.put(key(publicId, address), new Entry(grammar, List.copyOf(modules), generation));
+    if (!modules.stream().allMatch(module -> module.stamp() != null))
+      return;
+    long read = modules.stream().mapToLong(module -> module.stamp().size()).sum();
+    entries.put(key(publicId, address), new Entry(grammar, List.copyOf(modules), generation),
+        BYTES_OF_SMALLEST + BYTES_PER_BYTE * read);
   }
 
   private boolean isCurrent(Entry entry, EntityResolution resolution) {

@@ -65,7 +65,8 @@ final class Failures {
 
   private static String specialText(Throwable link) {
     if (link instanceof OutOfMemoryError)
-      return outOfMemory(Runtime.getRuntime().maxMemory() >> 20);
+      return isHeapFull(link) ? outOfMemory(Runtime.getRuntime().maxMemory() >> 20)
+                              : Text.OUT_OF_OTHER_MEMORY.with(link.getMessage());
     if (link instanceof StackOverflowError)
       return Text.RECURSION_TOO_DEEP.with();
     if (link instanceof OutputFile.WriteFailure || link instanceof AddressGate.ReadFailure)
@@ -77,6 +78,12 @@ final class Failures {
     if (link instanceof AccessDeniedException denied)
       return Text.NO_PERMISSION.with(denied.getFile());
     return null;
+  }
+
+  // Java has other limits: the length of an array, the number of threads, the room for classes.
+  private static boolean isHeapFull(Throwable outOfMemory) {
+    String reason = outOfMemory.getMessage();
+    return reason == null || reason.contains("heap space") || reason.contains("GC overhead");
   }
 
   // Advises twice as much, in a round number.

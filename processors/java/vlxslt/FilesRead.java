@@ -34,6 +34,11 @@ final class FilesRead {
     return files.values().stream().allMatch(Objects::nonNull);
   }
 
+  /** How long the files among them are together. */
+  long bytes() {
+    return files.values().stream().filter(Objects::nonNull).mapToLong(FileStamp::size).sum();
+  }
+
   /** Paths, or addresses of what is no file; each once, however its address was written. */
   String[] paths() {
     Set<String> paths = new LinkedHashSet<>();

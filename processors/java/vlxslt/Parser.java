@@ -7,7 +7,6 @@ import org.apache.xerces.impl.XMLEntityManager;
 import org.apache.xerces.impl.dtd.DTDGrammar;
 import org.apache.xerces.parsers.SAXParser;
 import org.apache.xerces.util.SecurityManager;
-import org.apache.xerces.util.SymbolTable;
 import org.apache.xerces.xni.XNIException;
 import org.apache.xerces.xni.grammars.Grammar;
 import org.apache.xerces.xni.grammars.XMLGrammarDescription;
@@ -42,13 +41,16 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
   private String dtdAddress; // of the external subset, once asked for
   private List<DtdCache.Module> modules;
 
-  /** `symbols` are shared by all parsers of one cache, since a grammar holds its names by identity. */
-  Parser(DtdCache cache, SymbolTable symbols) throws SAXException {
+  Parser(DtdCache cache) throws SAXException {
     this.cache = cache;
-    parser = new SAXParser(symbols, this);
+    parser = new SAXParser(cache.symbols(), this);
     parser.setProperty(PROPERTIES + "security-manager", new SecurityManager());
     parser.setEntityResolver(this);
     entities = (XMLEntityManager) parser.getProperty(PROPERTIES + "internal/entity-manager");
+  }
+
+  boolean isOf(DtdCache other) {
+    return cache == other;
   }
 
   XMLReader reader() {

@@ -3,6 +3,7 @@ package vlxslt;
 import java.io.IOException;
 import java.util.LinkedHashMap;
 import java.util.Map;
+import org.xml.sax.Attributes;
 import org.xml.sax.ContentHandler;
 import org.xml.sax.DTDHandler;
 import org.xml.sax.EntityResolver;
@@ -17,8 +18,25 @@ import org.xml.sax.helpers.XMLFilterImpl;
 /** What a processor set on a reader before it parses; parsers are shared, so it is taken back afterwards. */
 final class ParserSettings {
   /** Passes on what it gets, and remembers where the parser is. */
-  private static final class LocatingHandler extends XMLFilterImpl {
+  private final class LocatingHandler extends XMLFilterImpl {
     private Locator locator;
+    private int depth;
+
+    @Override
+    public void startElement(String uri, String local, String name, Attributes attributes) throws SAXException {
+      if (++depth > maxDepth) {
+        SAXParseException problem = new SAXParseException(Text.NESTED_TOO_DEEP.with(maxDepth), locator);
+        ParserSettings.this.errors.fatalError(problem);
+        throw problem;
+      }
+      super.startElement(uri, local, name, attributes);
+    }
+
+    @Override
+    public void endElement(String uri, String local, String name) throws SAXException {
+      depth--;
+      super.endElement(uri, local, name);
+    }
 
     @Override
     public void setDocumentLocator(Locator documentLocator) {
@@ -55,6 +73,7 @@ final class ParserSettings {
   DTDHandler dtd;
   ErrorHandler errors;
   EntityResolver entities;
+  int maxDepth = Integer.MAX_VALUE; // of elements; where there is one, errors are handled
   final Map<String, Boolean> features = new LinkedHashMap<>();
   final Map<String, Object> properties = new LinkedHashMap<>();
   private final Map<String, Boolean> earlier = new LinkedHashMap<>();

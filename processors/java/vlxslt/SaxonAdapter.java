@@ -7,7 +7,6 @@ import java.nio.file.Path;
 import java.util.Map;
 import java.util.Set;
 import java.util.concurrent.Callable;
-import java.util.function.Consumer;
 import java.util.function.Function;
 import javax.xml.transform.Source;
 import javax.xml.transform.TransformerFactory;
@@ -113,7 +112,7 @@ final class SaxonAdapter implements ProcessorAdapter {
 
   private void run(Object transformer, Job job, Outputs outputs) throws Exception {
     SaxonDiagnostics.connect(transformer, job.diagnostics());
-    connectMessages(transformer, job.diagnostics());
+    SaxonMessages.connect(transformer, job.diagnostics(), loader);
     Reflection.call(transformer, "setURIResolver", job.documents().uriResolver(job.filesRead(), Purpose.DATA));
     Reflection.call(transformer, "setBaseOutputURI", job.outputAddress());
     Function<URI, Object> destinations = uri -> openResult(uri, outputs);
@@ -125,28 +124,6 @@ final class SaxonAdapter implements ProcessorAdapter {
     Reflection.call(transformer, "setSource", job.inputSource());
     Reflection.call(transformer, "setDestination", newSerializer(outputs.principal()));
     Reflection.call(transformer, "transform");
-  }
-
-  // Before 11 a listener of its own interface, since then a plain consumer.
-  private void connectMessages(Object transformer, Diagnostics diagnostics) throws Exception {
-    if (Reflection.method(transformer.getClass(), "setMessageHandler", 1) != null) {
-      Consumer<Object> handler = message -> diagnostics.message(textOf(Reflection.find(message, "getContent")));
-      Reflection.call(transformer, "setMessageHandler", handler);
-      return;
-    }
-    Class<?> listenerType = Class.forName(API + "MessageListener2", true, loader);
-    Object listener = Reflection.implement(listenerType, (method, arguments) -> {
-      if (method.equals("message"))
-        diagnostics.message(textOf(arguments[0]));
-      return null;
-    });
-    Reflection.call(transformer, transformer.getClass().getMethod("setMessageListener", listenerType), listener);
-  }
-
-  // Mark-up is shown as mark-up, text as text and not as it would be escaped.
-  private static String textOf(Object node) {
-    String markup = String.valueOf(node);
-    return markup.indexOf('<') >= 0 ? markup : String.valueOf(Reflection.find(node, "getStringValue"));
   }
 
   private Object openResult(URI uri, Outputs outputs) {

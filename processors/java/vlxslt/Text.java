@@ -46,7 +46,9 @@ enum Text {
   EXTENSION_REFUSED,
   EXTENSIONS_OFF,
   OTHER_NAMES_KEEP_OLD,
-  PERMISSIONS_NOT_KEPT;
+  PERMISSIONS_NOT_KEPT,
+  OUT_OF_OTHER_MEMORY,
+  NESTED_TOO_DEEP;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};

@@ -145,12 +145,14 @@ public final class VLXSLTJavaLayer {
     try {
       if (current == null)
         throw new IllegalStateException(Text.NO_PROCESSOR_SELECTED.with());
-      // A stylesheet that the input names comes from whoever wrote the input.
+      if (parsers.hasTooManyNames())
+        startAnew();
+      // A stylesheet that the input names is trusted no more than the input.
       Processor processor = job.namesStylesheet() ? find(currentKey.withoutExtensions()) : current;
       job.run(processor.adapter(), stylesheets);
       return 1;
     } catch (Throwable e) {
-      if (e instanceof OutOfMemoryError)
+      if (Failures.chainOf(e).stream().anyMatch(OutOfMemoryError.class::isInstance))
         forgetEverything();
       job.end(e);
       return 0;
@@ -207,5 +209,12 @@ public final class VLXSLTJavaLayer {
   private void forgetEverything() {
     stylesheets.clear();
     parsers.clear();
+  }
+
+  // Processors have pools of names too, which grow as those of the parsers do.
+  private void startAnew() throws Exception {
+    forgetEverything();
+    processors.clear();
+    current = find(currentKey);
   }
 }
