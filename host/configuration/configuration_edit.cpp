@@ -164,6 +164,25 @@ size_t ByteOfColumn(const std::string &line, size_t column) {
   return at;
 }
 
+// A table under a header of its own, or of dotted keys, is not one place in the text.
+bool CanReplace(const toml::table &table, const std::vector<Assignment> &changes) {
+  return std::ranges::all_of(changes, [&](const Assignment &change) {
+    const toml::table *inner = table[change.key].as_table();
+    return !inner || inner->is_inline();
+  });
+}
+
+bool CanReplaceAttributes(const toml::table &root, const ConfigurationChange &change) {
+  for (size_t index = 0; index < change.after.processors.size(); ++index)
+    if (const int origin = change.processorOrigins[index]; origin >= 0) {
+      const auto from = static_cast<size_t>(origin);
+      if (!CanReplace(*root[tableKeys[0]].as_array()->get_as<toml::table>(from),
+                      ListChanges(change.before.processors[from], change.after.processors[index], processorKeys)))
+        return false;
+    }
+  return true;
+}
+
 void ReplaceValue(Section &section, const toml::source_region &where, const std::string &value) {
   const size_t first = where.begin.line - 1 - section.firstLine;
   const size_t last = where.end.line - 1 - section.firstLine;
@@ -270,6 +289,8 @@ EditedConfiguration EditConfiguration(const std::string &text, const Configurati
   if (static_cast<size_t>(count("processor")) != change.before.processors.size() ||
       static_cast<size_t>(count("application")) != change.before.applications.size())
     return {text, "the file changed meanwhile, or holds its tables in a form that only a person can edit"};
+  if (!CanReplaceAttributes(root, change))
+    return {text, "attributes under a header of their own can only be changed by a person"};
   Apply(sections.front(), root, ListChanges(change.before, change.after, configurationKeys));
   sections = ArrangeSections(std::move(sections), root, "processor", change.before.processors, change.after.processors,
                              change.processorOrigins, processorKeys);

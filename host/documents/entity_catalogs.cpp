@@ -71,6 +71,7 @@ void EntityCatalogs::Unload() {
   // Or what is loaded next would be answered from these files.
   if (isLoaded)
     xmlCatalogCleanup();
+  files.Clear();
   isLoaded = false;
 }
 
@@ -81,6 +82,7 @@ std::string EntityCatalogs::Resolve(const std::string &publicId, const std::stri
     return known->second;
   Load();
   const ErrorListener listener([this](const xmlError &error) { NoteError(error); });
+  const CatalogFiles::Opening opening(files);
   return answers.emplace(key, LookUp(publicId, baseUri, systemId)).first->second;
 }
 
@@ -112,8 +114,11 @@ template <class Ask> std::string EntityCatalogs::AskEach(Ask ask) {
   std::string answer;
   for (size_t index = 0; index < catalogs.size() && answer.empty(); ++index) {
     answer = Usable(TakeXmlText(ask(catalogs[index].handle.Get())));
-    if (std::exchange(hasCycle, false)) {
-      WarnOnce(catalogs[index].path, catalogs[index].path + ": catalog: it includes itself, maybe through another one");
+    const std::string path = catalogs[index].path;
+    if (files.TakeCycle())
+      WarnOnce(path, path + ": catalog: it includes itself, maybe through another one");
+    if (std::exchange(isTooDeep, false)) {
+      WarnOnce(path, path + ": catalog: it includes others too deeply");
       Unload();
       Load();
     }
@@ -123,7 +128,7 @@ template <class Ask> std::string EntityCatalogs::AskEach(Ask ask) {
 
 void EntityCatalogs::NoteError(const xmlError &error) {
   if (error.code == XML_CATALOG_RECURSION) {
-    hasCycle = true;
+    isTooDeep = true;
   } else if (error.level >= XML_ERR_ERROR && error.file) {
     const std::string file = kit::UrlToPath(error.file);
     WarnOnce(file, DescribeXmlError(file, &error, "catalog: "));
