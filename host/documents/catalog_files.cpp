@@ -70,8 +70,8 @@ xmlParserInputBufferPtr CatalogFiles::Open(const char *url, xmlCharEncoding enco
   bool isWhole = true;
   for (xmlNode *element : elements)
     if (current->MustLeaveOut(path, TargetOf(document.Get(), *element))) {
-      // The element stays, since it may hold others that stay.
-      xmlUnsetProp(element, reinterpret_cast<const xmlChar *>("catalog"));
+      // A group refers to nothing by itself.
+      xmlNodeSetName(element, reinterpret_cast<const xmlChar *>("group"));
       isWhole = false;
     }
   if (isWhole)
