@@ -122,6 +122,13 @@ def collect_lines():
         yield "\n".join(events[:60]).encode()
 
 
+def collect_paths():
+    for lines in output_lines("!|"):
+        for match in re.finditer(r"(?:file:|/)[^ :\"]{3,}", "\n".join(lines).replace("${WORK}", "/work")):
+            yield match[0].encode()
+    yield from (b"file://localhost/a%20b/../c.tar.gz?q#f", b"file:a\\b", b"//server/share/", b"./.profile", b"C:\\x.xml", b"%2e%2e/%00")
+
+
 def collect_records():
     for lines in output_lines("|"):
         found = [line.replace(":N,", ":1,") for line in lines if line.startswith('{"type"')]
@@ -169,7 +176,8 @@ def collect(build):
     return {"request": collect_requests(), "catalogue": collect_catalogues(), "transformation": collect_transformations(),
             "stylesheet": collect_files(".xsl"), "resources": collect_resources(build), "script": collect_files(".script"),
             "configuration": collect_files(".toml"), "map": collect_maps(), "record": collect_records(),
-            "log_lines": collect_lines(), "entity_catalogs": [read("tests/fuzz/corpus/entity_catalogs/every_entry")]}
+            "log_lines": collect_lines(), "paths": collect_paths(),
+            "entity_catalogs": [read("tests/fuzz/corpus/entity_catalogs/every_entry")]}
 
 
 def quote(word):
