@@ -25,9 +25,7 @@ ClientSite::ClientSite() {
   fs::current_path(folder.Root());
 }
 
-void ClientSite::Keep(std::string_view name, std::string_view content) {
-  kept[folder.Write(name, content)] = content;
-}
+void ClientSite::Keep(std::string_view name, std::string_view content) { kept[folder.Write(name, content)] = content; }
 
 void ClientSite::EndInput() {
   report::ResetLog(false);

@@ -1,5 +1,5 @@
-// Any lines as a console, among any events: links stay inside their lines. A line "\x01KIND SEVERITY STATUS LINE\tPATH\t
-// TEXT" is an event, every other one a line of the console.
+// Any lines as a console, among any events: links stay inside their lines. A line "\x01KIND SEVERITY STATUS
+// LINE\tPATH\t TEXT" is an event, every other one a line of the console.
 #include "host/desktop/log_lines.h"
 #include "host/file_place.h"
 #include "tests/fuzz/fuzzing.h"

@@ -18,8 +18,8 @@ void WriteAndReadAgain(const std::string &path, const host::RunRecord &record) {
   host::RunRecord again;
   std::string error;
   fuzz::Require(host::ReadRunRecord(path, again, error), "what was written can be read");
-  fuzz::Require(again.request == record.request && again.count == record.count &&
-                    again.exitCode == record.exitCode && again.jobs.size() == record.jobs.size(),
+  fuzz::Require(again.request == record.request && again.count == record.count && again.exitCode == record.exitCode &&
+                    again.jobs.size() == record.jobs.size(),
                 "what was written is what was read");
   for (size_t index = 0; index < record.jobs.size(); ++index) {
     const host::RecordedJob &before = record.jobs[index];

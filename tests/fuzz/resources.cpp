@@ -1,6 +1,6 @@
 // Any bytes as a resource image, as a dialog template and as an item table.
-#include "kit/dialog_resource.h"
 #include "kit/resources.h"
+#include "kit/dialog_resource.h"
 #include "tests/fuzz/fuzzing.h"
 
 #include <array>

@@ -133,7 +133,8 @@ TEST_F(Catalogs, ResolveRelativeNamesAgainstTheDocument) {
   EXPECT_EQ(Resolve("", longBase, "x/deep.mod"), "tree/x/deep.mod");
 }
 
-// libxml2 would follow the cycle until the stack is full, and a folder that links to itself gives it new names without end.
+// libxml2 would follow the cycle until the stack is full, and a folder that links to itself gives it new names without
+// end.
 TEST_F(CatalogFiles, EndWhereTheyLeadBack) {
   WriteCatalog("a.xml", "<nextCatalog catalog='b.xml'/><delegateURI uriStartString='urn:' catalog='b.xml'/>");
   WriteCatalog("b.xml", "<nextCatalog catalog='loop/a.xml'/><uri name='urn:b' uri='b.xml'/>");
