@@ -154,6 +154,27 @@ std::vector<Section> SplitSections(const std::string &text, const toml::table &r
   return sections;
 }
 
+// What is under a header of its own may come anywhere later in the file.
+bool StandsInside(const Section &section, const toml::table &table) {
+  for (const auto &[key, node] : table) {
+    const size_t line = node.source().begin.line;
+    const toml::table *inner = node.as_table();
+    if (line <= section.firstLine || line > section.firstLine + section.lines.size() ||
+        (inner && !StandsInside(section, *inner)))
+      return false;
+  }
+  return true;
+}
+
+// Whether there is one section for each of `count` tables, with all of the table in it.
+bool HasSections(const std::vector<Section> &sections, const toml::table &root, std::string_view kind, size_t count) {
+  size_t index = 0;
+  for (const Section &section : sections)
+    if (section.kind == kind && !StandsInside(section, *root[kind].as_array()->get_as<toml::table>(index++)))
+      return false;
+  return index == count;
+}
+
 // Columns count characters, strings count bytes.
 size_t ByteOfColumn(const std::string &line, size_t column) {
   size_t at = 0;
@@ -283,11 +304,8 @@ EditedConfiguration EditConfiguration(const std::string &text, const Configurati
     return {text, std::string(parsed.error().description())};
   const toml::table &root = parsed.table();
   std::vector<Section> sections = SplitSections(text, root);
-  const auto count = [&](std::string_view kind) {
-    return std::ranges::count(sections, std::string(kind), &Section::kind);
-  };
-  if (static_cast<size_t>(count("processor")) != change.before.processors.size() ||
-      static_cast<size_t>(count("application")) != change.before.applications.size())
+  if (!HasSections(sections, root, tableKeys[0], change.before.processors.size()) ||
+      !HasSections(sections, root, tableKeys[1], change.before.applications.size()))
     return {text, "the file changed meanwhile, or holds its tables in a form that only a person can edit"};
   if (!CanReplaceAttributes(root, change))
     return {text, "attributes under a header of their own can only be changed by a person"};
