@@ -126,7 +126,8 @@ def collect_paths():
     for lines in output_lines("!|"):
         for match in re.finditer(r"(?:file:|/)[^ :\"]{3,}", "\n".join(lines).replace("${WORK}", "/work")):
             yield match[0].encode()
-    yield from (b"file://localhost/a%20b/../c.tar.gz?q#f", b"file:a\\b", b"//server/share/", b"./.profile", b"C:\\x.xml", b"%2e%2e/%00")
+    yield from (b"file://localhost/a%20b/../c.tar.gz?q#f", b"file:a\\b", b"//server/share/", b"./.profile", b"C:\\x.xml",
+                b"%2e%2e/%00")
 
 
 def collect_records():
