@@ -12,3 +12,8 @@ if(VLXSLT_SANITIZE)
   target_compile_options(vlxslt_options INTERFACE -fsanitize=${VLXSLT_SANITIZE} -fno-omit-frame-pointer)
   target_link_options(vlxslt_options INTERFACE -fsanitize=${VLXSLT_SANITIZE})
 endif()
+if(VLXSLT_FUZZERS)
+  target_compile_options(vlxslt_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                                  -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(vlxslt_options INTERFACE -fsanitize=address,undefined)
+endif()

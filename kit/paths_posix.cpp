@@ -25,12 +25,13 @@ int HexDigit(char letter) {
   return -1;
 }
 
+// A zero byte, which would end the path, stays escaped.
 std::string DecodeEscapes(std::string_view text) {
   std::string decoded;
   for (size_t at = 0; at < text.size(); ++at) {
     const int high = text[at] == '%' && at + 2 < text.size() ? HexDigit(text[at + 1]) : -1;
     const int low = high >= 0 ? HexDigit(text[at + 2]) : -1;
-    if (low >= 0) {
+    if (low >= 0 && high + low > 0) {
       decoded += static_cast<char>(high * 16 + low);
       at += 2;
     } else {

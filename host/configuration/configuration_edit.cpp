@@ -172,6 +172,27 @@ std::vector<Section> SplitSections(const std::string &text, const toml::table &r
   return sections;
 }
 
+// What is under a header of its own may come anywhere later in the file.
+bool StandsInside(const Section &section, const toml::table &table) {
+  for (const auto &[key, node] : table) {
+    const size_t line = node.source().begin.line;
+    const toml::table *inner = node.as_table();
+    if (line <= section.firstLine || line > section.firstLine + section.lines.size() ||
+        (inner && !StandsInside(section, *inner)))
+      return false;
+  }
+  return true;
+}
+
+// Whether there is one section for each of `count` tables, with all of the table in it.
+bool HasSections(const std::vector<Section> &sections, const toml::table &root, std::string_view kind, size_t count) {
+  size_t index = 0;
+  for (const Section &section : sections)
+    if (section.kind == kind && !StandsInside(section, *root[kind].as_array()->get_as<toml::table>(index++)))
+      return false;
+  return index == count;
+}
+
 // Columns count characters, strings count bytes.
 size_t ByteOfColumn(const std::string &line, size_t column) {
   size_t at = 0;
@@ -180,6 +201,25 @@ size_t ByteOfColumn(const std::string &line, size_t column) {
       ++at;
     while (at < line.size() && (static_cast<unsigned char>(line[at]) & 0xC0U) == 0x80U);
   return at;
+}
+
+// A table under a header of its own, or of dotted keys, is not one place in the text.
+bool CanReplace(const toml::table &table, const std::vector<Assignment> &changes) {
+  return std::ranges::all_of(changes, [&](const Assignment &change) {
+    const toml::table *inner = table[change.key].as_table();
+    return !inner || inner->is_inline();
+  });
+}
+
+bool CanReplaceAttributes(const toml::table &root, const ConfigurationChange &change) {
+  for (size_t index = 0; index < change.after.processors.size(); ++index)
+    if (const int origin = change.processorOrigins[index]; origin >= 0) {
+      const auto from = static_cast<size_t>(origin);
+      if (!CanReplace(*root[tableKeys[0]].as_array()->get_as<toml::table>(from),
+                      ListChanges(change.before.processors[from], change.after.processors[index], processorKeys)))
+        return false;
+    }
+  return true;
 }
 
 void ReplaceValue(Section &section, const toml::source_region &where, const std::string &value) {
@@ -282,12 +322,11 @@ EditedConfiguration EditConfiguration(const std::string &text, const Configurati
     return {text, std::string(parsed.error().description())};
   const toml::table &root = parsed.table();
   std::vector<Section> sections = SplitSections(text, root);
-  const auto count = [&](std::string_view kind) {
-    return std::ranges::count(sections, std::string(kind), &Section::kind);
-  };
-  if (static_cast<size_t>(count("processor")) != change.before.processors.size() ||
-      static_cast<size_t>(count("application")) != change.before.applications.size())
+  if (!HasSections(sections, root, tableKeys[0], change.before.processors.size()) ||
+      !HasSections(sections, root, tableKeys[1], change.before.applications.size()))
     return {text, "the file changed meanwhile, or holds its tables in a form that only a person can edit"};
+  if (!CanReplaceAttributes(root, change))
+    return {text, "attributes under a header of their own can only be changed by a person"};
   Apply(sections.front(), root, ListChanges(change.before, change.after, configurationKeys));
   sections = ArrangeSections(std::move(sections), root, "processor", change.before.processors, change.after.processors,
                              change.processorOrigins, processorKeys);

@@ -140,7 +140,8 @@ private:
   }
 
   size_t IndexOf(const std::string &path) {
-    const auto [found, isNew] = indices.try_emplace(path, files.size());
+    // A folder that links to itself gives a file any number of names.
+    const auto [found, isNew] = indices.try_emplace(kit::RealPath(path), files.size());
     if (isNew)
       files.emplace_back().path = path;
     return found->second;

@@ -36,6 +36,7 @@ public:
   ComponentList Walk(const std::string &path, ComponentSource source) {
     // The file itself is where the caller begins; a reference back to it is no component.
     Visit(path);
+    followed.insert(kit::RealPath(path));
     Enter(path, source);
     while (!open.empty())
       FollowNext();
@@ -84,7 +85,11 @@ private:
     const TopicReference reference = ReadReference(element, place.inherited, place.path, place.keys.get());
     const auto keys = place.keys;
     Push({NextElement(element.children), std::move(place.path), keys, reference.passedDown});
-    if (IsWanted(reference) && Yield(reference.target) && reference.kind == TargetKind::Map)
+    if (!IsWanted(reference))
+      return;
+    Yield(reference.target);
+    // It may have been yielded for a reference that says it is no map.
+    if (reference.kind == TargetKind::Map && followed.insert(kit::RealPath(reference.target)).second)
       Push({RootChildren(reference.target), reference.target, keys, reference.passedDown});
   }
 
@@ -112,6 +117,7 @@ private:
   DitaMapFiles files;
   std::vector<Siblings> open;
   std::set<std::string> visited;
+  std::set<std::string> followed; // maps
   ComponentList list;
 };
 

@@ -79,6 +79,7 @@ std::string EntityCatalogs::Resolve(const std::string &publicId, const std::stri
     return known->second;
   Load();
   const ErrorListener listener([this](const xmlError &error) { NoteError(error); });
+  const CatalogFiles::Opening opening(files);
   return answers.emplace(key, LookUp(publicId, baseUri, systemId)).first->second;
 }
 
@@ -124,7 +125,6 @@ void EntityCatalogs::Load() {
   if (isLoaded)
     return;
   isLoaded = true;
-  ReadLocalFilesOnly();
   xmlInitializeCatalog();
   for (const std::string &path : paths) {
     const std::string file = kit::UrlToPath(path);

@@ -5,6 +5,7 @@
 #define HOST_DOCUMENTS_ENTITY_CATALOGS_H
 
 #include "host/documents/anonymous_file.h"
+#include "host/documents/catalog_files.h"
 #include "kit/handle.h"
 
 #include <libxml/catalog.h>
@@ -52,6 +53,7 @@ private:
   Missing missing;
   Warn warning;
   bool isLoaded = false;
+  CatalogFiles files{[this](const std::string &file, const std::string &line) { WarnOnce(file, line); }};
   std::vector<Catalog> catalogs;
   std::unordered_map<std::string, std::string> answers;
   std::vector<std::string> warnedAbout;

@@ -4,9 +4,45 @@
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <filesystem>
+
 namespace {
 
 using Names = std::vector<std::string>;
+
+// A port that can be called and does not answer.
+class Listener {
+public:
+  Listener() : descriptor(socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    auto *const name = reinterpret_cast<sockaddr *>(&address);
+    socklen_t size = sizeof(address);
+    EXPECT_EQ(bind(descriptor, name, size), 0);
+    EXPECT_EQ(listen(descriptor, 1), 0);
+    EXPECT_EQ(getsockname(descriptor, name, &size), 0);
+    port = ntohs(address.sin_port);
+  }
+  ~Listener() { close(descriptor); }
+  Listener(const Listener &) = delete;
+  Listener &operator=(const Listener &) = delete;
+
+  [[nodiscard]] int Port() const { return port; }
+  [[nodiscard]] bool WasCalled() const {
+    pollfd waiting{descriptor, POLLIN, 0};
+    return poll(&waiting, 1, 0) != 0;
+  }
+
+private:
+  int descriptor;
+  int port = 0;
+};
 
 class CatalogFiles : public test::HostTest {
 protected:
@@ -123,6 +159,29 @@ TEST_F(Catalogs, ResolveRelativeNamesAgainstTheDocument) {
   EXPECT_EQ(Resolve("", folder.Path("tree/a.xml"), "beside.dtd"), "dtd/beside.dtd");
   const std::string longBase = "http://x.example/" + std::string(5000, 'a') + "/../tree/doc.xml";
   EXPECT_EQ(Resolve("", longBase, "x/deep.mod"), "tree/x/deep.mod");
+}
+
+// libxml2 would follow the cycle until the stack is full, and a folder that links to itself gives it new names without
+// end.
+TEST_F(CatalogFiles, EndWhereTheyLeadBack) {
+  WriteCatalog("a.xml", "<nextCatalog catalog='b.xml'/><delegateURI uriStartString='urn:' catalog='b.xml'/>");
+  WriteCatalog("b.xml", "<nextCatalog catalog='loop/a.xml'/><uri name='urn:b' uri='b.xml'/>");
+  std::filesystem::create_directory_symlink(".", folder.Path("loop"));
+  configuration.catalogs = {folder.Path("a.xml")};
+  EXPECT_EQ(Resolve("", "", "urn:none"), "");
+  EXPECT_EQ(Resolve("", "", "urn:b"), "b.xml");
+  EXPECT_EQ(front.console, Names{folder.Path("a.xml") + ": catalog: it includes itself, maybe through another one"});
+}
+
+TEST_F(CatalogFiles, DoNotComeFromTheNetwork) {
+  const Listener listener;
+  const std::string address = "http://127.0.0.1:" + std::to_string(listener.Port()) + "/c.xml";
+  WriteCatalog("a.xml", "<nextCatalog catalog='" + address + "'/><uri name='urn:a' uri='a.xml'/>");
+  configuration.catalogs = {folder.Path("a.xml")};
+  EXPECT_EQ(Resolve("", "", "urn:none"), "");
+  EXPECT_EQ(Resolve("", "", "urn:a"), "a.xml");
+  EXPECT_FALSE(listener.WasCalled());
+  EXPECT_EQ(front.console, Names{address + ": catalog: it is not read: catalogs are local files"});
 }
 
 TEST_F(CatalogFiles, WarnOnceOfABrokenCatalogAndUseTheOthers) {

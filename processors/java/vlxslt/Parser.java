@@ -26,6 +26,8 @@ import org.xml.sax.ext.EntityResolver2;
  */
 final class Parser implements EntityResolver2, XMLGrammarPool {
   private static final String PROPERTIES = "http://apache.org/xml/properties/";
+  static final String ENTITY_MANAGER = PROPERTIES + "internal/entity-manager";
+  private static final String VALIDATION = "http://xml.org/sax/features/validation";
   static final String LOAD_DTD = "http://apache.org/xml/features/nonvalidating/load-external-dtd";
 
   private final SAXParser parser;
@@ -40,13 +42,15 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
   private String dtdPublicId;
   private String dtdAddress; // of the external subset, once asked for
   private List<DtdCache.Module> modules;
+  private DTDGrammar grammarRead; // to keep when all is well; null without one
+  private List<DtdCache.Module> modulesRead;
 
   Parser(DtdCache cache) throws SAXException {
     this.cache = cache;
     parser = new SAXParser(cache.symbols(), this);
     parser.setProperty(PROPERTIES + "security-manager", new SecurityManager());
     parser.setEntityResolver(this);
-    entities = (XMLEntityManager) parser.getProperty(PROPERTIES + "internal/entity-manager");
+    entities = (XMLEntityManager) parser.getProperty(ENTITY_MANAGER);
   }
 
   boolean isOf(DtdCache other) {
@@ -66,10 +70,16 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     resolution = entityResolution;
     fallback = ofProcessor;
     files = filesRead;
-    mayUseCache = parser.getFeature(LOAD_DTD) && DoctypeScan.hasPlainDoctype(source.getByteStream());
+    // The parser tells of what is invalid in a DTD while it reads it, and not again.
+    mayUseCache = parser.getFeature(LOAD_DTD) && !parser.getFeature(VALIDATION)
+        && DoctypeScan.hasPlainDoctype(source.getByteStream());
     dtdAddress = null;
     modules = new ArrayList<>();
+    grammarRead = null;
     parser.parse(source);
+    // A DTD that breaks off is told of by the document's failure only.
+    if (grammarRead != null)
+      cache.keep(dtdPublicId, dtdAddress, grammarRead, modulesRead);
   }
 
   @Override
@@ -143,8 +153,10 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
 
   @Override
   public void cacheGrammars(String type, Grammar[] grammars) {
-    if (mayUseCache && dtdAddress != null && grammars.length == 1 && grammars[0] instanceof DTDGrammar grammar)
-      cache.keep(dtdPublicId, dtdAddress, grammar, modules);
+    if (mayUseCache && dtdAddress != null && grammars.length == 1 && grammars[0] instanceof DTDGrammar grammar) {
+      grammarRead = grammar;
+      modulesRead = List.copyOf(modules);
+    }
   }
 
   @Override

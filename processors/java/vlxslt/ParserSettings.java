@@ -1,8 +1,11 @@
 package vlxslt;
 
 import java.io.IOException;
+import java.util.HashSet;
 import java.util.LinkedHashMap;
 import java.util.Map;
+import java.util.Set;
+import org.apache.xerces.impl.XMLEntityManager;
 import org.xml.sax.Attributes;
 import org.xml.sax.ContentHandler;
 import org.xml.sax.DTDHandler;
@@ -17,10 +20,19 @@ import org.xml.sax.helpers.XMLFilterImpl;
 
 /** What a processor set on a reader before it parses; parsers are shared, so it is taken back afterwards. */
 final class ParserSettings {
-  /** Passes on what it gets, and remembers where the parser is. */
+  /**
+   * Passes on what it gets, and remembers where the parser is. Of several declarations of a name the first counts; the
+   * parser tells of all of them, and of one only when it has the DTD from the cache.
+   */
   private final class LocatingHandler extends XMLFilterImpl {
+    private final XMLEntityManager entities;
+    private final Set<String> declared = new HashSet<>();
     private Locator locator;
     private int depth;
+
+    LocatingHandler(XMLEntityManager entities) {
+      this.entities = entities;
+    }
 
     @Override
     public void startElement(String uri, String local, String name, Attributes attributes) throws SAXException {
@@ -44,10 +56,17 @@ final class ParserSettings {
       super.setDocumentLocator(documentLocator);
     }
 
+    @Override
+    public void notationDecl(String name, String publicId, String systemId) throws SAXException {
+      if (declared.add("notation " + name))
+        super.notationDecl(name, publicId, systemId);
+    }
+
     // As written they would come in every spelling there is.
     @Override
     public void unparsedEntityDecl(String name, String publicId, String systemId, String notation) throws SAXException {
-      super.unparsedEntityDecl(name, publicId, Addresses.spelled(systemId), notation);
+      if (entities.isUnparsedEntity(name) && declared.add(name))
+        super.unparsedEntityDecl(name, publicId, Addresses.spelled(systemId), notation);
     }
   }
 
@@ -80,7 +99,7 @@ final class ParserSettings {
   private LocatingHandler locating;
 
   void apply(XMLReader reader, String address) throws SAXException {
-    locating = new LocatingHandler();
+    locating = new LocatingHandler((XMLEntityManager) reader.getProperty(Parser.ENTITY_MANAGER));
     locating.setContentHandler(content);
     reader.setContentHandler(locating);
     locating.setDTDHandler(dtd);
