@@ -125,7 +125,7 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     try {
       InputSource copy = fallback == null ? null : fallback.resolveEntity(publicId, address);
       return copy != null && (copy.getByteStream() != null || copy.getCharacterStream() != null) ? copy : null;
-    } catch (IOException | SAXException e) {
+    } catch (IOException | SAXException | RuntimeException e) {
       return null;
     }
   }

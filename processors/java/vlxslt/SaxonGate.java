@@ -31,11 +31,11 @@ final class SaxonGate {
     // The free edition calls no code; it would only refuse further results.
     if (!"HE".equals(Reflection.find(Reflection.call(factory, "getConfiguration"), "getEditionCode")))
       factory.setAttribute(FEATURE + "allow-external-functions", allowsExtensions);
-    allowProtocols(factory);
     SaxonGate gate = new SaxonGate(factory);
     gate.takeTexts();
     gate.takeCollections();
-    gate.takeOthers();
+    gate.takeOthers(); // before the protocols: restricted, Saxon's own resolver does not find its copies either
+    allowProtocols(factory);
   }
 
   private static void allowProtocols(TransformerFactory factory) {
