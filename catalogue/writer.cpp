@@ -12,6 +12,7 @@
 #include "kit/paths.h"
 #include "kit/unfinished_files.h"
 #include "report/messages.h"
+#include "report/replaced_file.h"
 #include "report/run_event.h"
 
 #include <chrono>
@@ -138,12 +139,13 @@ bool SaveTransformationFile(const std::string &path, const TransformationList &l
   if (!bytes)
     return false;
   const std::string target = LocalCopy(resolved);
-  kit::RemoveAbandonedFiles(kit::FolderOf(target));
+  kit::RemoveAbandonedFiles(kit::FolderOf(kit::FollowLinks(target)));
   kit::AtomicFile file(target);
   if (!file.Write(*bytes) || !file.Commit()) {
     report::ReportProblem(MessageId::TransformationFileNotWritten, {file.Error()});
     return false;
   }
+  report::ReportLosses(file, target);
   return PushBack(resolved);
 }
 

@@ -1,9 +1,10 @@
 #include "client/output_placement.h"
 
 #include "catalogue/location.h"
-#include "kit/atomic_file.h"
 #include "kit/paths.h"
+#include "kit/unfinished_files.h"
 #include "kit/values.h"
+#include "report/replaced_file.h"
 
 #include <filesystem>
 #include <system_error>
@@ -81,7 +82,7 @@ std::string TemporaryOutput(const std::string &input) {
   const std::string plain = kit::JoinPath(folder, kit::BaseNameOf(input) + "-out");
   const std::string tail = extension.empty() ? std::string() : "." + extension;
   std::string path = plain + tail;
-  for (int counter = 0; kit::Exists(path); ++counter)
+  for (int counter = 0; kit::ReserveFile(path) == kit::Reservation::Taken; ++counter)
     path.assign(plain).append(std::to_string(counter)).append(tail);
   return path;
 }
@@ -116,10 +117,11 @@ OutputCheck CheckOutput(const std::string &output) {
   return {true};
 }
 
-std::string ReplaceOutput(const std::string &temporary, const std::string &output) {
+std::string ReplaceOutput(const std::string &temporary, const std::string &output, kit::Durability durability) {
   kit::AtomicFile file(output);
-  if (!file.WriteFile(temporary) || !file.Commit())
+  if (!file.WriteFile(temporary) || !file.Commit(durability))
     return file.Error();
+  report::ReportLosses(file, output);
   std::error_code ignored;
   std::filesystem::remove(temporary, ignored);
   return {};

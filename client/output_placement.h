@@ -3,6 +3,7 @@
 #define CLIENT_OUTPUT_PLACEMENT_H
 
 #include "client/run_plan.h"
+#include "kit/atomic_file.h"
 #include "report/run_event.h"
 
 #include <optional>
@@ -26,7 +27,8 @@ struct ChosenOutput {
 // The files of a job whose turn it is. May ask the person for a path.
 [[nodiscard]] ChosenOutput ChooseOutput(const PlannedJob &job);
 
-// An unused name in the host's temporary folder, made of the input's name.
+// A new file in the host's temporary folder, named after the input; empty, and of no other process. When it cannot be
+// made, its name all the same.
 [[nodiscard]] std::string TemporaryOutput(const std::string &input);
 
 // What keeps a file from being written there: the folder is missing or read-only.
@@ -44,8 +46,10 @@ struct OutputCheck {
 // Whether the output may be written; asks before an existing file is overwritten.
 [[nodiscard]] OutputCheck CheckOutput(const std::string &output);
 
-// Puts the temporary file in the output's place, whole or not at all, and removes it. Empty, or why that failed.
-[[nodiscard]] std::string ReplaceOutput(const std::string &temporary, const std::string &output);
+// Puts the temporary file in the output's place, whole or not at all, and removes it. Empty, or why that failed; what
+// the new file could not keep of the old one is reported.
+[[nodiscard]] std::string ReplaceOutput(const std::string &temporary, const std::string &output,
+                                        kit::Durability durability);
 
 } // namespace client
 

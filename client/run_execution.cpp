@@ -1,6 +1,7 @@
 #include "client/run_execution.h"
 
 #include "client/output_placement.h"
+#include "client/output_sync.h"
 #include "client/run_files.h"
 #include "kit/paths.h"
 #include "kit/unfinished_files.h"
@@ -28,6 +29,7 @@ void ReportUsage(const std::string &what) { V_ApiReportUsage("StructuredVellis",
 
 bool SelectProcessor(processors::Processor &processor, const std::string &name) {
   const processors::ProcessorEntry *entry = processors::FindProcessor(name);
+  processor.SetPolicy(processors::ReadPolicy());
   if (processor.SelectFactory(entry ? processors::Factory{entry->className, entry->attributes} : processors::Factory()))
     return true;
   report::ReportProblem(MessageId::ProviderNotFound, {name});
@@ -60,7 +62,9 @@ public:
 
   RunResult Run() {
     Report(report::RunBegins{static_cast<int32_t>(plan.jobs.size())});
-    const RunResult result = SelectProcessor(processor, plan.processor) ? RunJobs() : SkipJobs(JobStatus::Failed);
+    RunResult result = SelectProcessor(processor, plan.processor) ? RunJobs() : SkipJobs(JobStatus::Failed);
+    if (!sync.Sync())
+      result = RunResult::Failed;
     OpenOutputs();
     files.DeleteListed();
     Report(report::RunEnds{});
@@ -104,7 +108,7 @@ private:
              report::MakeProblem(MessageId::OutputIsStylesheet, {job.input, chosen.output}));
       return;
     }
-    if (const OutputCheck check = PrepareOutput(chosen); !check.isAccepted) {
+    if (const OutputCheck check = PrepareOutput(job, chosen); !check.isAccepted) {
       Refuse(job, shown, JobStatus::Refused, check.problem);
       return;
     }
@@ -116,12 +120,16 @@ private:
     Report(report::JobEnds{status, plan.printEndLog});
   }
 
-  [[nodiscard]] OutputCheck PrepareOutput(const ChosenOutput &chosen) const {
-    if (!chosen.elsewhere.empty())
+  [[nodiscard]] OutputCheck PrepareOutput(const PlannedJob &job, const ChosenOutput &chosen) {
+    // A temporary one has just been made.
+    if (!chosen.elsewhere.empty() || (job.place == OutputPlace::Temporary && kit::Exists(chosen.output)))
       return {true};
-    if (plan.makeFolders && !chosen.output.empty())
+    if (plan.makeFolders && !chosen.output.empty()) {
+      if (syncsOutputs)
+        sync.NoteMissingFolders(kit::FolderOf(chosen.output));
       if (auto problem = MakeFolderOf(chosen.output))
         return {false, std::move(problem)};
+    }
     return CheckOutput(chosen.output);
   }
 
@@ -164,6 +172,7 @@ private:
     if (!PutInPlace(chosen))
       return JobStatus::Failed;
     ReportOutput(job, chosen.output);
+    NoteFolders(job, chosen, result.secondaryOutputs);
     for (const std::string &output : result.secondaryOutputs) {
       RemoveAbandonedFiles(output);
       Report(report::OutputWritten{output, OutputKind::Secondary});
@@ -173,14 +182,25 @@ private:
 
   // Of runs that were killed; once in each folder that this run writes to.
   void RemoveAbandonedFiles(const std::string &output) {
-    if (const std::string folder = kit::FolderOf(output); !output.empty() && cleanedFolders.insert(folder).second)
+    if (const std::string folder = kit::FolderOf(kit::FollowLinks(output));
+        !output.empty() && cleanedFolders.insert(folder).second)
       kit::RemoveAbandonedFiles(folder);
   }
 
-  static bool PutInPlace(const ChosenOutput &chosen) {
+  void NoteFolders(const PlannedJob &job, const ChosenOutput &chosen, const std::vector<std::string> &secondary) {
+    if (!syncsOutputs)
+      return;
+    if (job.place != OutputPlace::Temporary && chosen.elsewhere.empty() && !NetLibIsNetFile(chosen.output.c_str()))
+      sync.NotePrincipal(chosen.output);
+    for (const std::string &output : secondary)
+      sync.NoteSecondary(output, chosen.output);
+  }
+
+  [[nodiscard]] bool PutInPlace(const ChosenOutput &chosen) const {
     if (chosen.temporary.empty())
       return true;
-    const std::string reason = ReplaceOutput(chosen.temporary, chosen.output);
+    const std::string reason =
+        ReplaceOutput(chosen.temporary, chosen.output, syncsOutputs ? kit::Durability::Data : kit::Durability::None);
     if (reason.empty())
       return true;
     report::ReportProblem(reason);
@@ -212,6 +232,8 @@ private:
   processors::Processor &processor;
   RunFiles files;
   std::set<std::string> cleanedFolders;
+  const bool syncsOutputs = processors::ReadPolicy().syncsOutputs;
+  OutputSync sync;
   bool isCancelled = false;
   RunResult lastResult = RunResult::Failed;
 };

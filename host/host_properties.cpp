@@ -47,9 +47,22 @@ int32_t Find(const std::map<int32_t, int32_t> &properties, int32_t property) {
 
 } // namespace
 
+int32_t HostServices::GetSessionInt(int32_t property) const {
+  switch (property) {
+  case V_OP_TYPE:
+    return V_TYPE_SESSION;
+  case V_SP_ALLOW_EXTENSIONS:
+    return configuration.allowsExtensions ? 1 : 0;
+  case V_SP_UNSYNCED_OUTPUTS:
+    return configuration.syncsOutputs ? 0 : 1;
+  default:
+    return Find(numbers, property);
+  }
+}
+
 int32_t HostServices::GetInt(V_ObjectT object, int32_t property) {
   if (object == V_SESSION)
-    return property == V_OP_TYPE ? static_cast<int32_t>(V_TYPE_SESSION) : Find(numbers, property);
+    return GetSessionInt(property);
   if (DialogHost::Owns(object))
     return dialogs.GetInt(object, property);
   const Document *document = documents.Find(object);
@@ -122,6 +135,10 @@ std::vector<std::string> HostServices::GetStrings(V_ObjectT object, int32_t prop
     return dialogs.GetStrings(object, property);
   if (property == V_SP_JAVA_OPTIONS)
     return configuration.javaOptions;
+  if (property == V_SP_TRUSTED_HOSTS)
+    return configuration.trustedHosts;
+  if (property == V_SP_WRITE_FOLDERS)
+    return configuration.writeFolders.empty() ? std::vector<std::string>{V_WRITE_NOWHERE} : configuration.writeFolders;
   std::vector<std::string> names;
   if (property == V_SP_APPLICATIONS)
     for (const ApplicationSetting &application : configuration.applications)
@@ -136,6 +153,8 @@ kit::TypedValues HostServices::GetTypedVals(V_ObjectT object, int32_t property) 
       std::vector<std::string> fields = {processor.name, processor.classPath, processor.className};
       for (const AttributeSetting &attribute : processor.attributes)
         fields.insert(fields.end(), {attribute.name, attribute.type, attribute.value});
+      if (processor.allowsExtensions)
+        fields.insert(fields.end(), {V_PROCESSOR_EXTENSIONS, "boolean", "true"});
       values.AddStrings(fields);
     }
   return values;

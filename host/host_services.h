@@ -69,6 +69,7 @@ public:
   void KeepOutputsIn(std::string folder) { keptOutputs.UseFolder(std::move(folder)); }
 
 private:
+  [[nodiscard]] int32_t GetSessionInt(int32_t property) const;
   // The copy of a temporary output that stays, or the path when there is none.
   [[nodiscard]] std::string TakeCopy(const std::string &path);
   // Puts the copy's path in place of an output's that would go with the temporary folder.

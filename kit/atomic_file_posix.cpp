@@ -1,6 +1,8 @@
 #include "kit/atomic_file.h"
 
 #include "kit/paths.h"
+#include "kit/sync_folder.h"
+#include "kit/system_call.h"
 #include "kit/unfinished_files.h"
 
 #include <array>
@@ -16,8 +18,6 @@ namespace kit {
 
 namespace {
 
-constexpr int maxNames = 1000;
-
 // Why the target cannot be replaced, as a system error; 0 when it can.
 int CheckTarget(const std::string &target, const struct stat &existing) {
   if (S_ISDIR(existing.st_mode))
@@ -29,20 +29,19 @@ int CheckTarget(const std::string &target, const struct stat &existing) {
 }
 
 // The owner can be given only by a privileged process, the group only to one of the caller's: what cannot be kept is
-// not worth a failed save. The mode comes last, since a change of owner clears bits of it.
-int KeepAttributes(int file, const struct stat &existing) {
-  if (fchown(file, existing.st_uid, existing.st_gid) != 0 && fchown(file, static_cast<uid_t>(-1), existing.st_gid) != 0)
+// not worth a failed save. Where the group is lost, the new one gets no more than all others have. The mode comes last,
+// since a change of owner clears bits of it. False when the file system refuses the mode.
+bool KeepAttributes(int file, const struct stat &existing) {
+  struct stat own {};
+  if (fstat(file, &own) != 0)
+    return false;
+  if (own.st_uid != existing.st_uid && fchown(file, existing.st_uid, static_cast<gid_t>(-1)) != 0)
     errno = 0;
-  return fchmod(file, existing.st_mode & 07777) == 0 ? 0 : errno;
-}
-
-// Makes the rename last; a file system that cannot sync a folder has its own way of keeping order.
-void SyncFolder(const std::string &folder) {
-  const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (handle < 0)
-    return;
-  fsync(handle);
-  close(handle);
+  mode_t mode = existing.st_mode & 07777;
+  if (own.st_gid != existing.st_gid && fchown(file, static_cast<uid_t>(-1), existing.st_gid) != 0)
+    mode = (mode & 0707) | (mode & 07) << 3;
+  // What has the right mode by itself, as on FAT, is not asked to take it.
+  return fstat(file, &own) == 0 && ((own.st_mode & 07777) == mode || fchmod(file, mode) == 0);
 }
 
 } // namespace
@@ -73,22 +72,16 @@ void AtomicFile::Open() {
     Fail(target, code);
     return;
   }
+  otherNames = exists ? static_cast<size_t>(existing.st_nlink) - 1 : 0;
   // What replaces a private file must not be readable for a moment either; a new file gets what the umask leaves.
-  const mode_t mode = exists ? 0600 : 0666;
-  const std::string stem = JoinPath(FolderOf(target), OwnUnfinishedPrefix());
-  for (int name = 0; file < 0 && name < maxNames; ++name) {
-    written = stem + std::to_string(name);
-    file = open(written.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
-    if (file < 0 && errno != EEXIST)
-      break;
-  }
+  UnfinishedFile made = MakeUnfinishedFile(FolderOf(target), exists ? 0600 : 0666);
+  file = made.file;
   if (file < 0) {
     Fail(target, errno);
-    written.clear();
     return;
   }
-  if (const int code = exists ? KeepAttributes(file, existing) : 0; code != 0)
-    Fail(target, code);
+  written = std::move(made.path);
+  hasLostPermissions = exists && !KeepAttributes(file, existing);
 }
 
 bool AtomicFile::Write(std::string_view bytes) {
@@ -104,7 +97,7 @@ bool AtomicFile::Write(std::string_view bytes) {
 bool AtomicFile::WriteFile(const std::string &source) {
   if (!error.empty())
     return false;
-  const int from = open(source.c_str(), O_RDONLY | O_CLOEXEC);
+  const int from = Repeat([&] { return open(source.c_str(), O_RDONLY | O_CLOEXEC); });
   if (from < 0)
     return Fail(source, errno);
   std::array<char, 1 << 16> buffer{};
@@ -119,19 +112,20 @@ bool AtomicFile::WriteFile(const std::string &source) {
   return error.empty();
 }
 
-bool AtomicFile::Commit() {
+bool AtomicFile::Commit(Durability durability) {
   if (!error.empty() || file < 0)
     return false;
-  if (fsync(file) != 0)
+  if (durability != Durability::None && Repeat([this] { return fsync(file); }) != 0)
     return Fail(target, errno);
-  // Some file systems report a full disk only here.
-  if (close(std::exchange(file, -1)) != 0)
+  // Some file systems report a full disk only here. An interrupted one has closed the file.
+  if (close(std::exchange(file, -1)) != 0 && errno != EINTR)
     return Fail(target, errno);
   if (rename(written.c_str(), target.c_str()) != 0)
     return Fail(target, errno);
   written.clear();
-  SyncFolder(FolderOf(target));
-  return true;
+  if (durability == Durability::DataAndName)
+    error = SyncFolder(FolderOf(target));
+  return error.empty();
 }
 
 } // namespace kit

@@ -1,6 +1,7 @@
 #include "kit/file_lock.h"
 
 #include "kit/paths.h"
+#include "kit/system_call.h"
 #include "kit/text.h"
 #include "kit/unfinished_files.h"
 
@@ -30,12 +31,12 @@ std::string LockPathOf(const std::string &path) {
 // of another person may refuse it.
 int OpenLockFile(const std::string &path) {
   constexpr int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-  int file = open(path.c_str(), O_RDWR | flags);
+  int file = Repeat([&] { return open(path.c_str(), O_RDWR | flags); });
   if (file < 0 && errno == EACCES)
-    file = open(path.c_str(), O_RDONLY | flags);
+    file = Repeat([&] { return open(path.c_str(), O_RDONLY | flags); });
   if (file >= 0 || errno != ENOENT)
     return file;
-  file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | flags, 0666);
+  file = Repeat([&] { return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | flags, 0666); });
   if (file >= 0 && fchmod(file, 0666) != 0)
     errno = 0; // then only those that the umask lets
   return file;

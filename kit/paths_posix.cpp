@@ -51,12 +51,11 @@ bool HasWritePermission(const std::string &path) {
 
 // Mode bits say nothing about read-only mounts and the like.
 bool CanMakeFileIn(const std::string &folder) {
-  std::string probe = JoinPath(folder, OwnUnfinishedPrefix() + "XXXXXX");
-  const int file = mkstemp(probe.data());
-  if (file < 0)
+  const UnfinishedFile probe = MakeUnfinishedFile(folder, 0600);
+  if (probe.file < 0)
     return false;
-  close(file);
-  unlink(probe.c_str());
+  close(probe.file);
+  unlink(probe.path.c_str());
   return true;
 }
 

@@ -1,6 +1,7 @@
 #include "kit/unfinished_files.h"
 
 #include "kit/paths.h"
+#include "kit/system_call.h"
 
 #include <array>
 #include <cerrno>
@@ -9,8 +10,10 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <system_error>
 #include <unistd.h>
 
@@ -20,6 +23,7 @@ namespace kit {
 
 namespace {
 
+constexpr int maxNames = 100;
 constexpr auto maxAge = std::chrono::hours(24);
 
 // Short, and the same in every program that makes it.
@@ -58,6 +62,18 @@ pid_t ProcessOf(std::string_view name) {
   return read.ec == std::errc() && read.ptr != name.data() + name.size() && *read.ptr == '-' ? process : 0;
 }
 
+std::string RandomDigits() {
+  std::random_device random;
+  std::array<char, 17> digits{};
+  static_cast<void>(std::snprintf(digits.data(), digits.size(), "%08x%08x", random(), random()));
+  return digits.data();
+}
+
+int OpenNew(const std::string &path, unsigned mode) {
+  constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  return Repeat([&] { return open(path.c_str(), flags, mode); });
+}
+
 bool IsAbandoned(const fs::directory_entry &entry) {
   const std::string name = entry.path().filename().string();
   std::error_code error;
@@ -75,6 +91,25 @@ const std::string &OwnUnfinishedPrefix() {
   static const std::string prefix = std::string(unfinishedPrefix) + (OwnSystem().empty() ? "unknown" : OwnSystem()) +
                                     "-" + std::to_string(getpid()) + "-";
   return prefix;
+}
+
+UnfinishedFile MakeUnfinishedFile(const std::string &folder, unsigned mode) {
+  UnfinishedFile made;
+  for (int name = 0; name < maxNames; ++name) {
+    made.path = JoinPath(folder, OwnUnfinishedPrefix() + RandomDigits());
+    made.file = OpenNew(made.path, mode);
+    if (made.file >= 0 || errno != EEXIST)
+      break;
+  }
+  return made;
+}
+
+Reservation ReserveFile(const std::string &path) {
+  const int file = OpenNew(path, 0600);
+  if (file < 0)
+    return errno == EEXIST ? Reservation::Taken : Reservation::Failed;
+  close(file);
+  return Reservation::Made;
 }
 
 void RemoveAbandonedFiles(const std::string &folder) noexcept try {

@@ -79,8 +79,20 @@ enum {
   V_SP_FIRST_OPEN_DOCUMENT = 3007,     /* object; go on with V_OP_NEXT_OPEN_DOCUMENT */
   V_SP_APPLICATIONS = 3008,            /* strings: the names of the structure applications */
   V_SP_JAVA_HOME = 3009,               /* string */
-  V_SP_JAVA_OPTIONS = 3010             /* strings */
+  V_SP_JAVA_OPTIONS = 3010,            /* strings */
+  V_SP_TRUSTED_HOSTS = 3011,    /* strings: hosts that documents and stylesheets may be fetched from, as "name" or
+                                   "name:port"; "*" for all; none without it */
+  V_SP_ALLOW_EXTENSIONS = 3012, /* int: stylesheets may call code, whichever processor applies them */
+  V_SP_WRITE_FOLDERS = 3013,    /* strings: where a stylesheet may put further results: paths, V_WRITE_BESIDE_OUTPUT
+                                   (without it that alone), V_WRITE_NOWHERE, or "*" */
+  V_SP_UNSYNCED_OUTPUTS = 3014  /* int: success is reported before the data is on disk */
 };
+
+/* Among the attributes of a processor: stylesheets that it applies may call code, with the type "boolean". */
+#define V_PROCESSOR_EXTENSIONS "vlxslt:extensions"
+/* Among the folders for further results: that of the principal output and all below it; none at all. */
+#define V_WRITE_BESIDE_OUTPUT "output"
+#define V_WRITE_NOWHERE "none"
 
 /* Properties of documents, books and maps. A map is a document with V_OP_IS_DITA_MAP set. */
 enum {

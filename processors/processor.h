@@ -34,6 +34,16 @@ struct Factory {
   std::vector<std::string> attributes = {}; // name, type (see V_SP_XSLT_PROCESSORS) and value alternately
 };
 
+// What the documents and stylesheets of a run are trusted with.
+struct Policy {
+  std::vector<std::string> hosts = {};        // that may be fetched from, as "name" or "name:port"; "*" for all
+  bool allowsExtensions = false;              // code that stylesheets call, whichever processor applies them
+  std::vector<std::string> writeFolders = {}; // for further results: V_SP_WRITE_FOLDERS
+  bool syncsOutputs = true;                   // they are on disk before success is reported
+
+  [[nodiscard]] bool operator==(const Policy &) const = default;
+};
+
 using report::JobStatus;
 
 struct JobResult {
@@ -59,6 +69,8 @@ public:
 
   // The class path of all processors, entries separated by ";". May be called again with more; costs nothing by itself.
   virtual void SetClassPath(const std::string &classPath) = 0;
+  // For all that is selected from now on; costs nothing by itself.
+  virtual void SetPolicy(const Policy &policy) = 0;
   // Selects a processor for the jobs that follow; false when its class does not load.
   [[nodiscard]] bool SetTransformer(const std::string &className) { return SelectFactory({className}); }
   // The same; false too when it does not take an attribute. One class with other attributes is another factory.

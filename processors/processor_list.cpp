@@ -44,6 +44,11 @@ void LoadProcessors(Processor &processor) {
   processor.SetClassPath(BuildClassPath());
 }
 
+Policy ReadPolicy() {
+  return {kit::GetStrings(V_SESSION, V_SP_TRUSTED_HOSTS), V_ApiGetInt(V_SESSION, V_SP_ALLOW_EXTENSIONS) != 0,
+          kit::GetStrings(V_SESSION, V_SP_WRITE_FOLDERS), V_ApiGetInt(V_SESSION, V_SP_UNSYNCED_OUTPUTS) == 0};
+}
+
 const std::vector<ProcessorEntry> &Processors() { return TheList().entries; }
 
 const ProcessorEntry *FindProcessor(std::string_view name) {

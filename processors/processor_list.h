@@ -10,6 +10,7 @@
 namespace processors {
 
 class Processor;
+struct Policy;
 
 struct ProcessorEntry {
   std::string name; // compared byte for byte
@@ -21,6 +22,9 @@ struct ProcessorEntry {
 
 // Reads the preferences into the list, then builds the class path and sets it.
 void LoadProcessors(Processor &processor);
+
+// What the host trusts documents and stylesheets with.
+[[nodiscard]] Policy ReadPolicy();
 
 [[nodiscard]] const std::vector<ProcessorEntry> &Processors();
 // The first entry of that name; null when there is none.

@@ -78,6 +78,7 @@ enum class MessageId : uint16_t {
   EntitiesTooLarge = 18141,
   CannotHoldCharacter = 18142,
   TransformationFileNotWritten = 18143,
+  OutputsNotSynced = 18144,
   UnknownOptionValue = 18150,
   NoSuchParameter = 18151,
   NameMissing = 18152,
@@ -130,7 +131,9 @@ enum class MessageId : uint16_t {
   JavaGivenUp = 18246,
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
-  JavaLayerLast = 18282,
+  JavaLayerLast = 18290,
+  OtherNamesKeepOld = 18289,
+  PermissionsNotKept = 18290,
   OptionsUnreadable = 18300,
   NestedTooDeep = 18301,
   EntityNotRead = 18302,

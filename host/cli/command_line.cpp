@@ -67,7 +67,15 @@ CLI::App &AddCommand(CLI::App &app, const std::shared_ptr<Parsed> &parsed, const
   return added;
 }
 
+void AddTrustOptions(CLI::App &command, SessionOptions &session) {
+  AddRepeatable(command, "--allow-network", session.hosts,
+                "a host that documents and stylesheets may be fetched from, as NAME or NAME:PORT; * for all", "HOST");
+  command.add_flag("--allow-extensions", session.allowsExtensions,
+                   "let stylesheets call code, such as Java extension functions");
+}
+
 void AddDocumentOptions(CLI::App &command, SessionOptions &session) {
+  AddTrustOptions(command, session);
   AddRepeatable(command, "--open", session.open, "an open document, book or map", "FILE");
   AddRepeatable(command, "--active", session.active, "open it and make it the active document", "FILE");
   AddRepeatable(command, "--book", session.book, "open it and make it the active book", "FILE");
@@ -150,6 +158,7 @@ void AddRequestCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
                                  [](Environment, const Parsed &) { return ExitCode::Done; });
   desktop.add_option("FILE", parsed->session.open, "documents to open; the last one becomes the active one")
       ->type_name("PATH");
+  AddTrustOptions(desktop, parsed->session);
   desktop.parse_complete_callback([parsed] { parsed->session.isWorkbench = true; });
 
   AddCommand(app, parsed, "processors", "the configured processors, and whether each one loads",

@@ -11,6 +11,7 @@
 #include "host/session.h"
 #include "kit/paths.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -94,6 +95,17 @@ bool AddCatalogs(const SessionOptions &options, host::Configuration &configurati
   return true;
 }
 
+// False and an error text when a host is none.
+bool Trust(const SessionOptions &options, host::Configuration &configuration, std::string &error) {
+  if (const auto bad = std::ranges::find_if_not(options.hosts, host::IsHostName); bad != options.hosts.end()) {
+    error = "\"" + *bad + "\" is no host; --allow-network takes NAME or NAME:PORT, or * for all";
+    return false;
+  }
+  configuration.trustedHosts.insert(configuration.trustedHosts.end(), options.hosts.begin(), options.hosts.end());
+  configuration.allowsExtensions = configuration.allowsExtensions || options.allowsExtensions;
+  return true;
+}
+
 // Nothing and an error text without windows.
 std::optional<ExitCode> RunInWindows(CommandLine line, const host::Configuration &configuration,
                                      const host::Installation &installation, std::string &error) {
@@ -128,7 +140,7 @@ ExitCode RunProgram(int count, char **arguments) {
   if (!read.problems.empty())
     return ExitCode::BadCommand;
   std::string problem;
-  if (!AddCatalogs(line->session, read.configuration, problem))
+  if (!AddCatalogs(line->session, read.configuration, problem) || !Trust(line->session, read.configuration, problem))
     return Refuse(problem);
   if (line->session.NeedsWindows()) {
     if (const auto windowed = RunInWindows(*line, read.configuration, installation, problem))

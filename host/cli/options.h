@@ -24,6 +24,8 @@ struct SessionOptions {
   bool declinesAll = false;
   std::string script;                // plays the person
   std::vector<std::string> catalogs; // XML catalogs, asked before the configured ones
+  std::vector<std::string> hosts;    // that documents may be fetched from, beside the configured ones
+  bool allowsExtensions = false;     // stylesheets may call code
   std::string opened;                // the folder for copies of temporary outputs; empty for the common one
   bool printsJson = false;
   bool isWorkbench = false;  // the command is the main window

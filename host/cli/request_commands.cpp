@@ -103,7 +103,8 @@ ExitCode JudgeRun(const host::RunTally &tally) {
   if (tally.Of(V_JOB_CANCELLED) > 0)
     return ExitCode::Cancelled;
   const int32_t done = tally.Of(V_JOB_DONE);
-  return done > 0 && done + tally.Of(V_JOB_LEFT_OUT) == tally.count ? ExitCode::Done : ExitCode::Failed;
+  return !tally.hasFailed && done > 0 && done + tally.Of(V_JOB_LEFT_OUT) == tally.count ? ExitCode::Done
+                                                                                        : ExitCode::Failed;
 }
 
 ExitCode Finish(Environment environment, const host::ClientReply &reply, const host::RunTally *tally) {

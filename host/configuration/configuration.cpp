@@ -77,8 +77,10 @@ public:
         ReadTables(key.str(), node, processorKeys, result.configuration.processors);
       else if (key.str() == tableKeys[1])
         ReadTables(key.str(), node, applicationKeys, result.configuration.applications);
+      else if (const auto group = std::ranges::find(keyGroups, key.str(), &KeyGroup::name); group != keyGroups.end())
+        ReadGroup(*group, node);
       else
-        ReadKey(key, node, configurationKeys, result.configuration, tableKeys);
+        ReadKey(key, node, configurationKeys, result.configuration, NamesOfTables());
     }
   }
 
@@ -94,6 +96,22 @@ public:
   }
 
 private:
+  static std::vector<std::string_view> NamesOfTables() {
+    std::vector<std::string_view> names(tableKeys.begin(), tableKeys.end());
+    for (const KeyGroup &group : keyGroups)
+      names.push_back(group.name);
+    return names;
+  }
+
+  void ReadGroup(const KeyGroup &group, const toml::node &node) {
+    const std::string name(group.name);
+    if (const toml::table *table = node.as_table())
+      for (const auto &[key, value] : *table)
+        ReadKey(key, value, group.keys, result.configuration, {});
+    else
+      Report(node.source().begin, "\"" + name + "\" must be written as [" + name + "], not as " + NameType(node));
+  }
+
   template <class Rules, class Record>
   void ReadTables(std::string_view key, const toml::node &node, const Rules &rules, std::vector<Record> &records) {
     const toml::array *tables = node.as_array();
@@ -127,6 +145,8 @@ private:
         record.*(*single) = Understand(*text, rule->meaning);
     } else if (const auto *list = std::get_if<std::vector<std::string> Record::*>(&rule->field)) {
       record.*(*list) = ReadList(key, node, rule->meaning);
+    } else if (const auto *flag = std::get_if<bool Record::*>(&rule->field)) {
+      record.*(*flag) = ReadFlag(key, node, record.*(*flag));
     } else {
       record.*std::get<std::vector<AttributeSetting> Record::*>(rule->field) = ReadAttributes(key, node);
     }
@@ -139,12 +159,22 @@ private:
     return std::nullopt;
   }
 
+  bool ReadFlag(const toml::key &key, const toml::node &node, bool otherwise) {
+    if (const auto *flag = node.as_boolean())
+      return flag->get();
+    Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be true or false, not " + NameType(node));
+    return otherwise;
+  }
+
   std::vector<std::string> ReadList(const toml::key &key, const toml::node &node, Meaning meaning) {
     std::vector<std::string> items;
     if (const toml::array *list = node.as_array()) {
       for (const toml::node &each : *list)
-        if (const std::optional<std::string> text = ReadText(key, each))
+        if (const std::optional<std::string> text = ReadText(key, each)) {
+          if (meaning == Meaning::Host && !IsHostName(*text))
+            Report(each.source().begin, "\"" + *text + "\" is no host; write NAME or NAME:PORT, or \"*\" for all");
           items.push_back(Understand(*text, meaning));
+        }
     } else {
       Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be a list of texts, not " + NameType(node));
     }
@@ -192,11 +222,13 @@ private:
   }
 
   std::string Understand(const std::string &text, Meaning meaning) const {
-    if (text.empty() || meaning == Meaning::Text)
+    if (text.empty() || meaning == Meaning::Text || meaning == Meaning::Host)
       return text;
     if (meaning == Meaning::ClassPath)
       return ReadClassPath(text);
     if (meaning == Meaning::StoredPath && (BeginsWithVariable(text) || kit::IsUrl(text)))
+      return text;
+    if (meaning == Meaning::WriteFolder && (text == besideOutput || text == "*"))
       return text;
     return MakeAbsolute(text);
   }
@@ -255,6 +287,8 @@ void Complete(Configuration &configuration, const Installation &installation) {
 }
 
 } // namespace
+
+bool IsHostName(std::string_view text) { return !text.empty() && text.find_first_of("/\\@?# \t") == text.npos; }
 
 std::string OwnConfigurationPath() {
   const std::string folder = kit::PersonalFolder("XDG_CONFIG_HOME", ".config");

@@ -20,11 +20,15 @@ struct AttributeSetting {
   [[nodiscard]] bool operator==(const AttributeSetting &) const = default;
 };
 
+// Among the folders for further results: the folder of the result itself, and all below.
+inline constexpr std::string_view besideOutput = "output";
+
 struct ProcessorSetting {
   std::string name;
   std::string classPath; // absolute entries, ";" between them
   std::string className;
   std::vector<AttributeSetting> attributes = {};
+  bool allowsExtensions = false; // code that stylesheets call, when this processor applies them
 };
 
 // Any rule that matches associates a file with the application.
@@ -52,12 +56,21 @@ struct Configuration {
   std::string editor; // the command that opens a file at a line; empty: $VISUAL, then the desktop's own
   std::vector<ProcessorSetting> processors;
   std::vector<ApplicationSetting> applications;
+
+  // What documents and stylesheets are trusted with.
+  std::vector<std::string> trustedHosts; // names or addresses, maybe with a port; "*" for all
+  bool allowsExtensions = false;         // of every processor
+  std::vector<std::string> writeFolders = {std::string(besideOutput)}; // for further results; or "*"
+  bool syncsOutputs = true;                                            // data is on disk before success is reported
 };
 
 struct ConfigurationResult {
   Configuration configuration;
   std::vector<std::string> problems; // "file:line:column: what is wrong"; empty when the file is good
 };
+
+// Whether a text is a host as it is trusted: "name" or "name:port", or "*".
+[[nodiscard]] bool IsHostName(std::string_view text);
 
 // Where a person's own file belongs; empty without a home.
 [[nodiscard]] std::string OwnConfigurationPath();

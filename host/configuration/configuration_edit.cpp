@@ -39,6 +39,11 @@ std::string Format(const std::vector<std::string> &items) {
   return text + "]";
 }
 
+std::string Format(bool flag) { return flag ? "true" : "false"; }
+
+bool IsEmpty(bool flag) { return !flag; }
+template <class Value> bool IsEmpty(const Value &value) { return value.empty(); }
+
 // On one line, so that it can follow a key.
 std::string Format(const std::vector<AttributeSetting> &attributes) {
   std::string text = "{";
@@ -72,7 +77,7 @@ template <class Record, class Rules> std::vector<Assignment> ListAll(const Recor
   std::vector<Assignment> all;
   for (const KeyRule<Record> &rule : rules)
     if (rule.presence != Presence::Optional ||
-        !std::visit([&](auto field) { return (record.*field).empty(); }, rule.field))
+        !std::visit([&](auto field) { return IsEmpty(record.*field); }, rule.field))
       all.push_back({std::string(rule.key), FormatField(record, rule)});
   return all;
 }
@@ -80,7 +85,7 @@ template <class Record, class Rules> std::vector<Assignment> ListAll(const Recor
 // A run of whole lines: what stands before the first header, or a header with the comments right above it and all that
 // follows it.
 struct Section {
-  std::string kind; // "processor", "application", or empty
+  std::string kind; // "processor", "application", the name of another table, or empty
   size_t firstLine = 0;
   std::vector<std::string> lines;
 };
@@ -98,7 +103,17 @@ std::string KindOf(const toml::table &root, size_t line, std::string_view kind) 
     for (const toml::node &each : *tables)
       if (each.source().begin.line == line)
         return std::string(kind);
+  if (const toml::table *table = root[kind].as_table(); table && !table->is_inline())
+    if (table->source().begin.line == line)
+      return std::string(kind);
   return {};
+}
+
+// Of all tables that begin a section.
+std::vector<std::string_view> ListKinds() {
+  std::vector<std::string_view> kinds(tableKeys.begin(), tableKeys.end());
+  std::ranges::transform(keyGroups, std::back_inserter(kinds), &KeyGroup::name);
+  return kinds;
 }
 
 // Lines of a table's own values, from 1; a line of a long text may look like a comment or a header.
@@ -128,15 +143,18 @@ bool IsComment(const std::string &line) {
 std::vector<Section> SplitSections(const std::string &text, const toml::table &root) {
   const std::vector<std::string> lines = SplitLines(text);
   std::set<size_t> valueLines = FindValueLines(root);
-  for (const std::string_view kind : tableKeys)
+  for (const std::string_view kind : ListKinds()) {
     if (const toml::array *tables = root[kind].as_array())
       for (const toml::node &each : *tables)
         if (const toml::table *table = each.as_table())
           valueLines.merge(FindAllValueLines(*table));
+    if (const toml::table *table = root[kind].as_table())
+      valueLines.merge(FindAllValueLines(*table));
+  }
   std::vector<Section> sections(1);
   for (size_t at = 0; at < lines.size(); ++at) {
     std::string kind;
-    for (const std::string_view each : tableKeys)
+    for (const std::string_view each : ListKinds())
       if (kind.empty())
         kind = KindOf(root, at + 1, each);
     if (!kind.empty()) {
@@ -237,8 +255,8 @@ void Apply(Section &section, const toml::table &table, const std::vector<Assignm
   std::erase(section.lines, "\v");
 }
 
-Section MakeSection(const std::string &kind, const std::vector<Assignment> &values) {
-  Section section{kind, 0, {"[[" + kind + "]]"}};
+Section MakeSection(const std::string &kind, const std::string &header, const std::vector<Assignment> &values) {
+  Section section{kind, 0, {header}};
   for (const Assignment &value : values)
     section.lines.push_back(value.key + " = " + value.value);
   section.lines.emplace_back();
@@ -266,7 +284,7 @@ std::vector<Section> ArrangeSections(std::vector<Section> sections, const toml::
             ListChanges(before[from], after[index], rules));
       arranged.push_back(std::move(old[from]));
     } else {
-      arranged.push_back(MakeSection(kind, ListAll(after[index], rules)));
+      arranged.push_back(MakeSection(kind, "[[" + kind + "]]", ListAll(after[index], rules)));
     }
   }
   place = std::min(place, others.size());
@@ -322,9 +340,13 @@ std::string WriteConfiguration(const Configuration &configuration) {
   for (const Assignment &each : ListAll(configuration, configurationKeys))
     sections.front().lines.push_back(each.key + " = " + each.value);
   for (const ProcessorSetting &each : configuration.processors)
-    sections.push_back(MakeSection("processor", ListAll(each, processorKeys)));
+    sections.push_back(MakeSection("processor", "[[processor]]", ListAll(each, processorKeys)));
   for (const ApplicationSetting &each : configuration.applications)
-    sections.push_back(MakeSection("application", ListAll(each, applicationKeys)));
+    sections.push_back(MakeSection("application", "[[application]]", ListAll(each, applicationKeys)));
+  for (const KeyGroup &group : keyGroups) {
+    const std::string name(group.name);
+    sections.push_back(MakeSection(name, "[" + name + "]", ListAll(configuration, group.keys)));
+  }
   return Join(sections);
 }
 

@@ -5,6 +5,7 @@
 #include "host/configuration/configuration.h"
 
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -12,13 +13,15 @@
 
 namespace host {
 
-enum class Meaning { Text, Path, StoredPath, ClassPath };
+// WriteFolder: a path, or one of the words that stand for folders.
+enum class Meaning { Text, Path, StoredPath, ClassPath, WriteFolder, Host };
 // Written: stands in a new file even when it is empty, since its default is not.
 enum class Presence { Optional, Written, Required };
 
 template <class Record> struct KeyRule {
   std::string_view key;
-  std::variant<std::string Record::*, std::vector<std::string> Record::*, std::vector<AttributeSetting> Record::*>
+  std::variant<std::string Record::*, std::vector<std::string> Record::*, std::vector<AttributeSetting> Record::*,
+               bool Record::*>
       field;
   Meaning meaning = Meaning::Text;
   Presence presence = Presence::Optional;
@@ -40,6 +43,7 @@ inline constexpr std::array processorKeys = {
     KeyRule<ProcessorSetting>{"name", &ProcessorSetting::name, Meaning::Text, Presence::Required},
     KeyRule<ProcessorSetting>{"class_path", &ProcessorSetting::classPath, Meaning::ClassPath},
     KeyRule<ProcessorSetting>{"class_name", &ProcessorSetting::className, Meaning::Text, Presence::Required},
+    KeyRule<ProcessorSetting>{"extensions", &ProcessorSetting::allowsExtensions},
     KeyRule<ProcessorSetting>{"attributes", &ProcessorSetting::attributes},
 };
 
@@ -51,6 +55,23 @@ inline constexpr std::array applicationKeys = {
     KeyRule<ApplicationSetting>{"namespace", &ApplicationSetting::namespaces},
     KeyRule<ApplicationSetting>{"file", &ApplicationSetting::files},
 };
+
+inline constexpr std::array trustKeys = {
+    KeyRule<Configuration>{"network", &Configuration::trustedHosts, Meaning::Host},
+    KeyRule<Configuration>{"extensions", &Configuration::allowsExtensions},
+    KeyRule<Configuration>{"write", &Configuration::writeFolders, Meaning::WriteFolder, Presence::Written},
+};
+
+inline constexpr std::array outputKeys = {
+    KeyRule<Configuration>{"sync", &Configuration::syncsOutputs, Meaning::Text, Presence::Written},
+};
+
+// The tables that group some keys.
+struct KeyGroup {
+  std::string_view name;
+  std::span<const KeyRule<Configuration>> keys;
+};
+inline constexpr std::array keyGroups = {KeyGroup{"trust", trustKeys}, KeyGroup{"outputs", outputKeys}};
 
 // The lists of tables.
 inline constexpr std::array<std::string_view, 2> tableKeys = {"processor", "application"};

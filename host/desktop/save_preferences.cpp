@@ -3,6 +3,7 @@
 #include "kit/atomic_file.h"
 #include "kit/paths.h"
 #include "kit/read_file.h"
+#include "kit/unfinished_files.h"
 
 #include <filesystem>
 #include <system_error>
@@ -14,6 +15,7 @@ namespace {
 std::string WriteWhole(const std::string &path, const std::string &text) {
   std::error_code error;
   std::filesystem::create_directories(kit::FolderOf(path), error);
+  kit::RemoveAbandonedFiles(kit::FolderOf(kit::FollowLinks(path)));
   kit::AtomicFile file(path);
   return file.Write(text) && file.Commit() ? std::string() : file.Error();
 }

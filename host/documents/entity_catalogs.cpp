@@ -139,6 +139,7 @@ void EntityCatalogs::Load() {
   if (isLoaded)
     return;
   isLoaded = true;
+  ReadLocalFilesOnly();
   xmlInitializeCatalog();
   for (const std::string &path : paths) {
     const std::string file = kit::UrlToPath(path);

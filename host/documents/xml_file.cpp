@@ -3,6 +3,7 @@
 #include "kit/paths.h"
 
 #include <libxml/parser.h>
+#include <libxml/xmlIO.h>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -81,7 +82,18 @@ XmlDocument ParseXmlFile(const std::string &path, int options) {
   return read;
 }
 
+int IsLocalFile(const char *name) { return !kit::IsUrl(name) || kit::IsFileUrl(name) ? 1 : 0; }
+
 } // namespace
+
+void ReadLocalFilesOnly() {
+  static const bool isDone = [] {
+    xmlInitParser(); // registers the library's own ways of opening
+    xmlCleanupInputCallbacks();
+    return xmlRegisterInputCallbacks(IsLocalFile, xmlFileOpen, xmlFileRead, xmlFileClose) >= 0;
+  }();
+  static_cast<void>(isDone);
+}
 
 std::optional<XmlOutline> ReadXmlOutline(const std::string &path, OutlineDepth depth) {
   const OpenFile file(path);

@@ -12,6 +12,10 @@
 
 namespace host {
 
+// From now on libxml2 opens nothing by name but local files, in the whole process: a catalog could name an address.
+// Called before anything is read by name; once is enough.
+void ReadLocalFilesOnly();
+
 // What the beginning of a file says about it.
 struct XmlOutline {
   std::string root; // local name

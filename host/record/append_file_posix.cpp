@@ -1,5 +1,7 @@
 #include "host/record/append_file.h"
 
+#include "kit/system_call.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,7 +24,7 @@ bool AppendFile::Fail(int code) {
 
 bool AppendFile::Open(const std::string &path) {
   name = path;
-  file = open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+  file = kit::Repeat([&] { return open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC); });
   return file >= 0 || Fail(errno);
 }
 
@@ -35,7 +37,7 @@ bool AppendFile::Append(std::string_view piece) {
     if (count < 0 && errno != EINTR) {
       (void)Fail(errno);
       // A disk that cannot take that either leaves half a piece, which readers pass over.
-      return ftruncate(file, before.st_size) == 0 && false;
+      return kit::Repeat([&] { return ftruncate(file, before.st_size); }) == 0 && false;
     }
     piece.remove_prefix(count < 0 ? 0 : static_cast<size_t>(count));
   }
@@ -45,9 +47,10 @@ bool AppendFile::Append(std::string_view piece) {
 bool AppendFile::Close() {
   if (!error.empty())
     return false;
-  if (fsync(file) != 0)
+  if (kit::Repeat([this] { return fsync(file); }) != 0)
     return Fail(errno);
-  return close(std::exchange(file, -1)) == 0 || Fail(errno);
+  // An interrupted one has closed the file.
+  return close(std::exchange(file, -1)) == 0 || errno == EINTR || Fail(errno);
 }
 
 } // namespace host

@@ -2,6 +2,8 @@
 
 #include "host/record/json_text.h"
 #include "host/record/time_text.h"
+#include "kit/paths.h"
+#include "kit/unfinished_files.h"
 
 #include <utility>
 
@@ -51,6 +53,7 @@ Json ToJson(const JobReport &job) {
 RunRecordFile::RunRecordFile(std::string path, std::string request, int32_t expectedCount, WriteFailure failure)
     : target(std::move(path)), requestText(std::move(request)), started(FormatTime(std::chrono::system_clock::now())),
       preparedCount(expectedCount), tell(std::move(failure)) {
+  kit::RemoveAbandonedFiles(kit::FolderOf(kit::FollowLinks(target)));
   Prepare(expectedCount);
   error = beginning->Error();
 }

@@ -1,5 +1,6 @@
 #include "host/record/run_recorder.h"
 
+#include <numeric>
 #include <utility>
 
 namespace host {
@@ -62,8 +63,15 @@ void RunRecorder::TakeDiagnostic(const RunEvent &event) {
   else if (event.job >= 0)
     early[event.job].push_back(std::move(diagnostic));
   else
-    for (RunReporter *reporter : reporters)
-      reporter->TakeDiagnostic(diagnostic);
+    TakeDiagnosticOfRun(diagnostic);
+}
+
+void RunRecorder::TakeDiagnosticOfRun(const RunDiagnostic &diagnostic) {
+  const int32_t ended = std::accumulate(tally.byStatus.begin(), tally.byStatus.end(), 0);
+  if (tally.count > 0 && ended == tally.count && diagnostic.severity != V_SEVERITY_WARNING)
+    tally.hasFailed = true;
+  for (RunReporter *reporter : reporters)
+    reporter->TakeDiagnostic(diagnostic);
 }
 
 void RunRecorder::Finish() {

@@ -56,7 +56,8 @@ public:
 struct RunTally {
   static constexpr size_t maxNames = 20;
 
-  int32_t count = 0; // jobs that the runs announced
+  int32_t count = 0;      // jobs that the runs announced
+  bool hasFailed = false; // by an error after its last job, whatever became of the jobs
   std::array<int32_t, jobStatusCount> byStatus{};
   // The inputs of the first jobs of each status but "done".
   std::array<std::vector<std::string>, jobStatusCount> names;
@@ -78,6 +79,7 @@ private:
   void BeginJob(const RunEvent &event);
   void EndJob(const RunEvent &event);
   void TakeDiagnostic(const RunEvent &event);
+  void TakeDiagnosticOfRun(const RunDiagnostic &diagnostic);
 
   std::vector<RunReporter *> reporters;
   RunTally tally;

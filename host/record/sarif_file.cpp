@@ -52,7 +52,7 @@ Json MakeLocations(const RunDiagnostic &diagnostic, const JobReport *job) {
 SarifFile::SarifFile(const std::string &path, std::string programVersion, WriteFailure failure)
     : file(path), version(std::move(programVersion)), started(FormatTime(std::chrono::system_clock::now())),
       tell(std::move(failure)) {
-  kit::RemoveAbandonedFiles(kit::FolderOf(path));
+  kit::RemoveAbandonedFiles(kit::FolderOf(kit::FollowLinks(path)));
   hasFailed = !file.Write(R"({"version":"2.1.0","runs":[{"results":[)");
 }
 

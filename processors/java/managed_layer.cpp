@@ -83,6 +83,11 @@ void XSLTManagedLayer::SetClassPath(const std::string &given) {
   hasNewClassPath = true;
 }
 
+void XSLTManagedLayer::SetPolicy(const processors::Policy &given) {
+  hasNewPolicy = hasNewPolicy || given != policy;
+  policy = given;
+}
+
 // Java never takes a jar back or exchanges it, but it can be given more.
 void XSLTManagedLayer::ApplyClassPath() {
   std::string entries;
@@ -193,7 +198,10 @@ bool XSLTManagedLayer::FindMethods(JNIEnv *java, jclass type) {
                                                         "(Ljava/lang/String;[Ljava/lang/String;)[Ljava/lang/String;")
                                     : nullptr;
   methods.discardOutputs = methods.probe ? java->GetMethodID(type, "DiscardOutputs", "()V") : nullptr;
-  return methods.discardOutputs;
+  methods.setPolicy = methods.discardOutputs
+                          ? java->GetMethodID(type, "SetPolicy", "([Ljava/lang/String;Z[Ljava/lang/String;Z)V")
+                          : nullptr;
+  return methods.setPolicy;
 }
 
 template <class Result, class Body>
@@ -239,11 +247,20 @@ void XSLTManagedLayer::GiveUp() {
 bool XSLTManagedLayer::SelectFactory(const processors::Factory &factory) {
   if (factory.className.empty() || !EnsureJava(factory.className))
     return false;
-  const auto result = RunInJava<int32_t>([called = methods, factory](const JavaMachine &java, int32_t &returned) {
-    returned = java.Environment()->CallIntMethod(called.layer, called.setTransformer,
-                                                 java.MakeString(factory.className.c_str()),
-                                                 java.MakeStringArray(factory.attributes));
-  });
+  const bool isNewPolicy = std::exchange(hasNewPolicy, false);
+  const auto result = RunInJava<int32_t>(
+      [called = methods, factory, isNewPolicy, trusted = policy](const JavaMachine &java, int32_t &returned) {
+        if (isNewPolicy)
+          java.Environment()->CallVoidMethod(called.layer, called.setPolicy, java.MakeStringArray(trusted.hosts),
+                                             static_cast<jboolean>(trusted.allowsExtensions),
+                                             java.MakeStringArray(trusted.writeFolders),
+                                             static_cast<jboolean>(trusted.syncsOutputs));
+        if (java.Environment()->ExceptionCheck())
+          return;
+        returned = java.Environment()->CallIntMethod(called.layer, called.setTransformer,
+                                                     java.MakeString(factory.className.c_str()),
+                                                     java.MakeStringArray(factory.attributes));
+      });
   if (!result)
     NoteLoss();
   if (result != success)

@@ -18,6 +18,7 @@ public:
   [[nodiscard]] static XSLTManagedLayer &GetInstance();
 
   void SetClassPath(const std::string &given) override;
+  void SetPolicy(const processors::Policy &given) override;
   [[nodiscard]] bool SelectFactory(const processors::Factory &factory) override;
   [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
   [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const processors::Factory &factory) override;
@@ -33,6 +34,7 @@ private:
     jmethodID setTransformer = nullptr;
     jmethodID probe = nullptr;
     jmethodID setClassPath = nullptr;
+    jmethodID setPolicy = nullptr;
     jmethodID discardOutputs = nullptr;
   };
 
@@ -55,6 +57,7 @@ private:
   void GiveUp();
 
   std::string classPath;
+  processors::Policy policy;
   std::vector<std::string> jarsFromStart;
   processors::JavaPump pump;
   std::unique_ptr<processors::JavaMachine> machine; // made and destroyed on the Java thread
@@ -63,6 +66,7 @@ private:
   bool isStarted = false;
   bool isParked = false; // between a shutdown and the next use
   bool hasNewClassPath = true;
+  bool hasNewPolicy = true;
 };
 
 } // namespace VLXSLT

@@ -91,17 +91,19 @@ TEST_F(Placement, TemporaryNamesAreUnusedOnes) {
   const Strings expected = {"in-out.xml", "in-out0.xml", "in-out1.xml", "in-out2.xml"};
   for (const std::string &name : expected) {
     EXPECT_EQ(client::TemporaryOutput("/docs/in.xml"), Path("temp/" + name));
-    Write("temp/" + name);
+    EXPECT_EQ(fs::status(Path("temp/" + name)).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   }
+  fs::remove(Path("temp/in-out0.xml"));
+  fs::create_symlink("nowhere", Path("temp/in-out0.xml"));
+  EXPECT_EQ(client::TemporaryOutput("/docs/in.xml"), Path("temp/in-out3.xml")) << "a link may lead anywhere";
   fs::remove(Path("temp/in-out0.xml"));
   EXPECT_EQ(client::TemporaryOutput("/other/in.xml"), Path("temp/in-out0.xml"));
   EXPECT_EQ(client::TemporaryOutput("/docs/in.dita"), Path("temp/in-out.dita"));
-  for (const char *name : {"plain-out", "plain-out0"}) {
+  for (const char *name : {"plain-out", "plain-out0"})
     EXPECT_EQ(client::TemporaryOutput("/docs/plain"), Path("temp/" + std::string(name)));
-    Write("temp/" + std::string(name));
-  }
   // Nothing is saved, or the value means nothing here: both are a temporary file, not one that replaces another.
   for (const auto kind : {OutputLocationKind::DoNotSave, static_cast<OutputLocationKind>(99)}) {
+    fs::remove(Path("temp/in-out.dita"));
     const ChosenOutput plan = Place(Policy(kind), "/docs/in.dita");
     EXPECT_EQ(plan.output, Path("temp/in-out.dita"));
     EXPECT_EQ(plan.temporary, "");
@@ -143,16 +145,20 @@ TEST_F(Placement, ChecksComeInTheirOrderAndSayWhy) {
   EXPECT_EQ(folder.Names("out").size(), 2U) << "looking leaves nothing behind";
 }
 
+std::string Replace(const std::string &temporary, const std::string &output) {
+  return client::ReplaceOutput(temporary, output, kit::Durability::DataAndName);
+}
+
 TEST_F(Placement, ReplacingIsWholeOrNotAtAll) {
   const std::string target = Write("out/target.xml", "old");
-  EXPECT_EQ(client::ReplaceOutput(Write("temp/t", "new"), target), "");
+  EXPECT_EQ(Replace(Write("temp/t", "new"), target), "");
   EXPECT_EQ(Read(target), "new");
   EXPECT_FALSE(fs::exists(Path("temp/t"))) << "it has taken its place";
 
-  EXPECT_NE(client::ReplaceOutput(Path("temp/gone"), target).find(Path("temp/gone")), std::string::npos);
+  EXPECT_NE(Replace(Path("temp/gone"), target).find(Path("temp/gone")), std::string::npos);
   fs::permissions(target, fs::perms::owner_read);
   const std::string result = Write("temp/t", "newer");
-  EXPECT_NE(client::ReplaceOutput(result, target).find(target), std::string::npos);
+  EXPECT_NE(Replace(result, target).find(target), std::string::npos);
   EXPECT_EQ(Read(target), "new");
   EXPECT_EQ(Read(result), "newer") << "the caller may still want it";
   EXPECT_EQ(folder.Names("out").size(), 1U);

@@ -12,6 +12,7 @@
 class FakeProcessor : public processors::Processor {
 public:
   void SetClassPath(const std::string &given) override { classPath = given; }
+  void SetPolicy(const processors::Policy &) override {}
   [[nodiscard]] bool SelectFactory(const processors::Factory &factory) override {
     return classes.contains(factory.className);
   }

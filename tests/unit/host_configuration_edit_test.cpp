@@ -30,8 +30,11 @@ std::string Describe(const Configuration &all) {
     add(*value);
   addAll(all.catalogs);
   addAll(all.javaOptions);
+  addAll(all.trustedHosts);
+  addAll(all.writeFolders);
+  add(std::string(all.allowsExtensions ? "extensions" : "") + (all.syncsOutputs ? " sync" : ""));
   for (const ProcessorSetting &each : all.processors) {
-    addAll({each.name, each.classPath, each.className});
+    addAll({each.name, each.classPath, each.className, each.allowsExtensions ? "extensions" : ""});
     for (const host::AttributeSetting &attribute : each.attributes)
       addAll({attribute.name, attribute.type, attribute.value});
   }
@@ -66,6 +69,7 @@ protected:
     if (Chance())
       made.attributes = {
           {"a flag", "boolean", "true"}, {"http://x/number", "number", "1.5"}, {"text", "string", Word()}};
+    made.allowsExtensions = Chance();
     return made;
   }
   ApplicationSetting MakeApplication() {
@@ -128,10 +132,14 @@ protected:
     unlessEmpty("editor", all.editor);
     unlessEmpty("catalogs", all.catalogs);
     unlessEmpty("java_options", all.javaOptions);
+    const int place = Below(3);
+    text += place == 0 ? ComposeGroups(all) : "";
     for (const ProcessorSetting &each : all.processors) {
       text += (Chance() ? "\n" + Comment() + "\n" : "") + std::string("[[processor]]\n");
       Write(text, "name", each.name);
       unlessEmpty("class_path", each.classPath);
+      if (each.allowsExtensions)
+        text += "extensions = true " + Comment() + "\n";
       const bool isInline = Chance();
       if (isInline && !each.attributes.empty())
         text += "attributes = {\"a flag\" = true, 'http://x/number' = 1.5, text = " + Quoted(each.attributes) + "}\n";
@@ -141,6 +149,7 @@ protected:
         Write(text, "text", each.attributes.back().value);
       }
     }
+    text += place == 1 ? ComposeGroups(all) : "";
     for (const ApplicationSetting &each : all.applications) {
       text += "[[application]] " + Comment() + "\n";
       Write(text, "name", each.name);
@@ -150,7 +159,16 @@ protected:
       unlessEmpty("namespace", each.namespaces);
       unlessEmpty("file", each.files);
     }
-    return text;
+    return text + (place == 2 ? ComposeGroups(all) : "");
+  }
+
+  // The tables that no edit touches, which must stay where others come and go.
+  std::string ComposeGroups(const Configuration &all) {
+    std::string text =
+        "[outputs]\nsync = " + std::string(all.syncsOutputs ? "true" : "false") + "\n" + Comment() + "\n[trust]\n";
+    Write(text, "write", all.writeFolders);
+    Write(text, "network", all.trustedHosts);
+    return text + "extensions = " + (all.allowsExtensions ? "true\n" : "false\n");
   }
 
   Configuration Read(const std::string &text) const {
@@ -192,6 +210,10 @@ TEST_F(Editing, GivesWhatWasWantedInEveryLayout) {
     all.javaHome = Chance() ? Path() : "";
     all.defaultCatalogue = Chance() ? Path() : "";
     all.editor = Word();
+    all.syncsOutputs = Chance();
+    all.allowsExtensions = Chance();
+    all.trustedHosts = {"host:" + std::to_string(Below(9)), "*"};
+    all.writeFolders = Some([this] { return Path(); });
     all.javaOptions = Some([this] { return Word(); });
     all.catalogs = Some([this] { return Path(); });
     for (int count = Below(4); count > 0; --count)

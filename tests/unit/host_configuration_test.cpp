@@ -37,6 +37,13 @@ class_name = "x.Factory"
 [[processor]]
 name = "Bare"
 class_name = "y.Factory"
+extensions = true
+[trust]
+network = ["docs.example.org", "localhost:8080", "*"]
+extensions = true
+write = ["output", "other", "*"]
+[outputs]
+sync = false
 [[application]]
 name = "DITA"
 catalogue = '$structdir\dita\Transformations.xml'
@@ -66,6 +73,12 @@ file = ["*.dita"]
                                                           {"http://x/text", "string", "a b"}};
   EXPECT_EQ(made.processors[0].attributes, attributes);
   EXPECT_TRUE(made.processors[1].attributes.empty());
+  EXPECT_FALSE(made.processors[0].allowsExtensions);
+  EXPECT_TRUE(made.processors[1].allowsExtensions);
+  EXPECT_EQ(made.trustedHosts, (Names{"docs.example.org", "localhost:8080", "*"}));
+  EXPECT_TRUE(made.allowsExtensions);
+  EXPECT_EQ(made.writeFolders, (Names{"output", folder.Path("conf/other"), "*"}));
+  EXPECT_FALSE(made.syncsOutputs);
   ASSERT_EQ(made.applications.size(), 1U);
   EXPECT_EQ(made.applications[0].catalogue, "$structdir\\dita\\Transformations.xml");
 }
@@ -77,6 +90,11 @@ TEST(Configuration, TellsEveryFaultWithItsPlaceAndWhatWasMeant) {
   };
   const Case cases[] = {
       {"quite_different = 1\n", {":1:1: unknown key \"quite_different\""}},
+      {"trust = true\n", {":1:9: \"trust\" must be written as [trust], not as true or false"}},
+      {"[trust]\nnetwork = [\"http://a/\"]\nextensions = 1\nwrites = []\n",
+       {":2:12: \"http://a/\" is no host; write NAME or NAME:PORT, or \"*\" for all",
+        ":3:14: \"extensions\" must be true or false, not a number",
+        ":4:1: unknown key \"writes\"; did you mean \"write\"?"}},
       {"java_options = \"-Xmx1g\"\n", {":1:16: \"java_options\" must be a list of texts, not text"}},
       {"catalogs = [\"a\", true]\n", {":1:18: \"catalogs\" must be text, not true or false"}},
       {"[processor]\nname = \"x\"\n", {":1:1: \"processor\" must be written as [[processor]], not as a table"}},

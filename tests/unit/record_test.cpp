@@ -138,6 +138,22 @@ TEST_F(RunRecords, SayWhatTheRunDid) {
   EXPECT_EQ(tally.names.at(V_JOB_DONE), Strings());
 }
 
+// Jobs may be done and the run not be: what they wrote could not be synced, for instance.
+TEST(Tally, KnowsThatARunFailedAfterItsJobs) {
+  for (const auto &[severity, isLate, hasFailed] : {std::tuple{V_SEVERITY_ERROR, true, true},
+                                                    {V_SEVERITY_WARNING, true, false},
+                                                    {V_SEVERITY_ERROR, false, false}}) {
+    host::RunRecorder recorder;
+    recorder.OnRunEvent({.kind = V_RUN_BEGINS, .count = 1});
+    if (isLate) {
+      recorder.OnRunEvent(Begins(0, "/p/a.xml", "Saxon"));
+      recorder.OnRunEvent(Ends(0, V_JOB_DONE));
+    }
+    recorder.OnRunEvent(Diagnostic(-1, severity, "of the run"));
+    EXPECT_EQ(recorder.Tally().hasFailed, hasFailed);
+  }
+}
+
 TEST_F(RunRecords, AreReadHoweverTheyWereCut) {
   Play(MakeRun());
   const std::string whole = folder.Read("r.jsonl");

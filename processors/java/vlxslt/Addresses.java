@@ -4,7 +4,6 @@ import java.net.URI;
 import java.net.URISyntaxException;
 import java.nio.file.FileSystemNotFoundException;
 import java.nio.file.Path;
-import java.util.Locale;
 
 /**
  * Paths, system identifiers and the way from one to the other. Addresses of files are spelled in one way, "file:/folder",
@@ -71,6 +70,9 @@ final class Addresses {
   static String resolve(String base, String reference) {
     if (reference == null || hasScheme(reference) || base == null || base.isEmpty())
       return spelled(reference);
+    // Blanks may begin the name of a file, but stand for nothing before a scheme.
+    if (hasScheme(trimmed(reference)))
+      return spelled(trimmed(reference));
     if (reference.isEmpty())
       return spelled(withoutFragment(base));
     try {
@@ -80,9 +82,9 @@ final class Addresses {
     }
   }
 
-  static boolean isNetwork(String address) {
-    String lower = address.toLowerCase(Locale.ROOT);
-    return lower.startsWith("http:") || lower.startsWith("https:") || lower.startsWith("ftp:");
+  /** Without blanks and control characters around it. */
+  static String trimmed(String address) {
+    return address.trim();
   }
 
   static String withoutFragment(String address) {

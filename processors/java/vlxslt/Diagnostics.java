@@ -44,6 +44,27 @@ final class Diagnostics implements ErrorHandler {
     handler.Message(lines.endsWith("\n") ? lines.substring(0, lines.length() - 1) : lines);
   }
 
+  /** Hears of problems that a stylesheet can live with. */
+  ErrorHandler asWarnings() {
+    return new ErrorHandler() {
+      @Override
+      public void warning(SAXParseException e) {
+        report(Severity.WARNING, e);
+      }
+
+      @Override
+      public void error(SAXParseException e) {
+        report(Severity.WARNING, e);
+      }
+
+      @Override
+      public void fatalError(SAXParseException e) throws SAXParseException {
+        report(Severity.WARNING, e);
+        throw e;
+      }
+    };
+  }
+
   /** How many problems there were so far; those that follow can be asked for with `since`. */
   int count() {
     return reported.size();
@@ -78,6 +99,11 @@ final class Diagnostics implements ErrorHandler {
   /** What this throwable, or one around it, tells is no problem. */
   void ignore(Throwable thrown) {
     known.add(thrown);
+  }
+
+  /** Something that the layer itself has to say of what is at work. */
+  void warn(String text) {
+    report(new Diagnostic(Severity.WARNING, text, Place.UNKNOWN, null), null);
   }
 
   /** A problem that comes as an exception. */

@@ -8,6 +8,7 @@ import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
 import javax.xml.transform.Source;
+import javax.xml.transform.TransformerException;
 import javax.xml.transform.URIResolver;
 import javax.xml.transform.sax.SAXSource;
 import org.xml.sax.InputSource;
@@ -73,6 +74,18 @@ final class Documents {
     read(input, settings, unasked, Purpose.DATA);
   }
 
+  /** The source of what a processor reads by its configuration alone. */
+  Source unaskedSource(String href, String base) throws TransformerException {
+    return uriResolver(unasked, Purpose.DATA).resolve(href, base);
+  }
+
+  /** Throws unless what a processor opens unasked may be opened. Returns where it lies. */
+  String admitUnasked(String address) throws AddressGate.ReadFailure {
+    String admitted = AddressGate.admit(resolve(null, address));
+    unasked.add(admitted);
+    return admitted;
+  }
+
   /** The address that a reference leads to; null when there is nothing to go by. */
   String resolve(String base, String reference) {
     return answers.computeIfAbsent(List.of(base == null ? "" : base, reference),
@@ -99,16 +112,26 @@ final class Documents {
     return new SAXSource(reader, new InputSource(address));
   }
 
-  /** Serves xsl:import and xsl:include, or document(). */
+  /** Serves xsl:import and xsl:include, or document(): never leaves anything to the processor. */
   URIResolver uriResolver(FilesRead files, Purpose purpose) {
     return (href, base) -> {
-      // A stylesheet inside a document, or an address of an unknown kind: the processor's own business.
-      if (purpose == Purpose.MODULE && href.indexOf('#') >= 0)
-        return null;
-      String address = resolve(base, Addresses.withoutFragment(href));
-      boolean isOurs = address != null && (Addresses.isOfFile(address) || Addresses.isNetwork(address));
-      return isOurs ? (Source) source(address, files, purpose) : null;
+      try {
+        return admittedSource(href, base, files, purpose);
+      } catch (AddressGate.ReadFailure e) {
+        throw new TransformerException(e.getMessage(), e);
+      }
     };
+  }
+
+  /** A source of its own reading for what a stylesheet refers to; with a fragment, of that element alone in a module. */
+  SAXSource admittedSource(String href, String base, FilesRead files, Purpose purpose)
+      throws AddressGate.ReadFailure {
+    String reference = Addresses.withoutFragment(href);
+    String address = resolve(base, reference);
+    SAXSource source = source(AddressGate.admit(address == null ? href : address), files, purpose);
+    if (purpose == Purpose.MODULE && href.length() > reference.length() + 1)
+      source.setXMLReader(new FragmentReader(source.getXMLReader(), href.substring(reference.length() + 1)));
+    return source;
   }
 
   /** Reads one document with a parser as `settings` say; problems go to its error handler, if it has one. */
@@ -116,6 +139,8 @@ final class Documents {
       throws IOException, SAXException {
     if (purpose != Purpose.DATA)
       settings.errors = diagnostics;
+    else if (settings.errors == null)
+      settings.errors = diagnostics.asWarnings(); // the processor would do without the document, and say nothing
     if (isText(input)) {
       parse(input, settings, files, purpose);
       return;
@@ -167,10 +192,8 @@ final class Documents {
     if (isText(input))
       return input;
     try {
-      boolean mayFetch = purpose != Purpose.PRINCIPAL;
       InputSource opened = replaced.equals(input.getSystemId()) ? openReplacement()
-          : input.getByteStream() != null
-              ? input : EntityResolution.open(input.getSystemId(), input.getPublicId(), mayFetch);
+          : input.getByteStream() != null ? input : AddressGate.open(input.getSystemId(), input.getPublicId());
       files.add(input.getSystemId());
       return opened;
     } catch (IOException e) {

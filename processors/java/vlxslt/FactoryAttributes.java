@@ -7,6 +7,8 @@ import javax.xml.transform.TransformerFactory;
 
 /** How a factory is set up before its first use: name, type and value alternately, as the host's configuration says. */
 record FactoryAttributes(List<String> fields) {
+  private static final String EXTENSIONS = "vlxslt:extensions"; // no attribute of any factory, but a setting of ours
+
   /** Null for none. */
   static FactoryAttributes of(String[] fields) {
     return new FactoryAttributes(fields == null ? List.of() : List.copyOf(Arrays.asList(fields)));
@@ -15,7 +17,16 @@ record FactoryAttributes(List<String> fields) {
   /** Throws an exception that names the attribute which the factory does not take. */
   void apply(TransformerFactory factory) {
     for (int i = 0; i + 2 < fields.size(); i += 3)
-      set(factory, fields.get(i), fields.get(i + 1), fields.get(i + 2));
+      if (!fields.get(i).equals(EXTENSIONS))
+        set(factory, fields.get(i), fields.get(i + 1), fields.get(i + 2));
+  }
+
+  /** Whether stylesheets that this factory's processor applies may call code. */
+  boolean allowExtensions() {
+    for (int i = 0; i + 2 < fields.size(); i += 3)
+      if (fields.get(i).equals(EXTENSIONS))
+        return Boolean.parseBoolean(fields.get(i + 2));
+    return false;
   }
 
   private static Object valueOf(String type, String text) {

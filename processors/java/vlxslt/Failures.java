@@ -68,7 +68,7 @@ final class Failures {
       return outOfMemory(Runtime.getRuntime().maxMemory() >> 20);
     if (link instanceof StackOverflowError)
       return Text.RECURSION_TOO_DEEP.with();
-    if (link instanceof OutputFile.WriteFailure || link instanceof EntityResolution.ReadFailure)
+    if (link instanceof OutputFile.WriteFailure || link instanceof AddressGate.ReadFailure)
       return link.getMessage();
     if (link instanceof FileNotFoundException)
       return Text.FILE_NOT_READ.with(link.getMessage());

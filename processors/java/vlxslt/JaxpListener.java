@@ -68,6 +68,8 @@ final class JaxpListener implements ErrorListener {
 
   private void report(Severity severity, TransformerException e) {
     lastMessage = null;
+    if (isCompiler && e.getMessage() != null && e.getMessage().contains("secure processing"))
+      diagnostics.warn(Text.EXTENSIONS_OFF.with("Java"));
     if (!NO_REASON.equals(e.getMessage()))
       diagnostics.report(severity, e);
   }

@@ -82,6 +82,11 @@ final class Job {
     return Path.of(request.result).toAbsolutePath().normalize().toString();
   }
 
+  /** Whether the input itself says which stylesheet is applied to it. */
+  boolean namesStylesheet() {
+    return request.stylesheet.isEmpty();
+  }
+
   Start start() {
     return request.start;
   }
@@ -98,13 +103,15 @@ final class Job {
     protect(address);
     Stylesheet stylesheet = compile(processor, stylesheets, address);
     diagnostics.setSubject(outputAddress());
-    try (Outputs outputs = new Outputs(target, Path.of(request.result))) {
+    try (Outputs outputs = new Outputs(target, Path.of(request.result), namesStylesheet())) {
       // What the parser finds in the input has its place; all else is the stylesheet's doing.
       diagnostics.setSubject(origin);
       stylesheet.run(this, outputs);
       diagnostics.failOn(Severity.FATAL);
       diagnostics.setSubject(outputAddress());
       secondaryOutputs = outputs.commit();
+      outputs.forEachLoss((file, loss) -> diagnostics.report(
+          new Diagnostic(Severity.WARNING, loss, Place.of(Addresses.ofPath(file.toString())), null), null));
     }
   }
 

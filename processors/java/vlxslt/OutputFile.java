@@ -1,7 +1,10 @@
 package vlxslt;
 
+import java.io.BufferedOutputStream;
 import java.io.IOException;
 import java.io.OutputStream;
+import java.nio.channels.Channels;
+import java.nio.channels.FileChannel;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.AtomicMoveNotSupportedException;
 import java.nio.file.Files;
@@ -9,32 +12,39 @@ import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.nio.file.StandardCopyOption;
 import java.nio.file.StandardOpenOption;
-import java.nio.file.attribute.PosixFileAttributeView;
-import java.nio.file.attribute.PosixFileAttributes;
+import java.util.ArrayList;
+import java.util.List;
 import java.util.Set;
 import java.util.concurrent.ConcurrentHashMap;
-import java.util.concurrent.atomic.AtomicInteger;
 
 /**
  * One output that appears whole or not at all: it is written beside its target and takes the target's place on commit.
- * A target that is a link keeps being one, an existing file keeps its owner and permissions.
+ * Its data is on disk by then, so that a power cut leaves the old file or the new one; the folder is the caller's to
+ * sync. A target that is a link keeps being one, an existing file keeps its owner and permissions, and other names of
+ * it (hard links) keep the old content.
  */
 final class OutputFile extends OutputStream {
   private static final int MAX_LINKS = 40;
-  private static final AtomicInteger counter = new AtomicInteger();
   private static final Set<OutputFile> unfinished = ConcurrentHashMap.newKeySet();
   private static String unfinishedPrefix = ".vlxslt-";
   private static volatile boolean isClosed; // for good
+  private static volatile boolean syncs = true;
 
   private final Path named;
   private final Path target; // what it leads to, when it is a link
   private final Path written;
   private final boolean renames;
+  private final boolean isFinal;
+  private FileChannel channel;
+  private final List<String> losses = new ArrayList<>();
   private OutputStream stream;
   private IOException failure;
+  private boolean isReopened; // perhaps often: it is synced once, on commit
 
-  OutputFile(Path target) throws IOException {
+  /** One that is not final goes to another place in the end, by other means: it is private and need not be synced. */
+  OutputFile(Path target, boolean isFinal) throws IOException {
     named = target;
+    this.isFinal = isFinal;
     this.target = followLinks(target);
     if (Files.isDirectory(this.target))
       throw new IOException(Text.OUTPUT_IS_FOLDER.with(target));
@@ -44,14 +54,16 @@ final class OutputFile extends OutputStream {
     Path folder = this.target.toAbsolutePath().getParent();
     if (!Files.isDirectory(folder))
       throw new IOException(Text.OUTPUT_FOLDER_MISSING.with(folder));
-    String name = unfinishedPrefix + counter.incrementAndGet() + ".tmp";
-    // A device or a pipe cannot be replaced, nor a file in a folder that takes no new ones: those get a copy.
-    renames = (!exists || Files.isRegularFile(this.target)) && Files.isWritable(folder);
-    if (!renames && !exists)
+    // A device or a pipe cannot be replaced: it gets a copy. A file could be lost that way.
+    renames = !exists || Files.isRegularFile(this.target);
+    if (renames && !Files.isWritable(folder))
       throw new IOException(Text.OUTPUT_FOLDER_READ_ONLY.with(folder));
-    written = renames ? folder.resolve(name) : Files.createTempFile("vlxslt-", ".tmp");
-    stream = new java.io.BufferedOutputStream(
-        Files.newOutputStream(written, StandardOpenOption.CREATE, StandardOpenOption.TRUNCATE_EXISTING), 1 << 16);
+    // What replaces a private file must not be readable for a moment either.
+    NewFile file = renames ? NewFile.in(folder, unfinishedPrefix, exists || !isFinal)
+                           : NewFile.in(Path.of(System.getProperty("java.io.tmpdir")), unfinishedPrefix, true);
+    written = file.path();
+    channel = file.channel();
+    stream = new BufferedOutputStream(Channels.newOutputStream(channel), 1 << 16);
     unfinished.add(this);
     if (isClosed)
       discard(); // the writer fails at its next write
@@ -60,6 +72,11 @@ final class OutputFile extends OutputStream {
   /** How the names of files begin that are not whole yet; they tell which process writes them. */
   static void setUnfinishedPrefix(String prefix) {
     unfinishedPrefix = prefix;
+  }
+
+  /** Whether data is on disk before an output takes its place. */
+  static void setSyncs(boolean isOn) {
+    syncs = isOn;
   }
 
   /** Runs a commit of one or several files; not interrupted by `discardAll`, and refused after it. */
@@ -99,22 +116,39 @@ final class OutputFile extends OutputStream {
     OutputStream open = stream;
     stream = null;
     if (open != null)
-      remember(open::close);
+      remember(() -> finish(open));
   }
 
-  /** Only inside `commitTogether`. */
-  void commit() throws IOException {
+  /** Goes on behind what a closed file holds. */
+  void reopen() throws IOException {
+    if (stream != null)
+      return;
+    channel = FileChannel.open(written, StandardOpenOption.APPEND, LinkOption.NOFOLLOW_LINKS);
+    stream = new BufferedOutputStream(Channels.newOutputStream(channel), 1 << 16);
+    isReopened = true;
+  }
+
+  /** Before `commit`: nothing more is written. */
+  void complete() throws IOException {
     close();
     if (failure != null)
       throw failure;
+    if (isSynced() && isReopened)
+      remember(this::syncAgain);
+  }
+
+  /** Only inside `commitTogether`, of a complete file. */
+  void commit() throws IOException {
     if (!renames) {
-      try (OutputStream out = Files.newOutputStream(target)) {
+      try (OutputStream out = Files.newOutputStream(target, StandardOpenOption.WRITE)) {
         Files.copy(written, out);
       }
       delete();
       return;
     }
-    keepAttributes();
+    noteOtherNames();
+    if (Files.exists(target) && !NewFile.takeAttributes(written, target))
+      losses.add(Text.PERMISSIONS_NOT_KEPT.with(target));
     try {
       Files.move(written, target, StandardCopyOption.ATOMIC_MOVE);
     } catch (AtomicMoveNotSupportedException e) {
@@ -125,8 +159,9 @@ final class OutputFile extends OutputStream {
 
   /** Removes what was written; the target is as it was. After a commit it does nothing. */
   void discard() {
+    stream = null;
     try {
-      close();
+      channel.close();
     } catch (IOException e) {
       // The file goes anyway.
     }
@@ -142,6 +177,10 @@ final class OutputFile extends OutputStream {
     }
   }
 
+  boolean isFinal() {
+    return isFinal;
+  }
+
   boolean hasTargetOf(OutputFile other) {
     return target.equals(other.target);
   }
@@ -150,6 +189,11 @@ final class OutputFile extends OutputStream {
   boolean isBlank() throws IOException {
     return Files.size(written) < 200
         && Files.readString(written, StandardCharsets.ISO_8859_1).matches("(<\\?xml[^?]*\\?>)?\\s*");
+  }
+
+  /** What the target had and could not be kept when this file took its place, in words. */
+  List<String> losses() {
+    return losses;
   }
 
   /** As it was asked for. */
@@ -199,19 +243,37 @@ final class OutputFile extends OutputStream {
     }
   }
 
-  private void keepAttributes() throws IOException {
-    PosixFileAttributeView old = Files.getFileAttributeView(target, PosixFileAttributeView.class);
-    if (old == null || !Files.exists(target))
-      return;
-    PosixFileAttributes attributes = old.readAttributes();
-    PosixFileAttributeView mine = Files.getFileAttributeView(written, PosixFileAttributeView.class);
-    try {
-      mine.setOwner(attributes.owner());
-      mine.setGroup(attributes.group());
+  private void finish(OutputStream open) throws IOException {
+    boolean isOnDisk = false;
+    try (FileChannel closed = channel) {
+      open.flush();
+      if (isSynced() && !isReopened) {
+        closed.force(true);
+        isOnDisk = true;
+      }
     } catch (IOException e) {
-      // Only a privileged process may give files away.
+      // To close what is on disk loses nothing, even when a signal interrupts it.
+      if (!isOnDisk)
+        throw e;
     }
-    mine.setPermissions(attributes.permissions());
+  }
+
+  private boolean isSynced() {
+    return syncs && isFinal && renames;
+  }
+
+  private void syncAgain() throws IOException {
+    try (FileChannel written = FileChannel.open(this.written, StandardOpenOption.WRITE, LinkOption.NOFOLLOW_LINKS)) {
+      written.force(true);
+    }
+  }
+
+  private void noteOtherNames() throws IOException {
+    if (!Files.exists(target) || !target.getFileSystem().supportedFileAttributeViews().contains("unix"))
+      return;
+    int names = (Integer) Files.getAttribute(target, "unix:nlink");
+    if (names > 1)
+      losses.add(Text.OTHER_NAMES_KEEP_OLD.with(target, names - 1));
   }
 
   // A link may point at a file that does not exist yet; that file is then the target.

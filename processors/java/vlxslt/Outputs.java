@@ -7,19 +7,26 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
+import java.util.function.BiConsumer;
 import java.util.stream.Stream;
 
 /** All outputs of one transformation, committed together at its end. Closing without a commit leaves nothing behind. */
 final class Outputs implements AutoCloseable {
   private final OutputFile principal;
   private final Path result;
+  private final boolean besideOnly;
   private final List<OutputFile> files = new ArrayList<>();
   private OutputFile.WriteFailure refusal;
 
-  /** The caller will move the principal output to `result`, unless it is that file already. */
-  Outputs(Path principal, Path result) throws IOException {
-    this.principal = new OutputFile(principal);
+  /**
+   * The caller will move the principal output to `result`, unless it is that file already. `besideOnly`: the stylesheet
+   * is not trusted with other folders.
+   */
+  Outputs(Path principal, Path result, boolean besideOnly) throws IOException {
+    this.principal = new OutputFile(principal, principal.equals(result));
     this.result = result;
+    this.besideOnly = besideOnly;
     files.add(this.principal);
   }
 
@@ -33,9 +40,11 @@ final class Outputs implements AutoCloseable {
    */
   OutputStream add(Path file) {
     try {
+      WriteGate.admit(file, result, besideOnly);
       Files.createDirectories(file.toAbsolutePath().getParent());
       // A stylesheet that names its principal result itself means the file that is put in its place.
-      OutputFile output = new OutputFile(isResult(file) ? principal.path() : file);
+      OutputFile output =
+          isResult(file) ? new OutputFile(principal.path(), principal.isFinal()) : new OutputFile(file, true);
       files.add(output);
       if (others().anyMatch(other -> other != output && other.hasTargetOf(output)))
         throw new IOException(Text.OUTPUT_TAKEN.with());
@@ -44,6 +53,31 @@ final class Outputs implements AutoCloseable {
       return refuse(new OutputFile.WriteFailure(
           file.toString(), Text.OUTPUT_NOT_WRITTEN.with(file, Failures.textOf(e)), e));
     }
+  }
+
+  /** A result that begins with what the file holds already, be it of this job or of an earlier one. */
+  OutputStream append(Path file) {
+    Optional<OutputFile> earlier = others().filter(other -> other.path().equals(file)).findAny();
+    try {
+      if (earlier.isPresent()) {
+        earlier.get().reopen();
+        return earlier.get();
+      }
+      boolean exists = Files.exists(file) && !isResult(file);
+      OutputStream output = add(file);
+      if (exists)
+        Files.copy(file, output);
+      return output;
+    } catch (IOException e) {
+      return refuse(new OutputFile.WriteFailure(
+          file.toString(), Text.OUTPUT_NOT_WRITTEN.with(file, Failures.textOf(e)), e));
+    }
+  }
+
+  /** The file that a stylesheet means by a path, which is relative to the principal result, or by an address. */
+  Path locate(String name) {
+    Path named = Addresses.isOfFile(name) ? Addresses.fileOf(name) : Path.of(name);
+    return result.toAbsolutePath().resolveSibling(named == null ? Path.of(name) : named).normalize();
   }
 
   /** A result that has no place in a file. */
@@ -67,9 +101,9 @@ final class Outputs implements AutoCloseable {
   List<String> commit() throws IOException {
     if (refusal != null)
       throw refusal;
-    // All are closed before the first takes its place: a full disk shows here at the latest.
+    // All are complete before the first takes its place: a full disk shows here at the latest.
     for (OutputFile file : files)
-      file.close();
+      file.complete();
     // A stylesheet that names its principal result itself leaves nothing but a declaration in the unnamed one.
     if (others().anyMatch(principal::hasTargetOf)) {
       if (!principal.isBlank())
@@ -83,6 +117,12 @@ final class Outputs implements AutoCloseable {
         file.commit();
     });
     return others().filter(file -> !file.hasTargetOf(principal)).map(file -> file.path().toString()).toList();
+  }
+
+  /** What could not be kept of the files that were replaced: the file and, in words, what. */
+  void forEachLoss(BiConsumer<Path, String> consumer) {
+    for (OutputFile file : files)
+      file.losses().forEach(loss -> consumer.accept(file.path(), loss));
   }
 
   @Override

@@ -39,7 +39,6 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
   private EntityResolution resolution;
   private EntityResolver fallback;
   private FilesRead files;
-  private boolean isFromNetwork;
   private boolean mayUseCache;
   private String dtdPublicId;
   private String dtdAddress; // of the external subset, once asked for
@@ -69,7 +68,6 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     resolution = entityResolution;
     fallback = ofProcessor;
     files = filesRead;
-    isFromNetwork = source.getSystemId() != null && Addresses.isNetwork(source.getSystemId());
     // The parser tells of what is invalid in a DTD while it reads it, and not again.
     mayUseCache = parser.getFeature(LOAD_DTD) && !parser.getFeature(VALIDATION)
         && DoctypeScan.hasPlainDoctype(source.getByteStream());
@@ -101,7 +99,7 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     else
       address = resolution.resolve(name, publicId, baseUri, systemId);
     if (address == null)
-      return null;
+      throw new AddressGate.ReadFailure(Text.ADDRESS_UNUSABLE.with(String.valueOf(systemId)));
     FileStamp stamp = FileStamp.of(address);
     modules.add(new DtdCache.Module(name, publicId, baseUri, systemId, address, stamp));
     try {
@@ -115,11 +113,19 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     }
   }
 
-  // A document from the network brings its entities from there. Saxon holds copies of well-known ones.
-  private InputSource open(String address, String publicId) throws IOException, SAXException {
-    InputSource copy = fallback != null && !Addresses.isOfFile(address)
-        ? fallback.resolveEntity(publicId, address) : null;
-    return copy != null ? copy : EntityResolution.open(address, publicId, isFromNetwork);
+  private InputSource open(String address, String publicId) throws IOException {
+    InputSource copy = Addresses.isOfFile(address) ? null : findCopy(address, publicId);
+    return copy != null ? copy : AddressGate.open(address, publicId);
+  }
+
+  // Saxon holds copies of well-known ones; what it does not hold it would open itself, and be refused that.
+  private InputSource findCopy(String address, String publicId) {
+    try {
+      InputSource copy = fallback == null ? null : fallback.resolveEntity(publicId, address);
+      return copy != null && (copy.getByteStream() != null || copy.getCharacterStream() != null) ? copy : null;
+    } catch (IOException | SAXException e) {
+      return null;
+    }
   }
 
   @Override

@@ -20,8 +20,11 @@ interface ProcessorAdapter {
     }
   }
 
-  static ProcessorAdapter of(TransformerFactory factory, FactoryAttributes attributes) {
-    return SaxonAdapter.isFor(factory) ? new SaxonAdapter(factory) : new JaxpAdapter(factory, attributes);
+  /** `allowsExtensions`: stylesheets may call code. */
+  static ProcessorAdapter of(TransformerFactory factory, FactoryAttributes attributes, boolean allowsExtensions)
+      throws Exception {
+    return SaxonAdapter.isFor(factory) ? new SaxonAdapter(factory, allowsExtensions)
+                                       : new JaxpAdapter(factory, attributes, allowsExtensions);
   }
 
   /** Problems go to the job's diagnostics, modules to `modules`; what has errors may still be returned. */

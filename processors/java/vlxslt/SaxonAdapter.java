@@ -23,11 +23,10 @@ final class SaxonAdapter implements ProcessorAdapter {
   private final TransformerFactory factory;
   private final ClassLoader loader;
 
-  SaxonAdapter(TransformerFactory factory) {
+  SaxonAdapter(TransformerFactory factory, boolean allowsExtensions) throws Exception {
     this.factory = factory;
     this.loader = factory.getClass().getClassLoader();
-    for (String reader : new String[] {"sourceParserClass", "styleParserClass"})
-      factory.setAttribute("http://saxon.sf.net/feature/" + reader, OwnReader.class.getName());
+    SaxonGate.close(factory, allowsExtensions);
   }
 
   static boolean isFor(TransformerFactory factory) {
@@ -56,14 +55,6 @@ final class SaxonAdapter implements ProcessorAdapter {
     return new Compilation(job, job.filesRead()).compileEmbedded(job.plainInputSource());
   }
 
-  // What lies on the network Saxon opens itself, with our reader, and brings its own copies of well-known DTDs.
-  private static URIResolver filesOnly(URIResolver resolver) {
-    return (href, base) -> {
-      Source found = resolver.resolve(href, base);
-      return found == null || Addresses.isNetwork(found.getSystemId()) ? null : found;
-    };
-  }
-
   private final class Compilation {
     private final Object compiler = Reflection.call(processor(), "newXsltCompiler");
     private final StaticParameters statics;
@@ -75,7 +66,7 @@ final class SaxonAdapter implements ProcessorAdapter {
       statics = new StaticParameters(
           parameters.keySet(), restart, name -> setParameter(compiler, name, parameters.get(name)));
       SaxonDiagnostics.connect(compiler, job.diagnostics());
-      URIResolver resolver = filesOnly(job.documents().uriResolver(modules, Purpose.MODULE));
+      URIResolver resolver = job.documents().uriResolver(modules, Purpose.MODULE);
       Reflection.call(compiler, "setURIResolver", statics.watch(resolver));
     }
 
@@ -123,9 +114,7 @@ final class SaxonAdapter implements ProcessorAdapter {
   private void run(Object transformer, Job job, Outputs outputs) throws Exception {
     SaxonDiagnostics.connect(transformer, job.diagnostics());
     connectMessages(transformer, job.diagnostics());
-    Reflection.call(
-        transformer, "setURIResolver", filesOnly(job.documents().uriResolver(job.filesRead(), Purpose.DATA)));
-    noteTexts(transformer, job.filesRead());
+    Reflection.call(transformer, "setURIResolver", job.documents().uriResolver(job.filesRead(), Purpose.DATA));
     Reflection.call(transformer, "setBaseOutputURI", job.outputAddress());
     Function<URI, Object> destinations = uri -> openResult(uri, outputs);
     Reflection.call(transformer, "setResultDocumentHandler", destinations);
@@ -158,20 +147,6 @@ final class SaxonAdapter implements ProcessorAdapter {
   private static String textOf(Object node) {
     String markup = String.valueOf(node);
     return markup.indexOf('<') >= 0 ? markup : String.valueOf(Reflection.find(node, "getStringValue"));
-  }
-
-  /** The texts of unparsed-text() are read by Saxon itself. */
-  private void noteTexts(Object transformer, FilesRead files) throws Exception {
-    Object controller = Reflection.call(transformer, "getUnderlyingController");
-    Method set = Reflection.method(controller.getClass(), "setUnparsedTextURIResolver", 1);
-    Object resolver = Reflection.find(Reflection.call(factory, "getConfiguration"), "getUnparsedTextURIResolver");
-    if (set == null || resolver == null)
-      return;
-    Reflection.call(controller, set, Reflection.implement(set.getParameterTypes()[0], (method, arguments) -> {
-      Object text = Reflection.call(resolver, method, arguments);
-      files.add(((URI) arguments[0]).toASCIIString());
-      return text;
-    }));
   }
 
   private Object openResult(URI uri, Outputs outputs) {

@@ -38,7 +38,15 @@ enum Text {
   HOST_UNKNOWN,
   NOT_THERE,
   ATTRIBUTE_REFUSED,
-  NO_NAMED_START;
+  NO_NAMED_START,
+  ADDRESS_KIND_REFUSED,
+  TOO_MANY_REDIRECTS,
+  FRAGMENT_MISSING,
+  WRITE_REFUSED,
+  EXTENSION_REFUSED,
+  EXTENSIONS_OFF,
+  OTHER_NAMES_KEEP_OLD,
+  PERMISSIONS_NOT_KEPT;
 
   private static final Pattern PLACEHOLDER = Pattern.compile("%([0-9])");
   private static String[] table = {};

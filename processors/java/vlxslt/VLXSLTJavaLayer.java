@@ -24,7 +24,11 @@ public final class VLXSLTJavaLayer {
 
   private record Processor(TransformerFactory factory, ProcessorAdapter adapter) {}
 
-  private record FactoryKey(String className, FactoryAttributes attributes) {}
+  private record FactoryKey(String className, FactoryAttributes attributes, boolean allowsExtensions) {
+    FactoryKey withoutExtensions() {
+      return new FactoryKey(className, attributes, false);
+    }
+  }
 
   private static final VLXSLTJavaLayer instance = new VLXSLTJavaLayer();
 
@@ -33,9 +37,13 @@ public final class VLXSLTJavaLayer {
   private final ParserPool parsers = new ParserPool();
   private IVLXSLTJavaHandler handler;
   private Processor current;
+  private FactoryKey currentKey;
+  private boolean allowsExtensions;
   private int run;
 
-  private VLXSLTJavaLayer() {}
+  private VLXSLTJavaLayer() {
+    AddressGate.install();
+  }
 
   public static VLXSLTJavaLayer GetInstance() {
     return instance;
@@ -66,6 +74,19 @@ public final class VLXSLTJavaLayer {
     Thread.currentThread().setContextClassLoader(loader);
   }
 
+  /**
+   * What documents and stylesheets are trusted with from now on: the hosts that may be fetched from, code that
+   * stylesheets call, the folders for their further results; and whether outputs are on disk before success is told.
+   */
+  public void SetPolicy(String[] hosts, boolean extensions, String[] writeFolders, boolean syncsOutputs) {
+    AddressGate.trust(List.of(hosts));
+    WriteGate.allow(List.of(writeFolders));
+    allowsExtensions = extensions;
+    OutputFile.setSyncs(syncsOutputs);
+    processors.clear();
+    forgetEverything();
+  }
+
   /** Selects the processor by the class of its factory; a new run begins. */
   public int SetTransformer(String tClass) {
     return SetTransformer(tClass, null);
@@ -77,7 +98,8 @@ public final class VLXSLTJavaLayer {
     if (tClass == null || tClass.isEmpty())
       return 0;
     try {
-      current = find(tClass, attributes);
+      currentKey = keyOf(tClass, attributes);
+      current = find(currentKey);
       run++;
       parsers.startRun(run);
       stylesheets.startRun(run);
@@ -91,7 +113,7 @@ public final class VLXSLTJavaLayer {
   /** The factory's class, its version, where it came from, and what is wrong with it; the last empty if nothing is. */
   public String[] ProbeProcessor(String tClass, String[] attributes) {
     try {
-      Processor processor = find(tClass, attributes);
+      Processor processor = find(keyOf(tClass, attributes));
       TransformerFactory factory = processor.factory();
       CodeSource source = factory.getClass().getProtectionDomain().getCodeSource();
       String location = source == null || source.getLocation() == null ? System.getProperty("java.home")
@@ -123,7 +145,9 @@ public final class VLXSLTJavaLayer {
     try {
       if (current == null)
         throw new IllegalStateException(Text.NO_PROCESSOR_SELECTED.with());
-      job.run(current.adapter(), stylesheets);
+      // A stylesheet that the input names comes from whoever wrote the input.
+      Processor processor = job.namesStylesheet() ? find(currentKey.withoutExtensions()) : current;
+      job.run(processor.adapter(), stylesheets);
       return 1;
     } catch (Throwable e) {
       if (e instanceof OutOfMemoryError)
@@ -141,13 +165,17 @@ public final class VLXSLTJavaLayer {
     OutputFile.discardAll();
   }
 
-  private Processor find(String tClass, String[] attributes) {
-    FactoryKey key = new FactoryKey(tClass, FactoryAttributes.of(attributes));
+  private FactoryKey keyOf(String tClass, String[] attributes) {
+    FactoryAttributes given = FactoryAttributes.of(attributes);
+    return new FactoryKey(tClass, given, allowsExtensions || given.allowExtensions());
+  }
+
+  private Processor find(FactoryKey key) throws Exception {
     Processor processor = processors.get(key);
     if (processor == null) {
-      TransformerFactory factory = TransformerFactory.newInstance(tClass, null);
+      TransformerFactory factory = TransformerFactory.newInstance(key.className, null);
       key.attributes.apply(factory);
-      processor = new Processor(factory, ProcessorAdapter.of(factory, key.attributes));
+      processor = new Processor(factory, ProcessorAdapter.of(factory, key.attributes, key.allowsExtensions));
       processors.put(key, processor);
     }
     return processor;

@@ -1,0 +1,54 @@
+package vlxslt;
+
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.List;
+
+/** Decides where a stylesheet may put further results. The principal one is placed by the person who runs it. */
+final class WriteGate {
+  /** The folder of the principal result, and all below it. */
+  private static final String BESIDE_OUTPUT = "output";
+  private static final String NOWHERE = "none";
+  private static final String EVERYWHERE = "*";
+  private static final int MAX_LINKS = 40;
+
+  private static volatile List<String> folders = List.of(BESIDE_OUTPUT);
+
+  private WriteGate() {}
+
+  /** The folders from now on, or the words for them; none leaves the one beside the output. */
+  static void allow(List<String> names) {
+    folders = names.isEmpty() ? List.of(BESIDE_OUTPUT) : List.copyOf(names);
+  }
+
+  /** `besideOnly`: the stylesheet is not trusted with other folders than that of the result. */
+  static void admit(Path file, Path result, boolean besideOnly) throws IOException {
+    List<String> allowed = folders;
+    if (!allowed.contains(NOWHERE)) {
+      if (allowed.contains(EVERYWHERE) && !besideOnly)
+        return;
+      Path meant = realPath(file, MAX_LINKS);
+      for (String name : allowed)
+        if (name.equals(BESIDE_OUTPUT) || name.equals(EVERYWHERE)
+                ? meant.startsWith(realPath(result.toAbsolutePath().getParent(), MAX_LINKS))
+                : !besideOnly && meant.startsWith(realPath(Path.of(name), MAX_LINKS)))
+          return;
+    }
+    throw new IOException(Text.WRITE_REFUSED.with(file));
+  }
+
+  // Through all links, as far as there is something; a link may lead to what is yet to be made.
+  private static Path realPath(Path path, int links) throws IOException {
+    Path at = path.toAbsolutePath();
+    if (Files.exists(at))
+      return at.toRealPath();
+    if (Files.isSymbolicLink(at)) {
+      if (links == 0)
+        throw new IOException(Text.TOO_MANY_LINKS.with(path));
+      return realPath(at.resolveSibling(Files.readSymbolicLink(at)), links - 1);
+    }
+    Path parent = at.getParent();
+    return parent == null ? at : realPath(parent, links).resolve(at.getFileName()).normalize();
+  }
+}
