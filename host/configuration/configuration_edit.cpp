@@ -255,8 +255,8 @@ void Apply(Section &section, const toml::table &table, const std::vector<Assignm
   std::erase(section.lines, "\v");
 }
 
-Section MakeSection(const std::string &kind, const std::vector<Assignment> &values) {
-  Section section{kind, 0, {"[[" + kind + "]]"}};
+Section MakeSection(const std::string &kind, const std::string &header, const std::vector<Assignment> &values) {
+  Section section{kind, 0, {header}};
   for (const Assignment &value : values)
     section.lines.push_back(value.key + " = " + value.value);
   section.lines.emplace_back();
@@ -284,7 +284,7 @@ std::vector<Section> ArrangeSections(std::vector<Section> sections, const toml::
             ListChanges(before[from], after[index], rules));
       arranged.push_back(std::move(old[from]));
     } else {
-      arranged.push_back(MakeSection(kind, ListAll(after[index], rules)));
+      arranged.push_back(MakeSection(kind, "[[" + kind + "]]", ListAll(after[index], rules)));
     }
   }
   place = std::min(place, others.size());
@@ -340,9 +340,13 @@ std::string WriteConfiguration(const Configuration &configuration) {
   for (const Assignment &each : ListAll(configuration, configurationKeys))
     sections.front().lines.push_back(each.key + " = " + each.value);
   for (const ProcessorSetting &each : configuration.processors)
-    sections.push_back(MakeSection("processor", ListAll(each, processorKeys)));
+    sections.push_back(MakeSection("processor", "[[processor]]", ListAll(each, processorKeys)));
   for (const ApplicationSetting &each : configuration.applications)
-    sections.push_back(MakeSection("application", ListAll(each, applicationKeys)));
+    sections.push_back(MakeSection("application", "[[application]]", ListAll(each, applicationKeys)));
+  for (const KeyGroup &group : keyGroups) {
+    const std::string name(group.name);
+    sections.push_back(MakeSection(name, "[" + name + "]", ListAll(configuration, group.keys)));
+  }
   return Join(sections);
 }
 

@@ -59,11 +59,11 @@ inline constexpr std::array applicationKeys = {
 inline constexpr std::array trustKeys = {
     KeyRule<Configuration>{"network", &Configuration::trustedHosts, Meaning::Host},
     KeyRule<Configuration>{"extensions", &Configuration::allowsExtensions},
-    KeyRule<Configuration>{"write", &Configuration::writeFolders, Meaning::WriteFolder},
+    KeyRule<Configuration>{"write", &Configuration::writeFolders, Meaning::WriteFolder, Presence::Written},
 };
 
 inline constexpr std::array outputKeys = {
-    KeyRule<Configuration>{"sync", &Configuration::syncsOutputs},
+    KeyRule<Configuration>{"sync", &Configuration::syncsOutputs, Meaning::Text, Presence::Written},
 };
 
 // The tables that group some keys.

@@ -154,7 +154,7 @@ def words(pattern, *paths):
 XML = ["<!DOCTYPE ", "<!ENTITY ", "<!ELEMENT ", "<!ATTLIST ", "<![CDATA[", "]]>", "SYSTEM ", "PUBLIC ", "&amp;", "&#10;",
        "&#x1F600;", "<?xml version=\"1.1\"?>", "encoding=\"UTF-16\"", "%e;", "&e;", "xmlns:"]
 JSON = ["-json [", "\\u0000", "\\ud83d", "[\"", "\"]", "null", "-1", "1e400"]
-TOML = ["[[processor]]\n", "[[application]]\n", "[processor.attributes]\n", "\"\"\"", "'''", "attributes = {", "\\u00fc", "true",
+TOML = ["[trust]\n", "[outputs]\n", "[[processor]]\n", "[[application]]\n", "[processor.attributes]\n", "\"\"\"", "'''", "attributes = {", "\\u00fc", "true",
         "0x1", "1e9", "inf", "1979-05-27T07:32:00Z"]
 CATALOG = words(r"<(\w+ \w+=)", "tests/unit/host_catalogs_test.cpp") + ["uri=\"", "catalog=\"", "prefer=\"public\"", "xml:base=\""]
 

@@ -22,7 +22,7 @@ using host::ProcessorSetting;
 
 bool IsSame(const ProcessorSetting &left, const ProcessorSetting &right) {
   return left.name == right.name && left.classPath == right.classPath && left.className == right.className &&
-         left.attributes == right.attributes;
+         left.attributes == right.attributes && left.allowsExtensions == right.allowsExtensions;
 }
 
 bool IsSame(const ApplicationSetting &left, const ApplicationSetting &right) {
@@ -36,6 +36,8 @@ bool IsSame(const Configuration &left, const Configuration &right) {
          left.structureFolder == right.structureFolder && left.defaultCatalogue == right.defaultCatalogue &&
          left.tempFolder == right.tempFolder && left.catalogs == right.catalogs && left.javaHome == right.javaHome &&
          left.javaOptions == right.javaOptions && left.editor == right.editor &&
+         left.trustedHosts == right.trustedHosts && left.allowsExtensions == right.allowsExtensions &&
+         left.writeFolders == right.writeFolders && left.syncsOutputs == right.syncsOutputs &&
          std::ranges::equal(left.processors, right.processors, same) &&
          std::ranges::equal(left.applications, right.applications, same);
 }
