@@ -96,9 +96,16 @@ private:
 
   void RunJob(const PlannedJob &job) {
     const ChosenOutput chosen = ChooseOutput(job);
-    const bool isTemporary = job.place == OutputPlace::Temporary;
-    const std::string &shown = isTemporary ? std::string() : chosen.output;
-    files.DeleteAtEnd(isTemporary ? chosen.output : chosen.temporary);
+    const std::string &temporary = job.place == OutputPlace::Temporary ? chosen.output : chosen.temporary;
+    files.DeleteAtEnd(temporary);
+    TryJob(job, chosen, job.place == OutputPlace::Temporary ? std::string() : chosen.output);
+    // The name that was reserved for it is free for the next job again.
+    std::error_code error;
+    if (lastStatus != JobStatus::Done && !temporary.empty())
+      std::filesystem::remove(temporary, error);
+  }
+
+  void TryJob(const PlannedJob &job, const ChosenOutput &chosen, const std::string &shown) {
     if (!plan.usesInstruction && !kit::Exists(job.stylesheet)) {
       Refuse(job, shown, JobStatus::Failed, DescribeMissingStylesheet(job));
       return;
@@ -115,9 +122,9 @@ private:
     RemoveAbandonedFiles(chosen.output);
     RemoveAbandonedFiles(chosen.Written());
     BeginJob(plan, job, shown, plan.printStartLog ? MakeSection(job, shown) : std::nullopt);
-    const JobStatus status = Transform(job, chosen);
-    lastResult = status == JobStatus::Done ? RunResult::Done : RunResult::Failed;
-    Report(report::JobEnds{status, plan.printEndLog});
+    lastStatus = Transform(job, chosen);
+    lastResult = lastStatus == JobStatus::Done ? RunResult::Done : RunResult::Failed;
+    Report(report::JobEnds{lastStatus, plan.printEndLog});
   }
 
   [[nodiscard]] OutputCheck PrepareOutput(const PlannedJob &job, const ChosenOutput &chosen) {
@@ -138,6 +145,7 @@ private:
     BeginJob(plan, job, output);
     if (why)
       Report(*why);
+    lastStatus = status;
     Report(report::JobEnds{status});
   }
 
@@ -235,6 +243,7 @@ private:
   const bool syncsOutputs = processors::ReadPolicy().syncsOutputs;
   OutputSync sync;
   bool isCancelled = false;
+  JobStatus lastStatus = JobStatus::Failed; // of the last job that was tried
   RunResult lastResult = RunResult::Failed;
 };
 

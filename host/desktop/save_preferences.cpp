@@ -20,6 +20,14 @@ std::string WriteWhole(const std::string &path, const std::string &text) {
   return file.Write(text) && file.Commit() ? std::string() : file.Error();
 }
 
+// What the command line trusts with for this time only does not become a preference.
+host::Configuration WithoutOptions(host::Configuration chosen, const host::Installation &installation) {
+  const host::Configuration file = host::ReadConfiguration(chosen.source, installation).configuration;
+  chosen.trustedHosts = file.trustedHosts;
+  chosen.allowsExtensions = file.allowsExtensions;
+  return chosen;
+}
+
 } // namespace
 
 SavedPreferences SavePreferences(const host::ConfigurationChange &change, const host::Installation &installation) {
@@ -30,8 +38,9 @@ SavedPreferences SavePreferences(const host::ConfigurationChange &change, const 
   const kit::FileContent read = isOwn ? kit::ReadFile(path) : kit::FileContent();
   if (!read.error.empty())
     return {{}, read.error};
-  host::EditedConfiguration edited = isOwn ? host::EditConfiguration(read.bytes, change)
-                                           : host::EditedConfiguration{host::WriteConfiguration(change.after), {}};
+  host::EditedConfiguration edited =
+      isOwn ? host::EditConfiguration(read.bytes, change)
+            : host::EditedConfiguration{host::WriteConfiguration(WithoutOptions(change.after, installation)), {}};
   if (!edited.error.empty())
     return {{}, path + ": " + edited.error};
   if (const std::string error = WriteWhole(path, edited.text); !error.empty())

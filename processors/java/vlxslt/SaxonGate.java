@@ -7,6 +7,7 @@ import javax.xml.transform.Source;
 import javax.xml.transform.TransformerFactory;
 import javax.xml.transform.URIResolver;
 import javax.xml.transform.stream.StreamSource;
+import org.xml.sax.EntityResolver;
 import org.xml.sax.InputSource;
 
 /**
@@ -34,7 +35,7 @@ final class SaxonGate {
     SaxonGate gate = new SaxonGate(factory);
     gate.takeTexts();
     gate.takeCollections();
-    gate.takeOthers(); // before the protocols: restricted, Saxon's own resolver does not find its copies either
+    gate.takeOthers(); // before the protocols, which would keep Saxon from its own copies too
     allowProtocols(factory);
   }
 
@@ -93,7 +94,7 @@ final class SaxonGate {
     String nature = text(request, "nature");
     // Those that Saxon holds copies of; what it would open is left to the parser.
     if (text(request, "DTD_NATURE").equals(nature) || text(request, "EXTERNAL_ENTITY_NATURE").equals(nature))
-      return Reflection.call(own, "resolve", request);
+      return own instanceof EntityResolver copies ? copyOf(copies, request) : null;
     String address = text(request, "uri");
     if (address == null)
       throw failure(Text.ADDRESS_UNUSABLE.with(text(request, "relativeUri")), "FODC0002");
@@ -103,6 +104,12 @@ final class SaxonGate {
     } catch (javax.xml.transform.TransformerException e) {
       throw failure(e.getMessage(), "FODC0002");
     }
+  }
+
+  private static Source copyOf(EntityResolver copies, Object request) throws Exception {
+    InputSource copy = copies.resolveEntity(text(request, "publicId"), text(request, "uri"));
+    return copy == null || copy.getByteStream() == null ? null
+                                                        : new StreamSource(copy.getByteStream(), copy.getSystemId());
   }
 
   private Source streamSource(String address) throws Exception {
