@@ -19,6 +19,7 @@ import sys
 import time
 
 import run_cases
+from checks import Failure, check
 
 INPUTS = 24
 ROUNDS = 3
@@ -41,15 +42,6 @@ STYLESHEET = """\
   <xsl:template match="/wrong"><xsl:message terminate="yes">stopped</xsl:message></xsl:template>
 </xsl:stylesheet>
 """
-
-
-class Failure(Exception):
-    """Something is not as it must be."""
-
-
-def check(holds, text):
-    if not holds:
-        raise Failure(text)
 
 
 class Bench(run_cases.Player):

@@ -54,7 +54,7 @@ public:
       Read(index);
   }
 
-  // Removes what closes a ring. False when nothing does.
+  // Takes away what closes a ring. False when nothing does.
   bool CutRings() {
     bool hasRing = false;
     struct Open {
@@ -76,8 +76,8 @@ public:
       const CatalogFile::State state = files[reference.target].state;
       if (state == CatalogFile::State::Open) {
         hasRing = true;
-        xmlUnlinkNode(reference.element);
-        xmlFreeNode(reference.element);
+        // A group refers to nothing by itself; what is inside may.
+        xmlNodeSetName(reference.element, Xml("group"));
         file.references.erase(file.references.begin() + static_cast<ptrdiff_t>(next));
         continue;
       }

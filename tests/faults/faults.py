@@ -11,6 +11,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1]))
 import run_cases  # noqa: E402
+from checks import Failure, check  # noqa: E402, F401
 
 SECONDS = 120
 
@@ -25,15 +26,6 @@ STYLESHEET = """\
   </xsl:template>
 </xsl:stylesheet>
 """
-
-
-class Failure(Exception):
-    """Something is not as it must be."""
-
-
-def check(holds, text):
-    if not holds:
-        raise Failure(text)
 
 
 class Bench(run_cases.Player):
