@@ -93,7 +93,7 @@ def warnings(record):
 
 
 def planted_links(way):
-    """Links under the very names that are about to be used: to a file of somebody else, and to none."""
+    """Links under the very names that are about to be used: to another file, and to none."""
     target = way.prepare("links")
     victim = way.bench.write("victim", "precious")
     run = way.bench.start(way.command(target), target.parent, calls="open", at="all", do="stop")

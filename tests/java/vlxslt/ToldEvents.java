@@ -10,7 +10,7 @@ import org.xml.sax.ext.DefaultHandler2;
 
 /**
  * Notes in lines what a parser tells of a document, and the layer of its problems. Of a document type only what is
- * declared to processors counts: comments, instructions and entities inside it are for nobody.
+ * declared to processors counts: comments, instructions and entities inside it are not compared.
  */
 final class ToldEvents extends DefaultHandler2 implements IVLXSLTJavaHandler {
   private final DtdWorld world;
