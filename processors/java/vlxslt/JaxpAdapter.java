@@ -39,6 +39,9 @@ final class JaxpAdapter implements ProcessorAdapter {
     // Xalan's own switch would turn off every extension.
     if (!allowsExtensions && !XalanGate.isFor(own))
       own.setFeature(XMLConstants.FEATURE_SECURE_PROCESSING, true);
+    // An attribute may have turned them on for all, which a stylesheet that an input names must not have.
+    if (!allowsExtensions && factory.getClass().getModule().isNamed())
+      own.setFeature("http://www.oracle.com/xml/jaxp/properties/enableExtensionFunctions", false);
     for (String access : List.of(XMLConstants.ACCESS_EXTERNAL_DTD, XMLConstants.ACCESS_EXTERNAL_STYLESHEET)) {
       try {
         own.setAttribute(access, "");
