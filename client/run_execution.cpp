@@ -98,33 +98,28 @@ private:
     const ChosenOutput chosen = ChooseOutput(job);
     const std::string &temporary = job.place == OutputPlace::Temporary ? chosen.output : chosen.temporary;
     files.DeleteAtEnd(temporary);
-    TryJob(job, chosen, job.place == OutputPlace::Temporary ? std::string() : chosen.output);
+    const JobStatus status = TryJob(job, chosen, job.place == OutputPlace::Temporary ? std::string() : chosen.output);
     // The name that was reserved for it is free for the next job again.
     std::error_code error;
-    if (lastStatus != JobStatus::Done && !temporary.empty())
+    if (status != JobStatus::Done && !temporary.empty())
       std::filesystem::remove(temporary, error);
   }
 
-  void TryJob(const PlannedJob &job, const ChosenOutput &chosen, const std::string &shown) {
-    if (!plan.usesInstruction && !kit::Exists(job.stylesheet)) {
-      Refuse(job, shown, JobStatus::Failed, DescribeMissingStylesheet(job));
-      return;
-    }
-    if (IsOwnStylesheet(job, chosen.output)) {
-      Refuse(job, shown, JobStatus::Refused,
-             report::MakeProblem(MessageId::OutputIsStylesheet, {job.input, chosen.output}));
-      return;
-    }
-    if (const OutputCheck check = PrepareOutput(job, chosen); !check.isAccepted) {
-      Refuse(job, shown, JobStatus::Refused, check.problem);
-      return;
-    }
+  [[nodiscard]] JobStatus TryJob(const PlannedJob &job, const ChosenOutput &chosen, const std::string &shown) {
+    if (!plan.usesInstruction && !kit::Exists(job.stylesheet))
+      return Refuse(job, shown, JobStatus::Failed, DescribeMissingStylesheet(job));
+    if (IsOwnStylesheet(job, chosen.output))
+      return Refuse(job, shown, JobStatus::Refused,
+                    report::MakeProblem(MessageId::OutputIsStylesheet, {job.input, chosen.output}));
+    if (const OutputCheck check = PrepareOutput(job, chosen); !check.isAccepted)
+      return Refuse(job, shown, JobStatus::Refused, check.problem);
     RemoveAbandonedFiles(chosen.output);
     RemoveAbandonedFiles(chosen.Written());
     BeginJob(plan, job, shown, plan.printStartLog ? MakeSection(job, shown) : std::nullopt);
-    lastStatus = Transform(job, chosen);
-    lastResult = lastStatus == JobStatus::Done ? RunResult::Done : RunResult::Failed;
-    Report(report::JobEnds{lastStatus, plan.printEndLog});
+    const JobStatus status = Transform(job, chosen);
+    lastResult = status == JobStatus::Done ? RunResult::Done : RunResult::Failed;
+    Report(report::JobEnds{status, plan.printEndLog});
+    return status;
   }
 
   [[nodiscard]] OutputCheck PrepareOutput(const PlannedJob &job, const ChosenOutput &chosen) {
@@ -140,13 +135,13 @@ private:
     return CheckOutput(chosen.output);
   }
 
-  void Refuse(const PlannedJob &job, const std::string &output, JobStatus status,
-              const std::optional<report::Diagnostic> &why) {
+  [[nodiscard]] JobStatus Refuse(const PlannedJob &job, const std::string &output, JobStatus status,
+                                 const std::optional<report::Diagnostic> &why) {
     BeginJob(plan, job, output);
     if (why)
       Report(*why);
-    lastStatus = status;
     Report(report::JobEnds{status});
+    return status;
   }
 
   [[nodiscard]] report::Diagnostic DescribeMissingStylesheet(const PlannedJob &job) const {
@@ -243,7 +238,6 @@ private:
   const bool syncsOutputs = processors::ReadPolicy().syncsOutputs;
   OutputSync sync;
   bool isCancelled = false;
-  JobStatus lastStatus = JobStatus::Failed; // of the last job that was tried
   RunResult lastResult = RunResult::Failed;
 };
 

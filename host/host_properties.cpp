@@ -1,6 +1,7 @@
 // Properties of the session and of documents, one table per kind of value.
 #include "host/applications.h"
 #include "host/host_services.h"
+#include "kit/names.h"
 
 #include <algorithm>
 #include <array>
@@ -138,7 +139,8 @@ std::vector<std::string> HostServices::GetStrings(V_ObjectT object, int32_t prop
   if (property == V_SP_TRUSTED_HOSTS)
     return configuration.trustedHosts;
   if (property == V_SP_WRITE_FOLDERS)
-    return configuration.writeFolders.empty() ? std::vector<std::string>{V_WRITE_NOWHERE} : configuration.writeFolders;
+    return configuration.writeFolders.empty() ? std::vector<std::string>{kit::writeNowhere}
+                                              : configuration.writeFolders;
   std::vector<std::string> names;
   if (property == V_SP_APPLICATIONS)
     for (const ApplicationSetting &application : configuration.applications)
@@ -154,7 +156,7 @@ kit::TypedValues HostServices::GetTypedVals(V_ObjectT object, int32_t property) 
       for (const AttributeSetting &attribute : processor.attributes)
         fields.insert(fields.end(), {attribute.name, attribute.type, attribute.value});
       if (processor.allowsExtensions)
-        fields.insert(fields.end(), {V_PROCESSOR_EXTENSIONS, "boolean", "true"});
+        fields.insert(fields.end(), {kit::extensionsAttribute, "boolean", "true"});
       values.AddStrings(fields);
     }
   return values;

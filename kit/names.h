@@ -22,6 +22,12 @@ inline constexpr const char *installVariable = "$VLHOME";
 // The application that every document has; its catalogue is the host's default one.
 inline constexpr const char *defaultsName = "<Defaults>";
 
+// Among the attributes of a processor, with the type "boolean": stylesheets that it applies may call code.
+inline constexpr const char *extensionsAttribute = "vlxslt:extensions";
+// Among the folders for further results: that of the principal output and all below it; none at all.
+inline constexpr const char *writeBesideOutput = "output";
+inline constexpr const char *writeNowhere = "none";
+
 } // namespace kit
 
 #endif

@@ -67,7 +67,8 @@ enum {
   V_SP_XSL_OBJECT_START_SECTION = 833, /* int: they do so on behalf of V_SP_XSL_SECTION_OBJECT */
   V_SP_XSLT_PROCESSORS = 1506,         /* typed values: per processor a list of name, class path, class name;
                                       behind them, for each attribute of the factory, its name, its type ("string",
-                                      "integer", "number" or "boolean") and its value as text */
+                                      "integer", "number" or "boolean") and its value as text; "vlxslt:extensions" is no
+                                      attribute:         whether its stylesheets may call code */
   V_SP_XSL_SECTION_OBJECT = 2401,      /* object */
   V_SP_PRODUCT_NAME = 2893,            /* string */
   V_SP_INSTALL_DIR = 3001,             /* string, ends in a separator */
@@ -83,16 +84,10 @@ enum {
   V_SP_TRUSTED_HOSTS = 3011,    /* strings: hosts that documents and stylesheets may be fetched from, as "name" or
                                    "name:port"; "*" for all; none without it */
   V_SP_ALLOW_EXTENSIONS = 3012, /* int: stylesheets may call code, whichever processor applies them */
-  V_SP_WRITE_FOLDERS = 3013,    /* strings: where a stylesheet may put further results: paths, V_WRITE_BESIDE_OUTPUT
-                                   (without it that alone), V_WRITE_NOWHERE, or "*" */
+  V_SP_WRITE_FOLDERS = 3013,    /* strings: where a stylesheet may put further results: paths, "output" for the
+                                   folder of the principal one and all below it, "none", or "*"; "output" without it */
   V_SP_UNSYNCED_OUTPUTS = 3014  /* int: success is reported before the data is on disk */
 };
-
-/* Among the attributes of a processor: stylesheets that it applies may call code, with the type "boolean". */
-#define V_PROCESSOR_EXTENSIONS "vlxslt:extensions"
-/* Among the folders for further results: that of the principal output and all below it; none at all. */
-#define V_WRITE_BESIDE_OUTPUT "output"
-#define V_WRITE_NOWHERE "none"
 
 /* Properties of documents, books and maps. A map is a document with V_OP_IS_DITA_MAP set. */
 enum {

@@ -228,7 +228,7 @@ private:
       return ReadClassPath(text);
     if (meaning == Meaning::StoredPath && (BeginsWithVariable(text) || kit::IsUrl(text)))
       return text;
-    if (meaning == Meaning::WriteFolder && (text == besideOutput || text == "*"))
+    if (meaning == Meaning::WriteFolder && (text == kit::writeBesideOutput || text == "*"))
       return text;
     return MakeAbsolute(text);
   }

@@ -4,6 +4,7 @@
 #define HOST_CONFIGURATION_CONFIGURATION_H
 
 #include "host/configuration/installation.h"
+#include "kit/names.h"
 
 #include <string>
 #include <string_view>
@@ -19,9 +20,6 @@ struct AttributeSetting {
 
   [[nodiscard]] bool operator==(const AttributeSetting &) const = default;
 };
-
-// Among the folders for further results: the folder of the result itself, and all below.
-inline constexpr std::string_view besideOutput = "output";
 
 struct ProcessorSetting {
   std::string name;
@@ -60,8 +58,8 @@ struct Configuration {
   // What documents and stylesheets are trusted with.
   std::vector<std::string> trustedHosts; // names or addresses, maybe with a port; "*" for all
   bool allowsExtensions = false;         // of every processor
-  std::vector<std::string> writeFolders = {std::string(besideOutput)}; // for further results; or "*"
-  bool syncsOutputs = true;                                            // data is on disk before success is reported
+  std::vector<std::string> writeFolders = {kit::writeBesideOutput}; // for further results; or "*"
+  bool syncsOutputs = true;                                         // data is on disk before success is reported
 };
 
 struct ConfigurationResult {

@@ -16,7 +16,7 @@ import vlxslt.Diagnostic.Severity;
  * Gathers the problems of one job. The parser, the processor and the exception that ends it all tell of the same problem
  * in turn; each is reported once, when it is first heard of.
  */
-final class Diagnostics implements ErrorHandler {
+final class Diagnostics {
   private final IVLXSLTJavaHandler handler;
   private final Set<Throwable> known = Collections.newSetFromMap(new IdentityHashMap<>());
   private final List<Diagnostic> reported = new ArrayList<>();
@@ -47,23 +47,40 @@ final class Diagnostics implements ErrorHandler {
 
   /** Hears of problems that a stylesheet can live with. */
   ErrorHandler asWarnings() {
-    return new ErrorHandler() {
-      @Override
-      public void warning(SAXParseException e) {
-        report(Severity.WARNING, e);
-      }
+    return new Listener(Severity.WARNING);
+  }
 
-      @Override
-      public void error(SAXParseException e) {
-        report(Severity.WARNING, e);
-      }
+  /** Hears of problems as they are. */
+  ErrorHandler asTheyAre() {
+    return new Listener(Severity.FATAL);
+  }
 
-      @Override
-      public void fatalError(SAXParseException e) throws SAXParseException {
-        report(Severity.WARNING, e);
-        throw e;
-      }
-    };
+  private final class Listener implements ErrorHandler {
+    private final Severity worst;
+
+    Listener(Severity worst) {
+      this.worst = worst;
+    }
+
+    @Override
+    public void warning(SAXParseException e) {
+      hear(Severity.WARNING, e);
+    }
+
+    @Override
+    public void error(SAXParseException e) {
+      hear(Severity.ERROR, e);
+    }
+
+    @Override
+    public void fatalError(SAXParseException e) throws SAXParseException {
+      hear(Severity.FATAL, e);
+      throw e;
+    }
+
+    private void hear(Severity severity, SAXParseException e) {
+      report(severity.compareTo(worst) > 0 ? worst : severity, e);
+    }
   }
 
   /** How many problems there were so far; those that follow can be asked for with `since`. */
@@ -136,22 +153,6 @@ final class Diagnostics implements ErrorHandler {
     boolean isPlaceless = Failures.describe(Severity.FATAL, thrown).place().line() < 0;
     if (!(isPlaceless && hasErrors()) || Failures.rootOf(thrown) instanceof Error)
       report(Severity.FATAL, thrown);
-  }
-
-  @Override
-  public void warning(SAXParseException e) {
-    report(Severity.WARNING, e);
-  }
-
-  @Override
-  public void error(SAXParseException e) {
-    report(Severity.ERROR, e);
-  }
-
-  @Override
-  public void fatalError(SAXParseException e) throws SAXParseException {
-    report(Severity.FATAL, e);
-    throw e;
   }
 
   private boolean isKnown(Throwable thrown) {

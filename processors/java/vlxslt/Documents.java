@@ -155,7 +155,7 @@ final class Documents {
   void read(InputSource input, ParserSettings settings, FilesRead files, Purpose purpose)
       throws IOException, SAXException {
     if (purpose != Purpose.DATA)
-      settings.errors = diagnostics;
+      settings.errors = diagnostics.asTheyAre();
     else if (settings.errors == null)
       settings.errors = diagnostics.asWarnings(); // the processor would do without the document, and say nothing
     if (isText(input)) {

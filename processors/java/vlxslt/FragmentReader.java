@@ -1,9 +1,5 @@
 package vlxslt;
 
-import java.util.ArrayList;
-import java.util.LinkedHashMap;
-import java.util.List;
-import java.util.Map;
 import org.xml.sax.Attributes;
 import org.xml.sax.SAXException;
 import org.xml.sax.XMLReader;
@@ -12,9 +8,7 @@ import org.xml.sax.helpers.XMLFilterImpl;
 /** Passes on one element of a document, found by its identifier: an embedded stylesheet. */
 final class FragmentReader extends XMLFilterImpl {
   private final String identifier;
-  private record Prefix(String name, String uri) {}
-
-  private final List<Prefix> prefixes = new ArrayList<>(); // in scope, the innermost last
+  private final PrefixesInScope prefixes = new PrefixesInScope();
   private int depth; // inside the element
   private boolean isFound;
 
@@ -26,22 +20,17 @@ final class FragmentReader extends XMLFilterImpl {
   @Override
   public void startPrefixMapping(String prefix, String uri) throws SAXException {
     if (depth == 0)
-      prefixes.add(new Prefix(prefix, uri));
+      prefixes.start(prefix, uri);
     else
       super.startPrefixMapping(prefix, uri);
   }
 
   @Override
   public void endPrefixMapping(String prefix) throws SAXException {
-    if (depth > 0) {
+    if (depth > 0)
       super.endPrefixMapping(prefix);
-      return;
-    }
-    for (int i = prefixes.size() - 1; i >= 0; i--)
-      if (prefixes.get(i).name.equals(prefix)) {
-        prefixes.remove(i);
-        return;
-      }
+    else
+      prefixes.end(prefix);
   }
 
   @Override
@@ -50,10 +39,7 @@ final class FragmentReader extends XMLFilterImpl {
       return;
     if (depth++ == 0) {
       isFound = true;
-      Map<String, String> inScope = new LinkedHashMap<>();
-      prefixes.forEach(prefix -> inScope.put(prefix.name, prefix.uri));
-      for (Map.Entry<String, String> prefix : inScope.entrySet())
-        super.startPrefixMapping(prefix.getKey(), prefix.getValue());
+      prefixes.declare(getContentHandler());
     }
     super.startElement(uri, localName, name, attributes);
   }

@@ -277,7 +277,7 @@ final class OutputFile extends OutputStream {
   }
 
   // A link may point at a file that does not exist yet; that file is then the target.
-  private static Path followLinks(Path path) throws IOException {
+  static Path followLinks(Path path) throws IOException {
     Path at = path.toAbsolutePath();
     for (int links = 0; Files.isSymbolicLink(at); links++) {
       if (links == MAX_LINKS)

@@ -29,10 +29,10 @@ final class SaxonGate {
   static void close(TransformerFactory factory, boolean allowsExtensions) throws Exception {
     for (String reader : new String[] {"sourceParserClass", "styleParserClass"})
       factory.setAttribute(FEATURE + reader, OwnReader.class.getName());
-    // The free edition calls no code; it would only refuse further results.
-    if (!"HE".equals(Reflection.find(Reflection.call(factory, "getConfiguration"), "getEditionCode")))
-      factory.setAttribute(FEATURE + "allow-external-functions", allowsExtensions);
     SaxonGate gate = new SaxonGate(factory);
+    // The free edition calls no code; it would only refuse further results.
+    if (!"HE".equals(Reflection.find(gate.configuration, "getEditionCode")))
+      factory.setAttribute(FEATURE + "allow-external-functions", allowsExtensions);
     gate.takeTexts();
     gate.takeCollections();
     gate.takeOthers(); // before the protocols, which would keep Saxon from its own copies too
@@ -114,7 +114,7 @@ final class SaxonGate {
 
   private Source streamSource(String address) throws Exception {
     try {
-      InputSource opened = AddressGate.open(Documents.ofThread().resolve(null, address), null);
+      InputSource opened = AddressGate.open(Documents.ofThread().admitUnasked(address), null);
       return new StreamSource(opened.getByteStream(), opened.getSystemId());
     } catch (java.io.IOException e) {
       throw failure(Failures.textOf(e), "FODC0002");

@@ -11,7 +11,6 @@ final class WriteGate {
   private static final String BESIDE_OUTPUT = "output";
   private static final String NOWHERE = "none";
   private static final String EVERYWHERE = "*";
-  private static final int MAX_LINKS = 40;
 
   private static volatile List<String> folders = List.of(BESIDE_OUTPUT);
 
@@ -28,27 +27,20 @@ final class WriteGate {
     if (!allowed.contains(NOWHERE)) {
       if (allowed.contains(EVERYWHERE) && !besideOnly)
         return;
-      Path meant = realPath(file, MAX_LINKS);
+      Path meant = realPath(file);
       for (String name : allowed)
         if (name.equals(BESIDE_OUTPUT) || name.equals(EVERYWHERE)
-                ? meant.startsWith(realPath(result.toAbsolutePath().getParent(), MAX_LINKS))
-                : !besideOnly && meant.startsWith(realPath(Path.of(name), MAX_LINKS)))
+                ? meant.startsWith(realPath(result.toAbsolutePath().getParent()))
+                : !besideOnly && meant.startsWith(realPath(Path.of(name))))
           return;
     }
     throw new IOException(Text.WRITE_REFUSED.with(file));
   }
 
   // Through all links, as far as there is something; a link may lead to what is yet to be made.
-  private static Path realPath(Path path, int links) throws IOException {
-    Path at = path.toAbsolutePath();
-    if (Files.exists(at))
-      return at.toRealPath();
-    if (Files.isSymbolicLink(at)) {
-      if (links == 0)
-        throw new IOException(Text.TOO_MANY_LINKS.with(path));
-      return realPath(at.resolveSibling(Files.readSymbolicLink(at)), links - 1);
-    }
+  private static Path realPath(Path path) throws IOException {
+    Path at = OutputFile.followLinks(path);
     Path parent = at.getParent();
-    return parent == null ? at : realPath(parent, links).resolve(at.getFileName()).normalize();
+    return Files.exists(at) || parent == null ? at : realPath(parent).resolve(at.getFileName()).normalize();
   }
 }

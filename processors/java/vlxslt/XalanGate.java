@@ -21,7 +21,6 @@ final class XalanGate {
   private static final Set<String> HARMLESS = Set.of("http://xml.apache.org/xalan", "http://xml.apache.org/xslt",
       "http://exslt.org/common", "http://exslt.org/math", "http://exslt.org/sets", "http://exslt.org/strings",
       "http://exslt.org/dates-and-times", "http://exslt.org/dynamic", "http://exslt.org/functions");
-
   private static final String SERIALIZER = "org.apache.xml.serializer.";
 
   private XalanGate() {}
@@ -38,7 +37,7 @@ final class XalanGate {
     if (!(Reflection.call(stylesheet, "getExtensions") instanceof Vector<?> extensions))
       return taken;
     List<Object> kept = new ArrayList<>();
-    // What a stylesheet declares under the name of a harmless namespace is put out by Xalan's own.
+    // What a stylesheet declares under the name of a harmless namespace gives way to Xalan's own.
     Object harmless = Reflection.call(stylesheet, "getExtensionNamespacesManager").getClass().getConstructor().newInstance();
     Method register = harmless.getClass().getMethod("registerExtension", String.class);
     for (Object extension : extensions) {

@@ -3,11 +3,7 @@ package vlxslt;
 import java.io.IOException;
 import java.io.OutputStream;
 import java.util.ArrayDeque;
-import java.util.ArrayList;
 import java.util.Deque;
-import java.util.LinkedHashMap;
-import java.util.List;
-import java.util.Map;
 import java.util.Properties;
 import javax.xml.transform.OutputKeys;
 import javax.xml.transform.Result;
@@ -85,8 +81,6 @@ final class XsltcRedirect {
     return result;
   }
 
-  private record Prefix(String name, String uri) {}
-
   /** Passes on what it gets to the serializer of the innermost result. */
   private static final class Splitter extends org.xml.sax.ext.DefaultHandler2 {
     /** One result under way, and how deep inside its elements the transformation is. */
@@ -105,7 +99,7 @@ final class XsltcRedirect {
     private final Properties properties;
     private final Outputs outputs;
     private final Deque<Target> targets = new ArrayDeque<>();
-    private final List<Prefix> inScope = new ArrayList<>();
+    private final PrefixesInScope inScope = new PrefixesInScope();
 
     Splitter(SAXTransformerFactory factory, Properties properties, Outputs outputs, StreamResult principal)
         throws TransformerConfigurationException {
@@ -140,19 +134,15 @@ final class XsltcRedirect {
     public void startPrefixMapping(String prefix, String uri) throws SAXException {
       if (uri.equals(MARKER))
         return;
-      inScope.add(new Prefix(prefix, uri));
+      inScope.start(prefix, uri);
       if (targets.size() == 1 || targets.peek().depth > 0)
         current().startPrefixMapping(prefix, uri);
     }
 
     @Override
     public void endPrefixMapping(String prefix) throws SAXException {
-      for (int i = inScope.size() - 1; i >= 0; i--)
-        if (inScope.get(i).name.equals(prefix)) {
-          inScope.remove(i);
-          current().endPrefixMapping(prefix);
-          return;
-        }
+      if (inScope.end(prefix))
+        current().endPrefixMapping(prefix);
     }
 
     @Override
@@ -162,12 +152,8 @@ final class XsltcRedirect {
         return;
       }
       // What its ancestors declared stays behind in another result.
-      if (targets.peek().depth++ == 0 && targets.size() > 1) {
-        Map<String, String> prefixes = new LinkedHashMap<>();
-        inScope.forEach(prefix -> prefixes.put(prefix.name, prefix.uri));
-        for (Map.Entry<String, String> prefix : prefixes.entrySet())
-          current().startPrefixMapping(prefix.getKey(), prefix.getValue());
-      }
+      if (targets.peek().depth++ == 0 && targets.size() > 1)
+        inScope.declare(current());
       current().startElement(uri, localName, name, attributes);
     }
 
