@@ -76,15 +76,20 @@ ChosenOutput ChooseOutput(const PlannedJob &job) {
   return {TemporaryOutput(job.input), {}};
 }
 
-std::string TemporaryOutput(const std::string &input) {
+std::string NameTemporaryOutput(const std::string &input, const std::function<bool(const std::string &)> &takes) {
   const std::string folder = kit::GetString(V_SESSION, V_SP_TEMP_DIR);
   const std::string extension = kit::ExtensionOf(input);
   const std::string plain = kit::JoinPath(folder, kit::BaseNameOf(input) + "-out");
   const std::string tail = extension.empty() ? std::string() : "." + extension;
   std::string path = plain + tail;
-  for (int counter = 0; kit::ReserveFile(path) == kit::Reservation::Taken; ++counter)
+  for (int counter = 0; !takes(path); ++counter)
     path.assign(plain).append(std::to_string(counter)).append(tail);
   return path;
+}
+
+std::string TemporaryOutput(const std::string &input) {
+  return NameTemporaryOutput(input,
+                             [](const std::string &path) { return kit::ReserveFile(path) != kit::Reservation::Taken; });
 }
 
 std::optional<MessageId> FindFolderObstacle(const std::string &output) {

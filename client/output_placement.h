@@ -6,6 +6,7 @@
 #include "kit/atomic_file.h"
 #include "report/run_event.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -30,6 +31,10 @@ struct ChosenOutput {
 // A new file in the host's temporary folder, named after the input; empty, and of no other process. When it cannot be
 // made, its name all the same.
 [[nodiscard]] std::string TemporaryOutput(const std::string &input);
+
+// The first of the names for such a file that `takes` accepts.
+[[nodiscard]] std::string NameTemporaryOutput(const std::string &input,
+                                              const std::function<bool(const std::string &)> &takes);
 
 // What keeps a file from being written there: the folder is missing or read-only.
 [[nodiscard]] std::optional<report::MessageId> FindFolderObstacle(const std::string &output);

@@ -1,5 +1,6 @@
 #include "client/run_execution.h"
 
+#include "client/expected_jobs.h"
 #include "client/output_placement.h"
 #include "client/output_sync.h"
 #include "client/run_files.h"
@@ -75,6 +76,7 @@ private:
   RunResult RunJobs() {
     const auto count = static_cast<int32_t>(std::ranges::count_if(plan.jobs, &PlannedJob::IsToRun));
     int32_t index = 0;
+    ExpectedJobs expected(plan, processor, V_ApiGetInt(V_SESSION, V_SP_JOBS));
     for (const PlannedJob &job : plan.jobs) {
       // Asked no more once the person has cancelled.
       isCancelled = isCancelled || (job.IsToRun() && V_ApiIsCancelled());
@@ -83,6 +85,7 @@ private:
         continue;
       }
       V_ApiReportProgress(index++, count, job.input.c_str());
+      expected.TellOfThoseAfter(job.number);
       RunJob(job);
     }
     return lastResult;
@@ -165,9 +168,7 @@ private:
   }
 
   JobStatus Transform(const PlannedJob &job, const ChosenOutput &chosen) {
-    const processors::JobResult result = processor.TransformXMLFile(
-        {job.input, job.stylesheet, chosen.Written(), plan.parameters, chosen.output, job.inputContent,
-         plan.start.includes, plan.start.initialTemplate, plan.start.initialMode});
+    const processors::JobResult result = processor.TransformXMLFile(MakeJob(plan, job, chosen));
     for (const std::string &file : result.filesRead)
       Report(report::FileRead{file});
     if (result.status != JobStatus::Done)

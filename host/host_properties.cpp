@@ -54,6 +54,8 @@ int32_t HostServices::GetSessionInt(int32_t property) const {
     return V_TYPE_SESSION;
   case V_SP_ALLOW_EXTENSIONS:
     return configuration.allowsExtensions ? 1 : 0;
+  case V_SP_JOBS:
+    return configuration.jobs;
   case V_SP_UNSYNCED_OUTPUTS:
     return configuration.syncsOutputs ? 0 : 1;
   default:

@@ -86,7 +86,9 @@ enum {
   V_SP_ALLOW_EXTENSIONS = 3012, /* int: stylesheets may call code, whichever processor applies them */
   V_SP_WRITE_FOLDERS = 3013,    /* strings: where a stylesheet may put further results: paths, "output" for the
                                    folder of the principal one and all below it, "none", or "*"; "output" without it */
-  V_SP_UNSYNCED_OUTPUTS = 3014  /* int: success is reported before the data is on disk */
+  V_SP_UNSYNCED_OUTPUTS = 3014, /* int: success is reported before the data is on disk */
+  V_SP_JOBS = 3015              /* int: how many inputs of a run are transformed at once; 0: as many as the machine has
+                                   cores and memory for */
 };
 
 /* Properties of documents, books and maps. A map is a document with V_OP_IS_DITA_MAP set. */

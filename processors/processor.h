@@ -7,6 +7,7 @@
 
 #include "report/run_event.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,7 @@ struct Job {
   bool includes = false;            // XInclude in what is read as data
   std::string initialTemplate = {}; // where the stylesheet begins; empty for its own start
   std::string initialMode = {};
+  int32_t number = -1; // the position in a run, for a job that was expected
 };
 
 // A factory and how it is set up.
@@ -76,6 +78,13 @@ public:
   // The same; false too when it does not take an attribute. One class with other attributes is another factory.
   [[nodiscard]] virtual bool SelectFactory(const Factory &factory) = 0;
   [[nodiscard]] virtual JobResult TransformXMLFile(const Job &job) = 0;
+  // How many jobs of the run that SelectFactory begins may be done at once; 0 leaves that to the processor.
+  virtual void SetThreads(int32_t threads) = 0;
+  // A job with a number that will follow after those expected before it, unless the run ends or leaves it out. Work on
+  // it may begin, but nothing of it is told or written before it is asked for; only its `output` may differ then.
+  virtual void ExpectJob(const Job &job) = 0;
+  // No expected job follows.
+  virtual void EndRun() = 0;
   // Loads a processor without selecting it.
   [[nodiscard]] virtual ProcessorProbe ProbeProcessor(const Factory &factory) = 0;
   // The last call.

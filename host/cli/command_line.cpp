@@ -125,6 +125,11 @@ void AddRun(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
   AddText(command, "--initial-template", run.initialTemplate, "the template to begin with (Saxon)", "NAME");
   AddText(command, "--initial-mode", run.initialMode, "the mode to begin in (Saxon)", "NAME");
   AddRepeatable(command, "--match", run.patterns, "take only files of such names from folders", "PATTERN");
+  command
+      .add_option("-j,--jobs", parsed->session.jobs,
+                  "inputs at once; 1 for one by one, 0 for as many as there are cores and memory for (the default)")
+      ->type_name("N")
+      ->check(CLI::Range(0, host::maxJobs));
   command.add_flag("--dry-run", run.isDryRun,
                    "print what would be read, applied and written; start nothing. With --json, an object a line");
   AddText(command, "--record", run.record, "write what happens to each input, as JSON Lines", "FILE");

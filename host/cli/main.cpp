@@ -142,6 +142,7 @@ ExitCode RunProgram(int count, char **arguments) {
   std::string problem;
   if (!AddCatalogs(line->session, read.configuration, problem) || !Trust(line->session, read.configuration, problem))
     return Refuse(problem);
+  read.configuration.jobs = line->session.jobs.value_or(read.configuration.jobs);
   if (line->session.NeedsWindows()) {
     if (const auto windowed = RunInWindows(*line, read.configuration, installation, problem))
       return *windowed;

@@ -5,6 +5,7 @@
 #include "host/exit_codes.h"
 #include "host/fronts/terminal_front.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,6 +27,7 @@ struct SessionOptions {
   std::vector<std::string> catalogs; // XML catalogs, asked before the configured ones
   std::vector<std::string> hosts;    // that documents may be fetched from, beside the configured ones
   bool allowsExtensions = false;     // stylesheets may call code
+  std::optional<int32_t> jobs;       // inputs at once, in place of the configured number
   std::string opened;                // the folder for copies of temporary outputs; empty for the common one
   bool printsJson = false;
   bool isWorkbench = false;  // the command is the main window

@@ -147,6 +147,8 @@ private:
       record.*(*list) = ReadList(key, node, rule->meaning);
     } else if (const auto *flag = std::get_if<bool Record::*>(&rule->field)) {
       record.*(*flag) = ReadFlag(key, node, record.*(*flag));
+    } else if (const auto *count = std::get_if<int32_t Record::*>(&rule->field)) {
+      record.*(*count) = ReadCount(key, node, record.*(*count));
     } else {
       record.*std::get<std::vector<AttributeSetting> Record::*>(rule->field) = ReadAttributes(key, node);
     }
@@ -163,6 +165,15 @@ private:
     if (const auto *flag = node.as_boolean())
       return flag->get();
     Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be true or false, not " + NameType(node));
+    return otherwise;
+  }
+
+  int32_t ReadCount(const toml::key &key, const toml::node &node, int32_t otherwise) {
+    const auto *number = node.as_integer();
+    if (number && number->get() >= 0 && number->get() <= maxJobs)
+      return static_cast<int32_t>(number->get());
+    Report(node.source().begin, "\"" + std::string(key.str()) + "\" must be a whole number from 0 to " +
+                                    std::to_string(maxJobs) + (number ? "" : ", not " + NameType(node)));
     return otherwise;
   }
 

@@ -6,6 +6,7 @@
 #include "host/configuration/installation.h"
 #include "kit/names.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,6 +52,7 @@ struct Configuration {
   std::vector<std::string> catalogs;
   std::string javaHome;
   std::vector<std::string> javaOptions;
+  int32_t jobs = 0;   // inputs at once; 0: as many as the machine has cores and memory for
   std::string editor; // the command that opens a file at a line; empty: $VISUAL, then the desktop's own
   std::vector<ProcessorSetting> processors;
   std::vector<ApplicationSetting> applications;
@@ -66,6 +68,8 @@ struct ConfigurationResult {
   Configuration configuration;
   std::vector<std::string> problems; // "file:line:column: what is wrong"; empty when the file is good
 };
+
+inline constexpr int32_t maxJobs = 256;
 
 // Whether a text is a host as it is trusted: "name" or "name:port", or "*".
 [[nodiscard]] bool IsHostName(std::string_view text);

@@ -41,7 +41,10 @@ std::string Format(const std::vector<std::string> &items) {
 
 std::string Format(bool flag) { return flag ? "true" : "false"; }
 
+std::string Format(int32_t number) { return std::to_string(number); }
+
 bool IsEmpty(bool flag) { return !flag; }
+bool IsEmpty(int32_t number) { return number == 0; }
 template <class Value> bool IsEmpty(const Value &value) { return value.empty(); }
 
 // On one line, so that it can follow a key.

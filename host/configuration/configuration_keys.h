@@ -5,6 +5,7 @@
 #include "host/configuration/configuration.h"
 
 #include <array>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,7 +22,7 @@ enum class Presence { Optional, Written, Required };
 template <class Record> struct KeyRule {
   std::string_view key;
   std::variant<std::string Record::*, std::vector<std::string> Record::*, std::vector<AttributeSetting> Record::*,
-               bool Record::*>
+               bool Record::*, int32_t Record::*>
       field;
   Meaning meaning = Meaning::Text;
   Presence presence = Presence::Optional;
@@ -37,6 +38,7 @@ inline constexpr std::array configurationKeys = {
     KeyRule<Configuration>{"editor", &Configuration::editor},
     KeyRule<Configuration>{"catalogs", &Configuration::catalogs, Meaning::StoredPath},
     KeyRule<Configuration>{"java_options", &Configuration::javaOptions},
+    KeyRule<Configuration>{"jobs", &Configuration::jobs},
 };
 
 inline constexpr std::array processorKeys = {

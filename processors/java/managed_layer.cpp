@@ -11,6 +11,7 @@
 #include "report/run_event.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <future>
@@ -66,6 +67,22 @@ std::vector<std::string> ReadClassPath(const std::string &classPath) {
         kit::Exists(path) && std::ranges::find(found, path) == found.end())
       found.push_back(path);
   return found;
+}
+
+// What the layer's methods for a job take, as local references.
+std::array<jvalue, 10> JobArguments(const JavaMachine &java, const processors::Job &job) {
+  std::array<jvalue, 10> arguments{};
+  arguments[0].i = job.number;
+  arguments[1].l = java.MakeString(job.input.c_str());
+  arguments[2].l = java.MakeString(kit::OrNull(job.inputContent));
+  arguments[3].l = java.MakeString(kit::OrNull(job.stylesheet));
+  arguments[4].l = java.MakeString(job.output.c_str());
+  arguments[5].l = java.MakeString(kit::OrNull(job.result));
+  arguments[6].l = job.parameters.empty() ? nullptr : java.MakeStringArray(job.parameters);
+  arguments[7].z = static_cast<jboolean>(job.includes);
+  arguments[8].l = java.MakeString(kit::OrNull(job.initialTemplate));
+  arguments[9].l = java.MakeString(kit::OrNull(job.initialMode));
+  return arguments;
 }
 
 } // namespace
@@ -173,8 +190,7 @@ bool XSLTManagedLayer::ConnectLayer() {
   jmethodID makeHandler = getInstance ? java->GetMethodID(handlerType, "<init>", "()V") : nullptr;
   jmethodID setHandler =
       makeHandler ? java->GetMethodID(type, "SetVLXSLTJavaHandler", "(Lvlxslt/IVLXSLTJavaHandler;)V") : nullptr;
-  methods.setClassPath = setHandler ? java->GetMethodID(type, "SetClassPath", "(Ljava/lang/String;)V") : nullptr;
-  if (!methods.setClassPath || !FindMethods(java, type))
+  if (!setHandler || !FindMethods(java, type))
     return false;
   jobject layer = java->CallStaticObjectMethod(type, getInstance);
   jobject handler = layer ? java->NewObject(handlerType, makeHandler) : nullptr;
@@ -187,21 +203,28 @@ bool XSLTManagedLayer::ConnectLayer() {
 }
 
 bool XSLTManagedLayer::FindMethods(JNIEnv *java, jclass type) {
-  methods.setTransformer = java->GetMethodID(type, "SetTransformer", "(Ljava/lang/String;[Ljava/lang/String;)I");
-  methods.transform =
-      methods.setTransformer
-          ? java->GetMethodID(type, "TransformXMLFile",
-                              "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;"
-                              "Ljava/lang/String;[Ljava/lang/String;ZLjava/lang/String;Ljava/lang/String;)I")
-          : nullptr;
-  methods.probe = methods.transform ? java->GetMethodID(type, "ProbeProcessor",
-                                                        "(Ljava/lang/String;[Ljava/lang/String;)[Ljava/lang/String;")
-                                    : nullptr;
-  methods.discardOutputs = methods.probe ? java->GetMethodID(type, "DiscardOutputs", "()V") : nullptr;
-  methods.setPolicy = methods.discardOutputs
-                          ? java->GetMethodID(type, "SetPolicy", "([Ljava/lang/String;Z[Ljava/lang/String;Z)V")
-                          : nullptr;
-  return methods.setPolicy;
+  // The arguments of a job: see JobArguments.
+  const std::string job = "(ILjava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;"
+                          "Ljava/lang/String;[Ljava/lang/String;ZLjava/lang/String;Ljava/lang/String;)";
+  struct Wanted {
+    jmethodID Methods::*method;
+    const char *name;
+    std::string signature;
+  };
+  const std::array wanted = {
+      Wanted{&Methods::setClassPath, "SetClassPath", "(Ljava/lang/String;)V"},
+      Wanted{&Methods::setTransformer, "SetTransformer", "(Ljava/lang/String;[Ljava/lang/String;)I"},
+      Wanted{&Methods::setThreads, "SetThreads", "(I)V"},
+      Wanted{&Methods::expectJob, "ExpectJob", job + "V"},
+      Wanted{&Methods::endRun, "EndRun", "()V"},
+      Wanted{&Methods::transform, "TransformXMLFile", job + "I"},
+      Wanted{&Methods::probe, "ProbeProcessor", "(Ljava/lang/String;[Ljava/lang/String;)[Ljava/lang/String;"},
+      Wanted{&Methods::discardOutputs, "DiscardOutputs", "()V"},
+      Wanted{&Methods::setPolicy, "SetPolicy", "([Ljava/lang/String;Z[Ljava/lang/String;Z)V"},
+  };
+  return std::ranges::all_of(wanted, [&](const Wanted &each) {
+    return methods.*each.method = java->GetMethodID(type, each.name, each.signature.c_str());
+  });
 }
 
 template <class Result, class Body>
@@ -275,21 +298,39 @@ void XSLTManagedLayer::NameMissingEntries() const {
       report::ReportProblem(report::MessageId::ClassPathEntryMissing, {entry});
 }
 
+void XSLTManagedLayer::SetThreads(int32_t given) { threads = given; }
+
+void XSLTManagedLayer::ExpectJob(const processors::Job &job) { expected.push_back(job); }
+
+void XSLTManagedLayer::EndRun() {
+  expected.clear();
+  threads.reset();
+  if (!machine || isParked || !problem.empty())
+    return;
+  struct Nothing {};
+  if (!RunInJava<Nothing>([called = methods](const JavaMachine &java, Nothing &) {
+        java.Environment()->CallVoidMethod(called.layer, called.endRun);
+      }))
+    NoteLoss();
+}
+
 processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &job) {
   std::optional<processors::JobResult> result;
   bool isGivenUp = false;
   const auto mustGiveUp = [&isGivenUp] { return isGivenUp = V_ApiIsCancelled() == V_CANCEL_AT_ONCE; };
   if (EnsureJava({})) {
     result = RunInJava<processors::JobResult>(
-        [called = methods, job](const JavaMachine &java, processors::JobResult &done) {
+        [called = methods, job, newThreads = std::exchange(threads, {}),
+         following = std::exchange(expected, {})](const JavaMachine &java, processors::JobResult &done) {
           const ResultOfJob end(done);
-          jobjectArray parameters = job.parameters.empty() ? nullptr : java.MakeStringArray(job.parameters);
-          if (java.Environment()->CallIntMethod(
-                  called.layer, called.transform, java.MakeString(job.input.c_str()),
-                  java.MakeString(kit::OrNull(job.inputContent)), java.MakeString(kit::OrNull(job.stylesheet)),
-                  java.MakeString(job.output.c_str()), java.MakeString(kit::OrNull(job.result)), parameters,
-                  static_cast<jboolean>(job.includes), java.MakeString(kit::OrNull(job.initialTemplate)),
-                  java.MakeString(kit::OrNull(job.initialMode))) == success)
+          JNIEnv *environment = java.Environment();
+          if (newThreads)
+            environment->CallVoidMethod(called.layer, called.setThreads, static_cast<jint>(*newThreads));
+          for (const processors::Job &each : following) {
+            const processors::LocalFrame frame(environment);
+            environment->CallVoidMethodA(called.layer, called.expectJob, JobArguments(java, each).data());
+          }
+          if (environment->CallIntMethodA(called.layer, called.transform, JobArguments(java, job).data()) == success)
             done.status = processors::JobStatus::Done;
         },
         mustGiveUp);

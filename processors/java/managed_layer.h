@@ -7,7 +7,9 @@
 #include "processors/java/java_pump.h"
 #include "processors/processor.h"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,9 @@ public:
   void SetPolicy(const processors::Policy &given) override;
   [[nodiscard]] bool SelectFactory(const processors::Factory &factory) override;
   [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
+  void SetThreads(int32_t threads) override;
+  void ExpectJob(const processors::Job &job) override;
+  void EndRun() override;
   [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const processors::Factory &factory) override;
   void ShutDown() override;
 
@@ -31,6 +36,9 @@ private:
   struct Methods {
     jobject layer = nullptr; // global
     jmethodID transform = nullptr;
+    jmethodID setThreads = nullptr;
+    jmethodID expectJob = nullptr;
+    jmethodID endRun = nullptr;
     jmethodID setTransformer = nullptr;
     jmethodID probe = nullptr;
     jmethodID setClassPath = nullptr;
@@ -58,6 +66,8 @@ private:
 
   std::string classPath;
   processors::Policy policy;
+  std::optional<int32_t> threads;        // of a run that begins, to be told to the layer with its first job
+  std::vector<processors::Job> expected; // to be told to the layer with the next job
   std::vector<std::string> jarsFromStart;
   processors::JavaPump pump;
   std::unique_ptr<processors::JavaMachine> machine; // made and destroyed on the Java thread

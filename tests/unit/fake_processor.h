@@ -17,6 +17,9 @@ public:
     return classes.contains(factory.className);
   }
   [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
+  void SetThreads(int32_t) override {}
+  void ExpectJob(const processors::Job &) override {}
+  void EndRun() override {}
   [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const processors::Factory &) override { return {}; }
   void ShutDown() override {}
 

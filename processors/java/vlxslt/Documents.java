@@ -46,11 +46,12 @@ final class Documents {
   private final boolean includes;
 
   /** `includes` says whether what is read as data is subject to XInclude. */
-  Documents(IVLXSLTJavaHandler handler, Diagnostics diagnostics, ParserPool parsers, boolean includes) {
+  Documents(IVLXSLTJavaHandler handler, Diagnostics diagnostics, ParserPool parsers, EntityResolution resolution,
+      boolean includes) {
     this.includes = includes;
     this.handler = handler;
     this.diagnostics = diagnostics;
-    this.resolution = new EntityResolution(handler);
+    this.resolution = resolution;
     this.parsers = parsers;
   }
 
@@ -83,6 +84,7 @@ final class Documents {
 
   /** Throws unless what a processor opens unasked may be opened. Returns where it lies. */
   String admitUnasked(String address) throws AddressGate.ReadFailure {
+    resolution.turn().hold(0); // throws when the job was dropped
     String admitted = AddressGate.admit(resolve(null, address));
     unasked.add(admitted);
     return admitted;
@@ -217,6 +219,7 @@ final class Documents {
       files.add(input.getSystemId());
       return opened;
     } catch (IOException e) {
+      files.miss(input.getSystemId());
       if (purpose == Purpose.PRINCIPAL)
         throw settings.fail(e, input.getSystemId());
       throw e;

@@ -67,12 +67,18 @@ final class DtdCache {
     if (!entry.modules.stream().allMatch(module -> module.stamp().isCurrent()))
       return false;
     int run = generation;
+    // The first job of the run that uses it asks for all.
+    resolution.turn().await(() -> entry.generation == run);
     if (entry.generation == run)
       return true;
-    entry.generation = run;
     // The first is the subset itself, which the host has just been asked for.
-    return entry.modules.stream().skip(1).allMatch(module -> module.address().equals(
+    boolean isSame = entry.modules.stream().skip(1).allMatch(module -> module.address().equals(
         resolution.resolve(module.name(), module.publicId(), module.baseUri(), module.systemId())));
+    if (isSame) {
+      entry.generation = run;
+      resolution.turn().settle();
+    }
+    return isSame;
   }
 
   private static String key(String publicId, String address) {

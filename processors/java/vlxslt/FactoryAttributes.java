@@ -21,6 +21,14 @@ record FactoryAttributes(List<String> fields) {
         set(factory, fields.get(i), fields.get(i + 1), fields.get(i + 2));
   }
 
+  /** Whether none of them can name code of the user's. */
+  boolean areValues() {
+    for (int i = 0; i + 2 < fields.size(); i += 3)
+      if (!List.of("boolean", "integer", "number").contains(fields.get(i + 1)))
+        return false;
+    return true;
+  }
+
   /** Whether stylesheets that this factory's processor applies may call code. */
   boolean allowExtensions() {
     for (int i = 0; i + 2 < fields.size(); i += 3)

@@ -53,6 +53,10 @@ final class Failures {
     return text;
   }
 
+  static boolean isOutOfMemory(Throwable thrown) {
+    return chainOf(thrown).stream().anyMatch(OutOfMemoryError.class::isInstance);
+  }
+
   /** The text for what processors wrap in less helpful ones; null for all else. */
   static String specialTextOf(Throwable thrown) {
     for (Throwable link : chainOf(thrown)) {

@@ -139,6 +139,12 @@ final class JaxpAdapter implements ProcessorAdapter {
     return false;
   }
 
+  // Those that are known to.
+  @Override
+  public boolean sharesStylesheets() {
+    return attributes.areValues() && (XalanGate.isFor(factory) || isXsltc());
+  }
+
   @Override
   public String version() {
     try {

@@ -3,75 +3,63 @@ package vlxslt;
 import java.io.IOException;
 import java.io.OutputStream;
 import java.net.URI;
-import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
-import java.util.Optional;
 import java.util.function.BiConsumer;
-import java.util.stream.Stream;
 
-/** All outputs of one transformation, committed together at its end. Closing without a commit leaves nothing behind. */
+/**
+ * All outputs of one job, as a processor writes them. Ahead of the job's turn they are held in memory, and nothing of
+ * them shows in the file system. Used by the thread that the job is on.
+ */
 final class Outputs implements AutoCloseable {
-  private final OutputFile principal;
+  private final Path principal;
   private final Path result;
   private final boolean besideOnly;
-  private final List<OutputFile> files = new ArrayList<>();
-  private OutputFile.WriteFailure refusal;
+  private final Turn turn;
+  private final List<HeldOutput> held = new ArrayList<>();
+  private OutputFiles files; // from the job's turn on
 
-  /**
-   * The caller will move the principal output to `result`, unless it is that file already. `besideOnly`: the stylesheet
-   * is not trusted with other folders.
-   */
-  Outputs(Path principal, Path result, boolean besideOnly) throws IOException {
-    this.principal = new OutputFile(principal, principal.equals(result));
+  /** As those of OutputFiles. */
+  Outputs(Path principal, Path result, boolean besideOnly, Turn turn) throws IOException {
+    this.principal = principal;
     this.result = result;
     this.besideOnly = besideOnly;
-    files.add(this.principal);
-  }
-
-  OutputFile principal() {
-    return principal;
+    this.turn = turn;
+    if (turn.hasCome())
+      files = new OutputFiles(principal, result, besideOnly);
+    else
+      held.add(new HeldOutput(null, turn));
   }
 
   /**
-   * Another result; the folders on the way to it are made. One that cannot be written fails when something is written
-   * into it: processors tell of that like of any other error, but take it for a fault of ours when opening one throws.
+   * The job's turn has come: what is held goes into files. Throws when that fails, which shows otherwise in a job that
+   * does not work ahead.
    */
+  void open(Path target) throws IOException {
+    files = new OutputFiles(target, result, besideOnly);
+    for (HeldOutput output : held)
+      output.moveTo(output.path() == null ? files.principal() : files.add(output.path()));
+    if (files.hasRefused())
+      throw new IOException(Text.OUTPUT_NOT_WRITTEN.with(principal, ""));
+  }
+
+  OutputStream principal() {
+    return files != null ? files.principal() : held.get(0);
+  }
+
+  /** Another result. One that cannot be written fails when something is written into it. */
   OutputStream add(Path file) {
-    try {
-      WriteGate.admit(file, result, besideOnly);
-      Files.createDirectories(file.toAbsolutePath().getParent());
-      // A stylesheet that names its principal result itself means the file that is put in its place.
-      OutputFile output =
-          isResult(file) ? new OutputFile(principal.path(), principal.isFinal()) : new OutputFile(file, true);
-      files.add(output);
-      if (others().anyMatch(other -> other != output && other.hasTargetOf(output)))
-        throw new IOException(Text.OUTPUT_TAKEN.with());
-      return output;
-    } catch (IOException e) {
-      return refuse(new OutputFile.WriteFailure(
-          file.toString(), Text.OUTPUT_NOT_WRITTEN.with(file, Failures.textOf(e)), e));
-    }
+    if (files != null)
+      return files.add(file);
+    held.add(new HeldOutput(file, turn));
+    return held.get(held.size() - 1);
   }
 
   /** A result that begins with what the file holds already, be it of this job or of an earlier one. */
   OutputStream append(Path file) {
-    Optional<OutputFile> earlier = others().filter(other -> other.path().equals(file)).findAny();
-    try {
-      if (earlier.isPresent()) {
-        earlier.get().reopen();
-        return earlier.get();
-      }
-      boolean exists = Files.exists(file) && !isResult(file);
-      OutputStream output = add(file);
-      if (exists)
-        Files.copy(file, output);
-      return output;
-    } catch (IOException e) {
-      return refuse(new OutputFile.WriteFailure(
-          file.toString(), Text.OUTPUT_NOT_WRITTEN.with(file, Failures.textOf(e)), e));
-    }
+    turn.await();
+    return files.append(file);
   }
 
   /** The file that a stylesheet means by a path, which is relative to the principal result, or by an address. */
@@ -82,60 +70,23 @@ final class Outputs implements AutoCloseable {
 
   /** A result that has no place in a file. */
   OutputStream refuse(URI address) {
-    return refuse(
-        new OutputFile.WriteFailure(null, Text.OUTPUT_NOT_A_FILE.with(address), null));
+    turn.await();
+    return files.refuse(address);
   }
 
-  // Stands in for a result that cannot be; the commit fails with the same words.
-  private OutputStream refuse(OutputFile.WriteFailure why) {
-    refusal = why;
-    return new OutputStream() {
-      @Override
-      public void write(int b) throws IOException {
-        throw why;
-      }
-    };
-  }
-
-  /** Puts all results in place and returns the paths of the secondary ones, in the order of writing. */
+  /** In the job's turn: puts all results in place and returns the paths of the secondary ones, in the order of writing. */
   List<String> commit() throws IOException {
-    if (refusal != null)
-      throw refusal;
-    // All are complete before the first takes its place: a full disk shows here at the latest.
-    for (OutputFile file : files)
-      file.complete();
-    // A stylesheet that names its principal result itself leaves nothing but a declaration in the unnamed one.
-    if (others().anyMatch(principal::hasTargetOf)) {
-      if (!principal.isBlank())
-        throw new OutputFile.WriteFailure(principal.path().toString(),
-            Text.TWO_RESULTS_ONE_FILE.with(principal.path()), null);
-      principal.discard();
-      files.remove(principal);
-    }
-    OutputFile.commitTogether(() -> {
-      for (OutputFile file : files)
-        file.commit();
-    });
-    return others().filter(file -> !file.hasTargetOf(principal)).map(file -> file.path().toString()).toList();
+    return files.commit();
   }
 
   /** What could not be kept of the files that were replaced: the file and, in words, what. */
   void forEachLoss(BiConsumer<Path, String> consumer) {
-    for (OutputFile file : files)
-      file.losses().forEach(loss -> consumer.accept(file.path(), loss));
+    files.forEachLoss(consumer);
   }
 
   @Override
   public void close() {
-    files.forEach(OutputFile::discard);
-  }
-
-  private boolean isResult(Path file) throws IOException {
-    return Files.exists(file) && Files.exists(result) ? Files.isSameFile(file, result)
-        : file.toAbsolutePath().normalize().equals(result.toAbsolutePath().normalize());
-  }
-
-  private Stream<OutputFile> others() {
-    return files.stream().filter(file -> file != principal);
+    if (files != null)
+      files.close();
   }
 }

@@ -109,6 +109,7 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
       files.add(address, stamp);
       return opened;
     } catch (IOException e) {
+      files.miss(address);
       if (name == null)
         throw e; // of an inclusion, which may have something to fall back on
       throw DtdGrammar.locate(entities, e);

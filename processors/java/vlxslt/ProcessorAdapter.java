@@ -23,7 +23,7 @@ interface ProcessorAdapter {
   /** `allowsExtensions`: stylesheets may call code. */
   static ProcessorAdapter of(TransformerFactory factory, FactoryAttributes attributes, boolean allowsExtensions)
       throws Exception {
-    return SaxonAdapter.isFor(factory) ? new SaxonAdapter(factory, allowsExtensions)
+    return SaxonAdapter.isFor(factory) ? new SaxonAdapter(factory, attributes, allowsExtensions)
                                        : new JaxpAdapter(factory, attributes, allowsExtensions);
   }
 
@@ -35,6 +35,9 @@ interface ProcessorAdapter {
 
   /** Whether a transformation may begin with a named template or in a named mode. */
   boolean hasNamedStart();
+
+  /** Whether several threads may apply one compiled stylesheet at the same time, each to its own job. */
+  boolean sharesStylesheets();
 
   /** Null when the processor does not tell. */
   String version();

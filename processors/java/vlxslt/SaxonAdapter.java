@@ -20,12 +20,16 @@ final class SaxonAdapter implements ProcessorAdapter {
   private static final String API = "net.sf.saxon.s9api.";
 
   private final TransformerFactory factory;
+  private final FactoryAttributes attributes;
   private final ClassLoader loader;
+  private final boolean numbersDocuments;
 
-  SaxonAdapter(TransformerFactory factory, boolean allowsExtensions) throws Exception {
+  SaxonAdapter(TransformerFactory factory, FactoryAttributes attributes, boolean allowsExtensions) throws Exception {
     this.factory = factory;
+    this.attributes = attributes;
     this.loader = factory.getClass().getClassLoader();
     SaxonGate.close(factory, allowsExtensions);
+    numbersDocuments = DocumentNumbers.install(Reflection.call(factory, "getConfiguration"), loader);
   }
 
   static boolean isFor(TransformerFactory factory) {
@@ -111,6 +115,15 @@ final class SaxonAdapter implements ProcessorAdapter {
   }
 
   private void run(Object transformer, Job job, Outputs outputs) throws Exception {
+    DocumentNumbers.startJob();
+    try {
+      transform(transformer, job, outputs);
+    } finally {
+      DocumentNumbers.endJob();
+    }
+  }
+
+  private void transform(Object transformer, Job job, Outputs outputs) throws Exception {
     SaxonDiagnostics.connect(transformer, job.diagnostics());
     SaxonMessages.connect(transformer, job.diagnostics(), loader);
     Reflection.call(transformer, "setURIResolver", job.documents().uriResolver(job.filesRead(), Purpose.DATA));
@@ -170,6 +183,11 @@ final class SaxonAdapter implements ProcessorAdapter {
   @Override
   public boolean hasNamedStart() {
     return true;
+  }
+
+  @Override
+  public boolean sharesStylesheets() {
+    return numbersDocuments && attributes.areValues();
   }
 
   @Override

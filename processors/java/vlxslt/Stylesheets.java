@@ -65,23 +65,42 @@ final class Stylesheets {
 
   Stylesheet compile(ProcessorAdapter processor, String address, Job job) throws Exception {
     Subject subject = new Subject(processor, address);
-    Key key = keyFor(subject, job);
-    Entry entry = entries.get(key);
-    int run = generation;
-    // What came from the network shows no change: good for one run.
-    boolean isLasting = entry != null && entry.modules.areFiles() && key.isConstant();
-    if (entry == null || !entry.modules.areCurrent() || entry.origin != run && !isLasting) {
-      entries.remove(key);
+    // The first job of the run that needs it compiles it, or hears its warnings.
+    job.turn().await(() -> isToldOf(entries.get(keyFor(subject, job))));
+    Entry entry = findUsable(subject, job);
+    if (!isToldOf(entry)) {
+      job.turn().await();
+      entry = findUsable(subject, job);
+    }
+    if (entry == null) {
       entry = compileAnew(processor, address, job);
       if (entry.modules.areCurrent())
         keep(subject, entry, job);
-      return entry.stylesheet;
+    } else {
+      if (!isToldOf(entry))
+        job.diagnostics().repeat(entry.warnings);
+      entry.generation = generation;
+      job.filesRead().addAll(entry.modules);
     }
-    if (entry.generation != run)
-      job.diagnostics().repeat(entry.warnings);
-    entry.generation = run;
-    job.filesRead().addAll(entry.modules);
+    job.turn().settle();
     return entry.stylesheet;
+  }
+
+  private boolean isToldOf(Entry entry) {
+    return entry != null && entry.generation == generation;
+  }
+
+  private Entry findUsable(Subject subject, Job job) {
+    Key key = keyFor(subject, job);
+    Entry entry = entries.get(key);
+    if (entry == null)
+      return null;
+    // What came from the network shows no change: good for one run.
+    boolean isLasting = entry.modules.areFiles() && key.isConstant();
+    if (entry.modules.areCurrent() && (entry.origin == generation || isLasting))
+      return entry;
+    entries.remove(key, entry);
+    return null;
   }
 
   // More names than a form depends on do no harm: they only tell forms apart that are alike.

@@ -35,9 +35,21 @@ public final class VLXSLTJavaLayer {
   private final Map<FactoryKey, Processor> processors = new HashMap<>();
   private final Stylesheets stylesheets = new Stylesheets();
   private final ParserPool parsers = new ParserPool();
+  private final HostAnswers answers = new HostAnswers();
+  private final WorkAhead workAhead = new WorkAhead(new WorkAhead.Worker() {
+    @Override
+    public Job newJob(Job.Request request, Turn turn) {
+      return VLXSLTJavaLayer.this.newJob(request, turn, 0);
+    }
+
+    @Override
+    public void transform(Job job) throws Exception {
+      VLXSLTJavaLayer.this.transform(job);
+    }
+  });
   private IVLXSLTJavaHandler handler;
-  private Processor current;
-  private FactoryKey currentKey;
+  private volatile Processor current;
+  private volatile FactoryKey currentKey;
   private boolean allowsExtensions;
   private int run;
 
@@ -83,7 +95,8 @@ public final class VLXSLTJavaLayer {
     WriteGate.allow(List.of(writeFolders));
     allowsExtensions = extensions;
     OutputFile.setSyncs(syncsOutputs);
-    processors.clear();
+    workAhead.endRun();
+    forgetProcessors();
     forgetEverything();
   }
 
@@ -101,8 +114,10 @@ public final class VLXSLTJavaLayer {
       currentKey = keyOf(tClass, attributes);
       current = find(currentKey);
       run++;
+      answers.startRun();
       parsers.startRun(run);
       stylesheets.startRun(run);
+      workAhead.startRun(1);
       return 1;
     } catch (Throwable e) {
       handler.Message(whyNot(tClass, e));
@@ -125,41 +140,107 @@ public final class VLXSLTJavaLayer {
     }
   }
 
+  /** How many jobs of this run may be done at once; 0 leaves that to the machine. */
+  public void SetThreads(int threads) {
+    Processor chosen = current;
+    boolean isSafe = chosen != null && !currentKey.allowsExtensions && chosen.adapter().sharesStylesheets();
+    workAhead.startRun(isSafe ? threads : 1);
+  }
+
+  /** A job that will follow, after those that were expected before it, and unless the run ends or leaves it out. */
+  public void ExpectJob(int number, String xmlFilePath, String xmlContentPath, String xslFilePath,
+      String outputFilePath, String resultFilePath, String[] stylesheetParams, boolean includes,
+      String initialTemplate, String initialMode) {
+    workAhead.expect(number, requestOf(xmlFilePath, xmlContentPath, xslFilePath, outputFilePath, resultFilePath,
+        stylesheetParams, new Job.Start(includes, initialTemplate, initialMode)));
+  }
+
+  /** No expected job follows. */
+  public void EndRun() {
+    workAhead.endRun();
+  }
+
   /** Runs one transformation to its end; the handler hears of its results last. */
   public int TransformXMLFile(String xmlFilePath, String xslFilePath, String outputFilePath,
       String[] stylesheetParams) {
-    return TransformXMLFile(xmlFilePath, null, xslFilePath, outputFilePath, null, stylesheetParams, false, null, null);
+    return TransformXMLFile(
+        -1, xmlFilePath, null, xslFilePath, outputFilePath, null, stylesheetParams, false, null, null);
   }
 
   /**
    * The same for an input whose content is in `xmlContentPath`, and an output that the caller will put in the place of
    * `resultFilePath`, unless these are null; with XInclude on request, and with another start than the stylesheet's own
-   * unless the names are null.
+   * unless the names are null. `number` is that of an expected job, or -1.
    */
-  public int TransformXMLFile(String xmlFilePath, String xmlContentPath, String xslFilePath, String outputFilePath,
-      String resultFilePath, String[] stylesheetParams, boolean includes, String initialTemplate, String initialMode) {
-    Job job = new Job(new Job.Request(xmlFilePath, xmlContentPath == null ? xmlFilePath : xmlContentPath,
-        xslFilePath == null ? "" : xslFilePath, outputFilePath,
-        resultFilePath == null ? outputFilePath : resultFilePath, pairsOf(stylesheetParams),
-        new Job.Start(includes, initialTemplate, initialMode)), handler, parsers);
+  public int TransformXMLFile(int number, String xmlFilePath, String xmlContentPath, String xslFilePath,
+      String outputFilePath, String resultFilePath, String[] stylesheetParams, boolean includes,
+      String initialTemplate, String initialMode) {
+    Job.Request request = requestOf(xmlFilePath, xmlContentPath, xslFilePath, outputFilePath, resultFilePath,
+        stylesheetParams, new Job.Start(includes, initialTemplate, initialMode));
+    WorkAhead.Attempt attempt = workAhead.take(number, request);
+    if (attempt == null)
+      attempt = attempt(request, 0);
+    // What others held may have been the cause. What this attempt told is told.
+    if (Failures.isOutOfMemory(attempt.failure()) && workAhead.makeRoom()) {
+      forgetEverything();
+      attempt.job().close();
+      attempt = attempt(request, attempt.job().callsMade());
+    }
+    return conclude(attempt);
+  }
+
+  private WorkAhead.Attempt attempt(Job.Request request, long callsMade) {
+    workAhead.beginTurn();
+    Job job = newJob(request, workAhead.now(), callsMade);
     try {
-      if (current == null)
-        throw new IllegalStateException(Text.NO_PROCESSOR_SELECTED.with());
       if (parsers.hasTooManyNames())
         startAnew();
-      // A stylesheet that the input names is trusted no more than the input.
-      Processor processor = job.namesStylesheet() ? find(currentKey.withoutExtensions()) : current;
-      job.run(processor.adapter(), stylesheets);
-      return 1;
+      transform(job);
+      return new WorkAhead.Attempt(job, null);
     } catch (Throwable e) {
-      if (Failures.chainOf(e).stream().anyMatch(OutOfMemoryError.class::isInstance))
-        forgetEverything();
-      job.end(e);
-      return 0;
-    } finally {
-      job.leave();
-      job.tellResult();
+      return new WorkAhead.Attempt(job, e);
     }
+  }
+
+  private int conclude(WorkAhead.Attempt attempt) {
+    List<Path> written = List.of();
+    try (Job job = attempt.job()) {
+      try {
+        if (attempt.failure() != null)
+          throw attempt.failure();
+        job.commit();
+        written = job.writtenFiles();
+        return 1;
+      } catch (Throwable e) {
+        if (Failures.isOutOfMemory(e))
+          forgetEverything();
+        job.end(e);
+        return 0;
+      } finally {
+        job.tellResult();
+      }
+    } finally {
+      workAhead.endTurn(written);
+    }
+  }
+
+  private Job newJob(Job.Request request, Turn turn, long callsMade) {
+    return new Job(request, new Job.Shared(handler, parsers, answers, stylesheets), turn, callsMade);
+  }
+
+  private void transform(Job job) throws Exception {
+    Processor chosen = current;
+    if (chosen == null)
+      throw new IllegalStateException(Text.NO_PROCESSOR_SELECTED.with());
+    // A stylesheet that the input names is trusted no more than the input.
+    Processor processor = job.namesStylesheet() ? find(currentKey.withoutExtensions()) : chosen;
+    job.transform(processor.adapter());
+  }
+
+  private static Job.Request requestOf(String input, String content, String stylesheet, String output, String result,
+      String[] parameters, Job.Start start) {
+    return new Job.Request(input, content == null ? input : content, stylesheet == null ? "" : stylesheet, output,
+        result == null ? output : result, pairsOf(parameters), start);
   }
 
   /** From any thread, and for good: nothing more is written, and what is unfinished is removed. */
@@ -173,6 +254,12 @@ public final class VLXSLTJavaLayer {
   }
 
   private Processor find(FactoryKey key) throws Exception {
+    synchronized (processors) {
+      return findFor(key);
+    }
+  }
+
+  private Processor findFor(FactoryKey key) throws Exception {
     Processor processor = processors.get(key);
     if (processor == null) {
       TransformerFactory factory = TransformerFactory.newInstance(key.className, null);
@@ -206,6 +293,12 @@ public final class VLXSLTJavaLayer {
     return Text.PROCESSOR_NOT_LOADED.with(tClass, reason);
   }
 
+  private void forgetProcessors() {
+    synchronized (processors) {
+      processors.clear();
+    }
+  }
+
   private void forgetEverything() {
     stylesheets.clear();
     parsers.clear();
@@ -213,8 +306,9 @@ public final class VLXSLTJavaLayer {
 
   // Processors have pools of names too, which grow as those of the parsers do.
   private void startAnew() throws Exception {
+    workAhead.beginAnew();
     forgetEverything();
-    processors.clear();
+    forgetProcessors();
     current = find(currentKey);
   }
 }

@@ -108,7 +108,8 @@ public final class DtdMutations {
     ToldEvents told = new ToldEvents(world);
     Diagnostics diagnostics = new Diagnostics(told);
     FilesRead files = new FilesRead();
-    Documents documents = new Documents(told, diagnostics, pool, false);
+    Documents documents = new Documents(
+        told, diagnostics, pool, new EntityResolution(told, new HostAnswers(), new WorkAhead(null).now()), false);
     String address = Addresses.ofPath(world.folder.resolve(name).toString());
     XMLReader reader = documents.source(address, files).getXMLReader();
     InputSource input = new InputSource(address);
