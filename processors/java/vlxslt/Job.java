@@ -46,6 +46,7 @@ final class Job implements AutoCloseable {
   private final Documents documents;
   private final FilesRead filesRead = new FilesRead();
   private List<String> secondaryOutputs = List.of();
+  private String output;   // may change until the turn
   private Outputs outputs; // once the transformation begins
   private Place origin; // of the stylesheet
 
@@ -53,6 +54,7 @@ final class Job implements AutoCloseable {
   Job(Request request, Shared shared, Turn turn, long known) {
     this.request = request;
     this.turn = turn;
+    output = request.output;
     stylesheets = shared.stylesheets;
     calls = new JobCalls(shared.handler, turn, known);
     diagnostics = new Diagnostics(calls);
@@ -136,7 +138,6 @@ final class Job implements AutoCloseable {
   }
 
   private void apply(ProcessorAdapter processor) throws Exception {
-    Path target = Path.of(request.output);
     String address = findStylesheet();
     diagnostics.setSubject(origin);
     if (!processor.hasNamedStart() && (request.start.template != null || request.start.mode != null))
@@ -144,7 +145,7 @@ final class Job implements AutoCloseable {
     protect(address);
     Stylesheet stylesheet = compile(processor, address);
     diagnostics.setSubject(outputAddress());
-    outputs = new Outputs(target, Path.of(request.result), namesStylesheet(), turn);
+    outputs = new Outputs(Path.of(output), Path.of(request.result), namesStylesheet(), turn);
     // What the parser finds in the input has its place; all else is the stylesheet's doing.
     diagnostics.setSubject(origin);
     stylesheet.run(this, outputs);
@@ -155,7 +156,8 @@ final class Job implements AutoCloseable {
    * The turn of a job that works ahead has come, while its thread waits or is done: what was held is told and written,
    * the principal output to that path. Throws when it cannot be written.
    */
-  void beginTurn(String output) throws IOException {
+  void beginTurn(String chosen) throws IOException {
+    output = chosen;
     if (outputs != null)
       outputs.open(Path.of(output));
     calls.passOn();

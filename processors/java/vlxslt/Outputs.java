@@ -13,7 +13,6 @@ import java.util.function.BiConsumer;
  * them shows in the file system. Used by the thread that the job is on.
  */
 final class Outputs implements AutoCloseable {
-  private final Path principal;
   private final Path result;
   private final boolean besideOnly;
   private final Turn turn;
@@ -22,7 +21,6 @@ final class Outputs implements AutoCloseable {
 
   /** As those of OutputFiles. */
   Outputs(Path principal, Path result, boolean besideOnly, Turn turn) throws IOException {
-    this.principal = principal;
     this.result = result;
     this.besideOnly = besideOnly;
     this.turn = turn;
@@ -41,7 +39,7 @@ final class Outputs implements AutoCloseable {
     for (HeldOutput output : held)
       output.moveTo(output.path() == null ? files.principal() : files.add(output.path()));
     if (files.hasRefused())
-      throw new IOException(Text.OUTPUT_NOT_WRITTEN.with(principal, ""));
+      throw new IOException(Text.OUTPUT_NOT_WRITTEN.with(target, ""));
   }
 
   OutputStream principal() {
