@@ -12,4 +12,6 @@ add_test(NAME processors.diagnostics
 add_test(NAME processors.outputs
          COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/processors/compare.py --build ${CMAKE_BINARY_DIR}
                  --processor "Saxon 12" --processor Xalan --count 5)
-set_tests_properties(processors.diagnostics processors.outputs PROPERTIES TIMEOUT 600 SKIP_RETURN_CODE 77)
+add_test(NAME processors.jobs
+         COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/processors/jobs.py --build ${CMAKE_BINARY_DIR} --count 10)
+set_tests_properties(processors.diagnostics processors.jobs processors.outputs PROPERTIES TIMEOUT 600 SKIP_RETURN_CODE 77)
