@@ -109,6 +109,7 @@ final class Job {
       stylesheet.run(this, outputs);
       diagnostics.failOn(Severity.FATAL);
       diagnostics.setSubject(outputAddress());
+      documents.noteWritten(outputs.places());
       secondaryOutputs = outputs.commit();
       outputs.forEachLoss((file, loss) -> diagnostics.report(
           new Diagnostic(Severity.WARNING, loss, Place.of(Addresses.ofPath(file.toString())), null), null));

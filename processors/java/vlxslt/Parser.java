@@ -103,12 +103,14 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     if (address == null)
       throw new AddressGate.ReadFailure(Text.ADDRESS_UNUSABLE.with(String.valueOf(systemId)));
     FileStamp stamp = FileStamp.of(address);
-    modules.add(new DtdCache.Module(name, publicId, baseUri, systemId, address, stamp));
+    DtdCache.Module module = new DtdCache.Module(name, publicId, baseUri, systemId, address, stamp);
+    modules.add(module);
     try {
       InputSource opened = open(address, publicId);
-      files.add(address, stamp);
+      files.add(module);
       return opened;
     } catch (IOException e) {
+      files.setFlawed();
       if (name == null)
         throw e; // of an inclusion, which may have something to fall back on
       throw DtdGrammar.locate(entities, e);
@@ -147,7 +149,7 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     } catch (IOException | SAXException e) {
       throw new XNIException(e);
     }
-    entry.modules.forEach(module -> files.add(module.address(), module.stamp()));
+    entry.modules.forEach(files::add);
     return entry.grammar;
   }
 

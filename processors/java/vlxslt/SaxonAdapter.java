@@ -21,11 +21,19 @@ final class SaxonAdapter implements ProcessorAdapter {
 
   private final TransformerFactory factory;
   private final ClassLoader loader;
+  private final SaxonTrees trees; // null when documents cannot be kept
 
   SaxonAdapter(TransformerFactory factory, boolean allowsExtensions) throws Exception {
     this.factory = factory;
     this.loader = factory.getClass().getClassLoader();
     SaxonGate.close(factory, allowsExtensions);
+    trees = isSetByAddress(factory)
+        ? null : SaxonTrees.of(Reflection.call(factory, "getConfiguration"), version(), loader);
+  }
+
+  // Then a document depends on more of its address than the resolver is asked for.
+  private static boolean isSetByAddress(TransformerFactory factory) {
+    return !Boolean.FALSE.equals(factory.getAttribute("http://saxon.sf.net/feature/recognize-uri-query-parameters"));
   }
 
   static boolean isFor(TransformerFactory factory) {
@@ -71,11 +79,11 @@ final class SaxonAdapter implements ProcessorAdapter {
 
     Stylesheet compileEmbedded(Source input) throws Exception {
       return stylesheetOf(compileWhole(() -> (Source) Reflection.call(
-          compiler, "getAssociatedStylesheet", statics.watch(input), null, null, null)));
+          compiler, "getAssociatedStylesheet", statics.watch(input), null, null, null)), false);
     }
 
     Stylesheet compile(Source source) throws Exception {
-      return stylesheetOf(compileWhole(() -> statics.watch(source)));
+      return stylesheetOf(compileWhole(() -> statics.watch(source)), true);
     }
 
     // With the values of all static parameters.
@@ -91,7 +99,8 @@ final class SaxonAdapter implements ProcessorAdapter {
       }
     }
 
-    private Stylesheet stylesheetOf(Object executable) {
+    private Stylesheet stylesheetOf(Object executable, boolean isKept) throws Exception {
+      Object keeper = isKept && trees != null && !usesPackages(executable) ? new Object() : null;
       return new Stylesheet() {
         @Override
         public void run(Job job, Outputs outputs) throws Exception {
@@ -99,7 +108,7 @@ final class SaxonAdapter implements ProcessorAdapter {
           for (Map.Entry<String, String> parameter : job.parameters().entrySet())
             if (!staticParameters().contains(parameter.getKey()))
               setParameter(transformer, parameter.getKey(), parameter.getValue());
-          SaxonAdapter.this.run(transformer, job, outputs);
+          SaxonAdapter.this.run(transformer, keeper, job, outputs);
         }
 
         @Override
@@ -110,10 +119,21 @@ final class SaxonAdapter implements ProcessorAdapter {
     }
   }
 
-  private void run(Object transformer, Job job, Outputs outputs) throws Exception {
+  // Each has rules of its own for white space.
+  private static boolean usesPackages(Object executable) throws Exception {
+    Object compiled = Reflection.call(executable, "getUnderlyingCompiledStylesheet");
+    Object used = Reflection.call(Reflection.call(compiled, "getTopLevelPackage"), "getUsedPackages");
+    return ((Iterable<?>) used).iterator().hasNext();
+  }
+
+  /** `keeper` is what documents are kept for, the compiled stylesheet; null when they are not. */
+  private void run(Object transformer, Object keeper, Job job, Outputs outputs) throws Exception {
     SaxonDiagnostics.connect(transformer, job.diagnostics());
     SaxonMessages.connect(transformer, job.diagnostics(), loader);
-    Reflection.call(transformer, "setURIResolver", job.documents().uriResolver(job.filesRead(), Purpose.DATA));
+    SaxonDocuments kept = keeper == null ? null
+        : new SaxonDocuments(trees, Reflection.call(transformer, "getUnderlyingController"), keeper, job);
+    Reflection.call(transformer, "setURIResolver",
+        kept == null ? job.documents().uriResolver(job.filesRead(), Purpose.DATA) : kept);
     Reflection.call(transformer, "setBaseOutputURI", job.outputAddress());
     Function<URI, Object> destinations = uri -> openResult(uri, outputs);
     Reflection.call(transformer, "setResultDocumentHandler", destinations);
@@ -124,6 +144,8 @@ final class SaxonAdapter implements ProcessorAdapter {
     Reflection.call(transformer, "setSource", job.inputSource());
     Reflection.call(transformer, "setDestination", newSerializer(outputs.principal()));
     Reflection.call(transformer, "transform");
+    if (kept != null)
+      kept.keep();
   }
 
   private Object openResult(URI uri, Outputs outputs) {
