@@ -72,9 +72,7 @@ final class KeptTrees {
       Set<Integer> realFiles = new HashSet<>();
       for (String path : files.paths())
         realFiles.add(WriteGate.realPath(Path.of(path)).hashCode());
-      Entry entry = new Entry(tree, files, realFiles, generation);
-      if (!isWritten(entry))
-        entries.put(key, entry, BYTES_OF_SMALLEST + bytes);
+      entries.put(key, new Entry(tree, files, realFiles, generation), BYTES_OF_SMALLEST + bytes);
     } catch (IOException e) {
       // Gone meanwhile.
     }
