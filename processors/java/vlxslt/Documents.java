@@ -61,6 +61,32 @@ final class Documents {
     replacement = file;
   }
 
+  /** The tree that was kept of what is at the address, announced as if it were read; null when there is none. */
+  KeptTrees.Entry findTree(KeptTrees.Key key, FilesRead files) {
+    KeptTrees.Entry kept = isReplaced(key.address()) ? null : parsers.trees().find(key, resolution);
+    if (kept == null)
+      return null;
+    handler.StartDocument(Addresses.shown(key.address()));
+    handler.EndDocument();
+    files.addAll(kept.files);
+    return kept;
+  }
+
+  /** Trees for other jobs; not of what is read from another file. */
+  void keepTree(KeptTrees.Key key, Object tree, FilesRead files, FileStamp before, long bytes) {
+    if (!isReplaced(key.address()))
+      parsers.trees().keep(key, tree, files, before, bytes);
+  }
+
+  /** Before outputs take their places: what is kept of such files is read anew from now on. */
+  void noteWritten(List<Path> outputs) {
+    outputs.forEach(parsers.trees()::noteWritten);
+  }
+
+  private boolean isReplaced(String address) {
+    return replaced.equals(address);
+  }
+
   /** Those of the job that this thread is at. */
   static Documents ofThread() {
     return OF_THREAD.get();
@@ -183,7 +209,7 @@ final class Documents {
   private void parse(InputSource input, ParserSettings settings, FilesRead files, Purpose purpose)
       throws IOException, SAXException {
     Parser parser = parsers.take();
-    settings.apply(parser.reader(), input.getSystemId());
+    settings.apply(parser.reader(), input.getSystemId(), files);
     InputSource opened = open(input, settings, files, purpose);
     try {
       parser.parse(opened, resolution, settings.entities, files);

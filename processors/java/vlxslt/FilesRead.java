@@ -2,9 +2,11 @@ package vlxslt;
 
 import java.io.IOException;
 import java.nio.file.Path;
+import java.util.ArrayList;
 import java.util.HashSet;
 import java.util.LinkedHashMap;
 import java.util.LinkedHashSet;
+import java.util.List;
 import java.util.Map;
 import java.util.Objects;
 import java.util.Set;
@@ -18,14 +20,53 @@ final class FilesRead {
   // By address; without a stamp where there is no file behind it.
   private final Map<String, FileStamp> files = new LinkedHashMap<>();
   private final Set<String> missed = new HashSet<>();
+  private final List<DtdCache.Module> modules = new ArrayList<>(); // what the host was asked for
+  private final FilesRead whole;
+  private boolean areFlawed;
+
+  FilesRead() {
+    this(null);
+  }
+
+  /** Those of one document; they join `whole` as they are read. */
+  FilesRead(FilesRead whole) {
+    this.whole = whole;
+  }
 
   void add(String address) {
     if (!files.containsKey(address))
-      files.put(address, FileStamp.of(address));
+      add(address, FileStamp.of(address));
   }
 
   void add(String address, FileStamp stamp) {
     files.putIfAbsent(address, stamp);
+    if (whole != null)
+      whole.add(address, stamp);
+  }
+
+  void add(DtdCache.Module module) {
+    add(module.address(), module.stamp());
+    modules.add(module);
+  }
+
+  /** A problem was found in them. */
+  void setFlawed() {
+    areFlawed = true;
+  }
+
+  boolean areFlawed() {
+    return areFlawed;
+  }
+
+  /** Null when it was not read, or is no file. */
+  FileStamp stampOf(String address) {
+    return files.get(address);
+  }
+
+  /** Whether what they refer to still leads to the same addresses. */
+  boolean areResolved(EntityResolution resolution) {
+    return modules.stream().allMatch(module -> module.address().equals(
+        resolution.resolve(module.name(), module.publicId(), module.baseUri(), module.systemId())));
   }
 
   void addAll(FilesRead others) {
@@ -36,6 +77,9 @@ final class FilesRead {
   /** What could not be opened. */
   void miss(String address) {
     missed.add(address);
+    areFlawed = true;
+    if (whole != null)
+      whole.miss(address);
   }
 
   /** Whether one of them is among these, or the folder of one: then reading it again may give something else. */

@@ -166,6 +166,7 @@ final class Job implements AutoCloseable {
   /** In the job's turn, after `transform`: puts the outputs in place. */
   void commit() throws IOException {
     diagnostics.setSubject(outputAddress());
+    documents.noteWritten(outputs.places());
     secondaryOutputs = outputs.commit();
     outputs.forEachLoss((file, loss) -> diagnostics.report(
         new Diagnostic(Severity.WARNING, loss, Place.of(Addresses.ofPath(file.toString())), null), null));

@@ -118,6 +118,11 @@ final class OutputFiles implements AutoCloseable {
     return others().filter(file -> !file.hasTargetOf(principal)).map(file -> file.path().toString()).toList();
   }
 
+  /** The files that change when all results are in place. */
+  List<Path> places() {
+    return Stream.concat(Stream.of(result), files.stream().map(OutputFile::path)).toList();
+  }
+
   /** What could not be kept of the files that were replaced: the file and, in words, what. */
   void forEachLoss(BiConsumer<Path, String> consumer) {
     for (OutputFile file : files)

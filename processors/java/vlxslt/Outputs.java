@@ -77,6 +77,11 @@ final class Outputs implements AutoCloseable {
     return files.commit();
   }
 
+  /** In the job's turn: the files that change when all results are in place. */
+  List<Path> places() {
+    return files.places();
+  }
+
   /** What could not be kept of the files that were replaced: the file and, in words, what. */
   void forEachLoss(BiConsumer<Path, String> consumer) {
     files.forEachLoss(consumer);

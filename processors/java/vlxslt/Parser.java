@@ -7,6 +7,9 @@ import org.apache.xerces.impl.XMLEntityManager;
 import org.apache.xerces.impl.dtd.DTDGrammar;
 import org.apache.xerces.parsers.SAXParser;
 import org.apache.xerces.util.SecurityManager;
+import org.apache.xerces.xni.Augmentations;
+import org.apache.xerces.xni.NamespaceContext;
+import org.apache.xerces.xni.XMLLocator;
 import org.apache.xerces.xni.XNIException;
 import org.apache.xerces.xni.grammars.Grammar;
 import org.apache.xerces.xni.grammars.XMLGrammarDescription;
@@ -35,6 +38,7 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
   private final DtdCache cache;
 
   // The document under way.
+  private EndingLocator locator;
   private EntityResolution resolution;
   private EntityResolver fallback;
   private FilesRead files;
@@ -47,7 +51,13 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
 
   Parser(DtdCache cache) throws SAXException {
     this.cache = cache;
-    parser = new SAXParser(cache.symbols(), this);
+    parser = new SAXParser(cache.symbols(), this) {
+      @Override
+      public void startDocument(XMLLocator place, String encoding, NamespaceContext prefixes, Augmentations others) {
+        locator = new EndingLocator(place);
+        super.startDocument(locator, encoding, prefixes, others);
+      }
+    };
     parser.setProperty(PROPERTIES + "security-manager", new SecurityManager());
     parser.setEntityResolver(this);
     entities = (XMLEntityManager) parser.getProperty(ENTITY_MANAGER);
@@ -76,7 +86,10 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     dtdAddress = null;
     modules = new ArrayList<>();
     grammarRead = null;
+    locator = null;
     parser.parse(source);
+    if (locator != null)
+      locator.end(); // a parser that fails is not used again
     // A DTD that breaks off is told of by the document's failure only.
     if (grammarRead != null)
       cache.keep(dtdPublicId, dtdAddress, grammarRead, modulesRead);
@@ -103,10 +116,11 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     if (address == null)
       throw new AddressGate.ReadFailure(Text.ADDRESS_UNUSABLE.with(String.valueOf(systemId)));
     FileStamp stamp = FileStamp.of(address);
-    modules.add(new DtdCache.Module(name, publicId, baseUri, systemId, address, stamp));
+    DtdCache.Module module = new DtdCache.Module(name, publicId, baseUri, systemId, address, stamp);
+    modules.add(module);
     try {
       InputSource opened = open(address, publicId);
-      files.add(address, stamp);
+      files.add(module);
       return opened;
     } catch (IOException e) {
       files.miss(address);
@@ -148,7 +162,7 @@ final class Parser implements EntityResolver2, XMLGrammarPool {
     } catch (IOException | SAXException e) {
       throw new XNIException(e);
     }
-    entry.modules.forEach(module -> files.add(module.address(), module.stamp()));
+    entry.modules.forEach(files::add);
     return entry.grammar;
   }
 

@@ -8,6 +8,7 @@ import org.xml.sax.SAXException;
 /** Parsers and what they keep from document to document. Shared by all jobs. */
 final class ParserPool {
   private volatile DtdCache dtds = new DtdCache(0);
+  private final KeptTrees trees = new KeptTrees();
   // Softly: one that has read a huge document keeps buffers of that size.
   private final Queue<SoftReference<Parser>> idle = new ConcurrentLinkedQueue<>();
   private int run;
@@ -15,11 +16,17 @@ final class ParserPool {
   void startRun(int begun) {
     run = begun;
     dtds.startRun(begun);
+    trees.startRun(begun);
+  }
+
+  KeptTrees trees() {
+    return trees;
   }
 
   void clear() {
     dtds = new DtdCache(run);
     idle.clear();
+    trees.clear();
   }
 
   /** Whether it is time to clear: names come with every document type, and never go by themselves. */

@@ -71,19 +71,22 @@ final class ParserSettings {
   }
 
   /** The parser finds "Premature end of file" when it is nowhere any more: a file without an element is to blame. */
-  private record PlacingErrors(ErrorHandler next, String address) implements ErrorHandler {
+  private record PlacingErrors(ErrorHandler next, String address, FilesRead files) implements ErrorHandler {
     @Override
     public void warning(SAXParseException e) throws SAXException {
+      files.setFlawed();
       next.warning(e);
     }
 
     @Override
     public void error(SAXParseException e) throws SAXException {
+      files.setFlawed();
       next.error(e);
     }
 
     @Override
     public void fatalError(SAXParseException e) throws SAXException {
+      files.setFlawed();
       next.fatalError(e.getLineNumber() > 0 ? e : new SAXParseException(e.getMessage(), null, address, 1, 1));
     }
   }
@@ -98,13 +101,13 @@ final class ParserSettings {
   private final Map<String, Boolean> earlier = new LinkedHashMap<>();
   private LocatingHandler locating;
 
-  void apply(XMLReader reader, String address) throws SAXException {
+  void apply(XMLReader reader, String address, FilesRead files) throws SAXException {
     locating = new LocatingHandler((XMLEntityManager) reader.getProperty(Parser.ENTITY_MANAGER));
     locating.setContentHandler(content);
     reader.setContentHandler(locating);
     locating.setDTDHandler(dtd);
     reader.setDTDHandler(dtd == null ? null : locating);
-    reader.setErrorHandler(new PlacingErrors(errors == null ? new DefaultHandler() : errors, address));
+    reader.setErrorHandler(new PlacingErrors(errors == null ? new DefaultHandler() : errors, address, files));
     for (Map.Entry<String, Boolean> feature : features.entrySet()) {
       earlier.putIfAbsent(feature.getKey(), reader.getFeature(feature.getKey()));
       reader.setFeature(feature.getKey(), feature.getValue());

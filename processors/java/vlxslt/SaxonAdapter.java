@@ -23,6 +23,7 @@ final class SaxonAdapter implements ProcessorAdapter {
   private final FactoryAttributes attributes;
   private final ClassLoader loader;
   private final boolean numbersDocuments;
+  private final SaxonTrees trees; // null when documents cannot be kept
 
   SaxonAdapter(TransformerFactory factory, FactoryAttributes attributes, boolean allowsExtensions) throws Exception {
     this.factory = factory;
@@ -30,6 +31,13 @@ final class SaxonAdapter implements ProcessorAdapter {
     this.loader = factory.getClass().getClassLoader();
     SaxonGate.close(factory, allowsExtensions);
     numbersDocuments = DocumentNumbers.install(Reflection.call(factory, "getConfiguration"), loader);
+    trees = isSetByAddress(factory)
+        ? null : SaxonTrees.of(Reflection.call(factory, "getConfiguration"), version(), loader);
+  }
+
+  // Then a document depends on more of its address than the resolver is asked for.
+  private static boolean isSetByAddress(TransformerFactory factory) {
+    return !Boolean.FALSE.equals(factory.getAttribute("http://saxon.sf.net/feature/recognize-uri-query-parameters"));
   }
 
   static boolean isFor(TransformerFactory factory) {
@@ -75,11 +83,11 @@ final class SaxonAdapter implements ProcessorAdapter {
 
     Stylesheet compileEmbedded(Source input) throws Exception {
       return stylesheetOf(compileWhole(() -> (Source) Reflection.call(
-          compiler, "getAssociatedStylesheet", statics.watch(input), null, null, null)));
+          compiler, "getAssociatedStylesheet", statics.watch(input), null, null, null)), false);
     }
 
     Stylesheet compile(Source source) throws Exception {
-      return stylesheetOf(compileWhole(() -> statics.watch(source)));
+      return stylesheetOf(compileWhole(() -> statics.watch(source)), true);
     }
 
     // With the values of all static parameters.
@@ -95,7 +103,8 @@ final class SaxonAdapter implements ProcessorAdapter {
       }
     }
 
-    private Stylesheet stylesheetOf(Object executable) {
+    private Stylesheet stylesheetOf(Object executable, boolean isKept) throws Exception {
+      Object keeper = isKept && trees != null && !usesPackages(executable) ? new Object() : null;
       return new Stylesheet() {
         @Override
         public void run(Job job, Outputs outputs) throws Exception {
@@ -103,7 +112,7 @@ final class SaxonAdapter implements ProcessorAdapter {
           for (Map.Entry<String, String> parameter : job.parameters().entrySet())
             if (!staticParameters().contains(parameter.getKey()))
               setParameter(transformer, parameter.getKey(), parameter.getValue());
-          SaxonAdapter.this.run(transformer, job, outputs);
+          SaxonAdapter.this.run(transformer, keeper, job, outputs);
         }
 
         @Override
@@ -114,19 +123,21 @@ final class SaxonAdapter implements ProcessorAdapter {
     }
   }
 
-  private void run(Object transformer, Job job, Outputs outputs) throws Exception {
-    DocumentNumbers.startJob();
-    try {
-      transform(transformer, job, outputs);
-    } finally {
-      DocumentNumbers.endJob();
-    }
+  // Each has rules of its own for white space.
+  private static boolean usesPackages(Object executable) throws Exception {
+    Object compiled = Reflection.call(executable, "getUnderlyingCompiledStylesheet");
+    Object used = Reflection.call(Reflection.call(compiled, "getTopLevelPackage"), "getUsedPackages");
+    return ((Iterable<?>) used).iterator().hasNext();
   }
 
-  private void transform(Object transformer, Job job, Outputs outputs) throws Exception {
+  /** `keeper` is what documents are kept for, the compiled stylesheet; null when they are not. */
+  private void run(Object transformer, Object keeper, Job job, Outputs outputs) throws Exception {
     SaxonDiagnostics.connect(transformer, job.diagnostics());
     SaxonMessages.connect(transformer, job.diagnostics(), loader);
-    Reflection.call(transformer, "setURIResolver", job.documents().uriResolver(job.filesRead(), Purpose.DATA));
+    SaxonDocuments kept = keeper == null ? null
+        : new SaxonDocuments(trees, Reflection.call(transformer, "getUnderlyingController"), keeper, job);
+    Reflection.call(transformer, "setURIResolver",
+        kept == null ? job.documents().uriResolver(job.filesRead(), Purpose.DATA) : kept);
     Reflection.call(transformer, "setBaseOutputURI", job.outputAddress());
     Function<URI, Object> destinations = uri -> openResult(uri, outputs);
     Reflection.call(transformer, "setResultDocumentHandler", destinations);
@@ -136,7 +147,14 @@ final class SaxonAdapter implements ProcessorAdapter {
       Reflection.call(transformer, "setInitialMode", nameOf(job.start().mode()));
     Reflection.call(transformer, "setSource", job.inputSource());
     Reflection.call(transformer, "setDestination", newSerializer(outputs.principal()));
-    Reflection.call(transformer, "transform");
+    DocumentNumbers.startJob();
+    try {
+      Reflection.call(transformer, "transform");
+    } finally {
+      DocumentNumbers.endJob();
+    }
+    if (kept != null)
+      kept.keep();
   }
 
   private Object openResult(URI uri, Outputs outputs) {

@@ -37,8 +37,8 @@ final class WriteGate {
     throw new IOException(Text.WRITE_REFUSED.with(file));
   }
 
-  // Through all links, as far as there is something; a link may lead to what is yet to be made.
-  private static Path realPath(Path path) throws IOException {
+  /** Through all links, as far as there is something; a link may lead to what is yet to be made. */
+  static Path realPath(Path path) throws IOException {
     Path at = OutputFile.followLinks(path);
     Path parent = at.getParent();
     return Files.exists(at) || parent == null ? at : realPath(parent).resolve(at.getFileName()).normalize();
