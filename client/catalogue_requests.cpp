@@ -200,16 +200,24 @@ TypedValues AnswerStylesheetParameters(std::string_view text, processors::Proces
   return reply;
 }
 
-TypedValues AnswerProcessors(std::string_view, processors::Processor &processor) {
+TypedValues AnswerProcessors(std::string_view text, processors::Processor &processor) {
+  const bool isToPrepare = text.find(" -prepare") != text.npos;
   TypedValues reply;
   for (const processors::ProcessorEntry &entry : processors::Processors()) {
-    const processors::ProcessorProbe probe = processor.ProbeProcessor({entry.className, entry.attributes});
+    const processors::Factory factory{entry.className, entry.attributes};
+    const processors::ProcessorProbe probe = processor.ProbeProcessor(factory);
     TypedValues nested;
     for (const std::string *field : {&entry.name, &entry.classPath, &entry.className, &probe.implementation,
                                      &probe.version, &probe.location, &probe.error})
       nested.AddString(*field);
     reply.AddValues(std::move(nested));
+    if (!isToPrepare || !probe.error.empty() || processor.PrepareStart(factory))
+      continue;
+    report::ReportProblem(report::MessageId::JavaStartNotPrepared, {entry.name});
+    V_ApiSetError(V_ERROR_FAILED);
   }
+  if (const std::string advice = processor.AdviseOnStart(); !advice.empty())
+    report::ReportProblem(advice);
   return reply;
 }
 

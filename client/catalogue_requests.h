@@ -39,7 +39,8 @@ namespace client {
 [[nodiscard]] kit::TypedValues AnswerResolvePath(std::string_view text, processors::Processor &);
 // "-xslfilepath": one list, name and default expression alternately. V_ERROR_FAILED when the stylesheet does not parse.
 [[nodiscard]] kit::TypedValues AnswerStylesheetParameters(std::string_view text, processors::Processor &);
-// Per processor one nested list: name, class path, class name, implementation, version, location, error.
+// Per processor one nested list: name, class path, class name, implementation, version, location, error. "-prepare" has
+// what each starts quickly with made before.
 [[nodiscard]] kit::TypedValues AnswerProcessors(std::string_view text, processors::Processor &);
 
 } // namespace client

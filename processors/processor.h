@@ -7,6 +7,7 @@
 
 #include "report/run_event.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -77,6 +78,8 @@ public:
   [[nodiscard]] bool SetTransformer(const std::string &className) { return SelectFactory({className}); }
   // The same; false too when it does not take an attribute. One class with other attributes is another factory.
   [[nodiscard]] virtual bool SelectFactory(const Factory &factory) = 0;
+  // How many jobs the next run has; told before its factory is selected.
+  virtual void ExpectJobs(size_t) {}
   [[nodiscard]] virtual JobResult TransformXMLFile(const Job &job) = 0;
   // How many jobs of the run that SelectFactory begins may be done at once; 0 leaves that to the processor.
   virtual void SetThreads(int32_t threads) = 0;
@@ -87,6 +90,11 @@ public:
   virtual void EndRun() = 0;
   // Loads a processor without selecting it.
   [[nodiscard]] virtual ProcessorProbe ProbeProcessor(const Factory &factory) = 0;
+  // Has what the processor starts quickly with made now, rather than behind the first run. False when there is none
+  // then.
+  [[nodiscard]] virtual bool PrepareStart(const Factory &) { return true; }
+  // Advice on how to start faster, for people; empty when there is none.
+  [[nodiscard]] virtual std::string AdviseOnStart() { return {}; }
   // The last call.
   virtual void ShutDown() = 0;
 };

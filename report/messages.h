@@ -129,6 +129,8 @@ enum class MessageId : uint16_t {
   DialogNotOpened = 18244,
   TransformationGivenUp = 18245,
   JavaGivenUp = 18246,
+  JavaFasterInstalled = 18247,
+  JavaStartNotPrepared = 18248,
   // The texts of the Java layer, which names them itself.
   JavaLayerFirst = 18250,
   JavaLayerLast = 18292,

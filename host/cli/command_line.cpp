@@ -36,6 +36,7 @@ struct Parsed {
   RecordOptions record;
   std::string stylesheet;
   std::string dialog;
+  bool preparesStart = false;
   std::function<ExitCode(Environment)> command;
 };
 
@@ -166,8 +167,11 @@ void AddRequestCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
   AddTrustOptions(desktop, parsed->session);
   desktop.parse_complete_callback([parsed] { parsed->session.isWorkbench = true; });
 
-  AddCommand(app, parsed, "processors", "the configured processors, and whether each one loads",
-             [](Environment environment, const Parsed &) { return ListProcessors(environment); });
+  CLI::App &processors = AddCommand(
+      app, parsed, "processors", "the configured processors, and whether each one loads",
+      [](Environment environment, const Parsed &all) { return ListProcessors(environment, all.preparesStart); });
+  processors.add_flag("--prepare", parsed->preparesStart,
+                      "write what they start quickly with now: beside the program where that can be written to");
   CLI::App &params = AddCommand(
       app, parsed, "params", "the parameters that a stylesheet declares",
       [](Environment environment, const Parsed &all) { return ListParameters(environment, all.stylesheet); });

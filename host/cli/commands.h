@@ -25,7 +25,7 @@ struct Environment {
 [[nodiscard]] ExitCode Run(Environment environment, const RunOptions &options);
 [[nodiscard]] ExitCode ListTransformations(Environment environment, const CatalogueOptions &catalogue);
 [[nodiscard]] ExitCode ListParameters(Environment environment, const std::string &stylesheet);
-[[nodiscard]] ExitCode ListProcessors(Environment environment);
+[[nodiscard]] ExitCode ListProcessors(Environment environment, bool prepares);
 [[nodiscard]] ExitCode AddTransformation(Environment environment, const CatalogueOptions &catalogue,
                                          const RecordOptions &record);
 [[nodiscard]] ExitCode EditTransformation(Environment environment, const CatalogueOptions &catalogue,

@@ -156,8 +156,9 @@ ExitCode OpenDialog(Environment environment, const std::string &name) {
   return SendAndPrint(environment, kit::xsltName, std::string(dialog->request));
 }
 
-ExitCode ListProcessors(Environment environment) {
-  const host::ClientReply reply = environment.session.Send(kit::xsltName, "VlxsltProcessors");
+ExitCode ListProcessors(Environment environment, bool prepares) {
+  const host::ClientReply reply =
+      environment.session.Send(kit::xsltName, prepares ? "VlxsltProcessors -prepare" : "VlxsltProcessors");
   ExitCode code = Finish(environment, reply);
   if (code == ExitCode::BadCommand)
     return code;

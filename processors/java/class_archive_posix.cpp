@@ -1,17 +1,23 @@
 #include "processors/java/class_archive.h"
 
 #include "kit/paths.h"
+#include "processors/java/archive_writer.h"
+#include "processors/java/own_folder.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
-#include <sys/wait.h>
+#include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -20,13 +26,35 @@ namespace processors {
 namespace {
 
 constexpr auto maxUnused = std::chrono::hours(24 * 30);
+// Says what the archive is, and what all its files were like when it was written; written last.
+constexpr const char *manifestName = "ready";
+// Options by which users manage archives themselves; Java refuses most of them together with ours.
+constexpr std::array ownWays = {"-Xshare",
+                                "-XX:SharedArchiveFile",
+                                "-XX:SharedClassListFile",
+                                "-XX:AOT",
+                                "ArchiveClassesAtExit",
+                                "AutoCreateSharedArchive",
+                                "DumpLoadedClassList",
+                                "UseSharedSpaces"};
+
+bool IsManagedByUser(const std::vector<std::string> &options) {
+  const auto manages = [](std::string_view text) {
+    return std::ranges::any_of(ownWays, [text](const char *way) { return text.find(way) != text.npos; });
+  };
+  const auto isSetTo = [&](const char *variable) {
+    const char *value = std::getenv(variable);
+    return value && manages(value);
+  };
+  return std::ranges::any_of(options, manages) || isSetTo("JAVA_TOOL_OPTIONS") || isSetTo("_JAVA_OPTIONS");
+}
 
 std::string FindCacheFolder() {
-  if (std::getenv("VLXSLT_NO_CLASS_ARCHIVE"))
-    return {};
   const std::string cache = kit::PersonalFolder("XDG_CACHE_HOME", ".cache");
   return cache.empty() ? cache : kit::JoinPath(cache, "vlxslt");
 }
+
+std::string InstalledFolder() { return kit::JoinPath(OwnFolder(), "start"); }
 
 // FNV-1a; a collision would be noticed by the virtual machine, which checks the class path itself.
 uint64_t Hash(const std::string &text) {
@@ -36,114 +64,120 @@ uint64_t Hash(const std::string &text) {
   return hash;
 }
 
+// "SIZE MILLISECONDS PATH", as the writer's manifest has it.
 std::string DescribeFile(const std::string &file) {
-  std::error_code error;
-  const auto size = fs::file_size(file, error);
-  const auto time = fs::last_write_time(file, error).time_since_epoch().count();
-  return file + '|' + std::to_string(size) + '|' + std::to_string(time) + '\n';
+  struct stat status {};
+  if (stat(file.c_str(), &status) != 0)
+    return "missing " + file;
+  const int64_t time = int64_t{status.st_mtim.tv_sec} * 1000 + status.st_mtim.tv_nsec / 1'000'000;
+  return std::to_string(status.st_size) + ' ' + std::to_string(time) + ' ' + file;
+}
+
+std::string NameOf(const ArchiveSubject &subject) {
+  std::string key = DescribeFile(subject.library) + '\n' + subject.factory + '\n';
+  for (const std::string &file : subject.classPath)
+    key += DescribeFile(file) + '\n';
+  for (const std::string &option : subject.options)
+    key += option + '\n';
+  std::ostringstream name;
+  name << "start-" << std::hex << Hash(key);
+  return name.str();
+}
+
+// Java runs what lies there: no one else may have put it there.
+bool IsTrusted(const std::string &folder) {
+  struct stat status {};
+  return stat(folder.c_str(), &status) == 0 && (status.st_uid == geteuid() || status.st_uid == 0) &&
+         (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+// The path of a line of the manifest, if the file is still as it says.
+std::optional<std::string> PathOfUnchanged(const std::string &line) {
+  const size_t time = line.find(' ');
+  const size_t path = time == line.npos ? time : line.find(' ', time + 1);
+  if (path == line.npos || DescribeFile(line.substr(path + 1)) != line)
+    return std::nullopt;
+  return line.substr(path + 1);
 }
 
 // Archives of class paths that are no longer in use would pile up.
-void DropUnused(const std::string &folder) {
+void DropUnused(const std::string &cache) {
   std::error_code error;
   const auto now = fs::file_time_type::clock::now();
-  for (const auto &entry : fs::directory_iterator(folder, error))
-    if (std::error_code failed; entry.path().filename().string().starts_with("classes-") &&
-                                now - entry.last_write_time(failed) > maxUnused && !failed)
-      fs::remove(entry.path(), failed);
-}
-
-// Made before the fork: nothing may be allocated between fork and exec.
-struct ChildCommand {
-  std::vector<std::string> words;
-  std::vector<char *> pointers;
-  std::string written;
-  std::string path;
-  std::string list;
-};
-
-// In a child of a process with many threads, where only plain system calls are allowed: runs Java detached and puts
-// its archive in place.
-[[noreturn]] void RunDetached(const ChildCommand &command) {
-  setsid();
-  const int null = open("/dev/null", O_RDWR);
-  for (const int standard : {0, 1, 2})
-    dup2(null, standard);
-  close_range(3, ~0U, 0);
-  (void)!nice(10);
-  const pid_t java = fork();
-  if (java == 0) {
-    execv(command.pointers.front(), command.pointers.data());
-    _exit(127);
+  for (const auto &entry : fs::directory_iterator(cache, error)) {
+    const std::string name = entry.path().filename().string();
+    std::error_code failed;
+    auto used = fs::last_write_time(entry.path() / manifestName, failed);
+    if (failed)
+      used = entry.last_write_time(failed);
+    if ((name.starts_with("start-") || name.starts_with("classes-")) && !failed && now - used > maxUnused)
+      fs::remove_all(entry.path(), failed);
   }
-  int status = 1;
-  waitpid(java, &status, 0);
-  if (status != 0 || rename(command.written.c_str(), command.path.c_str()) != 0)
-    unlink(command.written.c_str());
-  unlink(command.list.c_str());
-  _exit(0);
-}
-
-// Of several processes that end at the same time the first writes it; the claim of one that died expires soon.
-bool ClaimList(const std::string &list) {
-  std::error_code error;
-  if (fs::file_time_type::clock::now() - fs::last_write_time(list, error) > std::chrono::minutes(5) && !error)
-    fs::remove(list, error);
-  const int file = open(list.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
-  if (file >= 0)
-    close(file);
-  return file >= 0;
 }
 
 } // namespace
 
-ClassArchive::ClassArchive(const std::vector<std::string> &files, const std::vector<std::string> &texts) {
-  const std::string folder = FindCacheFolder();
-  std::error_code error;
-  if (folder.empty() || (fs::create_directories(folder, error), error))
+ClassArchive::ClassArchive(ArchiveSubject given) : subject(std::move(given)), classPath(subject.classPath) {
+  if (std::getenv("VLXSLT_NO_CLASS_ARCHIVE") || IsManagedByUser(subject.options))
     return;
-  std::string key;
-  for (const std::string &file : files)
-    key += DescribeFile(file);
-  for (const std::string &text : texts)
-    key += text + '\n';
-  std::ostringstream name;
-  name << "classes-" << std::hex << Hash(key) << ".jsa";
-  path = kit::JoinPath(folder, name.str());
-  isThere = kit::IsFile(path);
-  if (isThere)
-    fs::last_write_time(path, fs::file_time_type::clock::now(), error);
+  const std::string name = NameOf(subject);
+  if (Read(kit::JoinPath(InstalledFolder(), name)))
+    return;
+  const std::string cache = FindCacheFolder();
+  if (cache.empty())
+    return;
+  folder = kit::JoinPath(cache, name);
+  // That it is used shows in its time.
+  std::error_code error;
+  if (Read(folder))
+    fs::last_write_time(kit::JoinPath(folder, manifestName), fs::file_time_type::clock::now(), error);
 }
 
-std::string ClassArchive::Option() const { return isThere ? "-XX:SharedArchiveFile=" + path : std::string(); }
-
-void ClassArchive::WriteInBackground(const std::string &javaHome, const std::vector<std::string> &options,
-                                     const std::vector<std::string> &classNames) const {
-  ChildCommand command{{javaHome + "/bin/java"}, {}, path + "." + std::to_string(getpid()), path, path + ".list"};
-  if (!IsMissing() || !kit::IsFile(command.words.front()) || !ClaimList(command.list))
-    return;
-  DropUnused(kit::FolderOf(path));
-  std::ofstream list(command.list);
-  for (const std::string &name : classNames)
-    list << name << '\n';
-  list.close();
-  command.words.insert(command.words.end(), options.begin(), options.end());
-  for (const std::string &word :
-       {"-XX:ArchiveClassesAtExit=" + command.written, std::string("-XX:ErrorFile=/dev/null"),
-        std::string("-XX:-CreateCoredumpOnCrash"), std::string("vlxslt.ClassLoading"), command.list})
-    command.words.push_back(word);
-  for (std::string &word : command.words)
-    command.pointers.push_back(word.data());
-  command.pointers.push_back(nullptr);
-  // Twice, so that the writer is no child of this process, which would have to wait for it.
-  const pid_t between = fork();
-  if (between == 0) {
-    if (fork() == 0)
-      RunDetached(command);
-    _exit(0);
+bool ClassArchive::Read(const std::string &from) {
+  std::ifstream manifest(kit::JoinPath(from, manifestName));
+  std::vector<std::string> paths;
+  for (std::string line; std::getline(manifest, line);) {
+    const std::optional<std::string> path = PathOfUnchanged(line);
+    if (!path)
+      return false;
+    paths.push_back(*path);
   }
-  if (between > 0)
-    waitpid(between, nullptr, 0);
+  if (paths.size() != subject.classPath.size() + 1 || !IsTrusted(from))
+    return false;
+  archive = paths.front();
+  classPath.assign(paths.begin() + 1, paths.end());
+  return true;
+}
+
+std::string ClassArchive::Option() const {
+  if (archive.empty())
+    return {};
+  return (archive.ends_with(".aot") ? "-XX:AOTCache=" : "-XX:SharedArchiveFile=") + archive;
+}
+
+const std::string &ClassArchive::OriginalOf(const std::string &jar) const {
+  const auto found = std::ranges::find(classPath, jar);
+  return found == classPath.end() ? jar : subject.classPath[static_cast<size_t>(found - classPath.begin())];
+}
+
+void ClassArchive::WriteInBackground(const std::vector<std::string> &classNames) const {
+  std::error_code error;
+  if (!IsMissing() || (fs::create_directories(kit::FolderOf(folder), error), error))
+    return;
+  DropUnused(kit::FolderOf(folder));
+  ArchiveWriter(subject, folder).Start(classNames);
+}
+
+bool ClassArchive::Write() {
+  const std::string name = NameOf(subject);
+  const std::string installed = InstalledFolder();
+  std::error_code error;
+  fs::create_directories(installed, error);
+  if (kit::IsWritable(installed))
+    folder = kit::JoinPath(installed, name);
+  else if (!folder.empty())
+    fs::create_directories(kit::FolderOf(folder), error);
+  return !folder.empty() && (Read(folder) || (ArchiveWriter(subject, folder).Run() && Read(folder)));
 }
 
 } // namespace processors

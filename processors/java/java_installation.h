@@ -17,6 +17,10 @@ struct JavaInstallation {
 // configured home is the only one looked at, since silently taking another would hide a mistake.
 [[nodiscard]] JavaInstallation FindJava(const std::string &configuredHome);
 
+// The newest that is installed, if it starts faster than the one that is used; else without a home. Looks in the
+// folders of VLXSLT_JAVA_FOLDERS, separated by ":", or else where Javas usually are.
+[[nodiscard]] JavaInstallation FindFasterJava(const JavaInstallation &used);
+
 } // namespace processors
 
 #endif

@@ -17,11 +17,15 @@ namespace processors {
 struct MachineSetup {
   std::string home;
   std::string library;                // libjvm
-  std::string purpose;                // what kind of work is coming; each has its own class archive
+  std::string factory;                // of the processor that is used first; each has its own class archive
   std::vector<std::string> classPath; // archives only: jars
   std::vector<std::string> options;   // the user's; they win over ours
-  std::function<void()> abandon;      // the machine wants to end the process; must not return to it
+  std::function<void()> abandon = {}; // the machine wants to end the process; must not return to it
+  bool isForLongRun = false;          // worth the compiler that takes its time
 };
+
+// Has the class archive written that such a machine starts quickly with; false when there is none then.
+[[nodiscard]] bool PrepareMachine(const MachineSetup &setup);
 
 class JavaMachine {
 public:
@@ -45,6 +49,8 @@ public:
   [[nodiscard]] jobjectArray MakeStringArray(const std::vector<std::string> &items) const;
   // The machine has done work that is worth an archive of its classes.
   void NoteSuccess() { hasSucceeded = true; }
+  // The jar that was configured, where its classes come from a copy of it.
+  [[nodiscard]] const std::string &OriginalOf(const std::string &jar) const { return archive.OriginalOf(jar); }
   // What a pending exception says, which is cleared; empty when there is none.
   [[nodiscard]] std::string TakeException() const;
 
@@ -55,8 +61,6 @@ private:
 
   JavaVM *machine = nullptr;
   JNIEnv *environment = nullptr;
-  std::string home;
-  std::vector<std::string> options; // without those of the archive
   ClassArchive archive;
   bool hasSucceeded = false;
 };

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <iterator>
 #include <jvmti.h>
 #include <langinfo.h>
 #include <optional>
@@ -89,13 +90,10 @@ private:
 
 constexpr std::array ownOptions = {
     "-Xrs", // Ctrl-C belongs to the host
-    "-Xshare:auto",
     // Standard output is for data.
     "-Xlog:disable",
     "-Xlog:all=error:stderr",
     "-XX:-UsePerfData",
-    // Measured on hundreds of topics: the second compiler costs more than it brings until a run lasts for minutes.
-    "-XX:TieredStopAtLevel=1",
     "-Dfile.encoding=UTF-8",
     "-Djava.awt.headless=true",
     // What a stylesheet fetches from the network may take its time, but must end.
@@ -105,6 +103,9 @@ constexpr std::array ownOptions = {
 
 bool ChoosesCollector(const std::string &option) { return option.starts_with("-XX:+Use") && option.ends_with("GC"); }
 
+// Measured: the second compiler costs more than it brings until a run lasts for minutes.
+constexpr const char *quickCompilerOnly = "-XX:TieredStopAtLevel=1";
+
 std::string Join(const std::vector<std::string> &entries) {
   std::string joined;
   for (const std::string &entry : entries)
@@ -112,14 +113,18 @@ std::string Join(const std::vector<std::string> &entries) {
   return joined;
 }
 
+// All but the class path and what depends on the run.
 std::vector<std::string> ComposeOptions(const MachineSetup &setup) {
   std::vector<std::string> options(ownOptions.begin(), ownOptions.end());
   // Measured: it starts faster and needs less memory than the others on inputs of a few megabytes.
   if (std::ranges::none_of(setup.options, ChoosesCollector))
     options.emplace_back("-XX:+UseSerialGC");
-  options.push_back("-Djava.class.path=" + Join(setup.classPath));
   options.insert(options.end(), setup.options.begin(), setup.options.end());
   return options;
+}
+
+ClassArchive FindArchive(const MachineSetup &setup) {
+  return ClassArchive({setup.home, setup.library, setup.factory, setup.classPath, ComposeOptions(setup)});
 }
 
 template <class Function> JavaVMOption Hook(const char *name, Function function) {
@@ -147,16 +152,14 @@ std::unique_ptr<JavaMachine> JavaMachine::Create(const MachineSetup &setup, std:
     return nullptr;
   }
   std::unique_ptr<JavaMachine> made(new JavaMachine);
-  made->home = setup.home;
-  made->options = ComposeOptions(setup);
-  std::vector<std::string> archived = setup.classPath;
-  archived.push_back(setup.library);
-  std::vector<std::string> distinct = made->options;
-  distinct.push_back(setup.purpose);
-  made->archive = ClassArchive(archived, distinct);
-  std::vector<std::string> options = made->options;
+  made->archive = FindArchive(setup);
+  std::vector<std::string> options = {"-Djava.class.path=" + Join(made->archive.ClassPath())};
+  // In front of the user's, which win.
+  if (!setup.isForLongRun)
+    options.emplace_back(quickCompilerOnly);
   if (const std::string option = made->archive.Option(); !option.empty())
-    options.insert(options.begin(), option);
+    options.push_back(option);
+  std::ranges::copy(ComposeOptions(setup), std::back_inserter(options));
 
   std::vector<JavaVMOption> given = {Hook("vfprintf", ListenToMachine), Hook("exit", RefuseExit),
                                      Hook("abort", RefuseAbort)};
@@ -177,6 +180,8 @@ std::unique_ptr<JavaMachine> JavaMachine::Create(const MachineSetup &setup, std:
   return made;
 }
 
+bool PrepareMachine(const MachineSetup &setup) { return FindArchive(setup).Write(); }
+
 std::string MachineWords() {
   return report::FormatMessage(report::MessageId::JavaNotStarted, {OneLine(TheCreation().words)});
 }
@@ -188,7 +193,7 @@ JavaMachine::~JavaMachine() {
 
 void JavaMachine::Park() {
   if (hasSucceeded && archive.IsMissing())
-    archive.WriteInBackground(home, options, ListClasses());
+    archive.WriteInBackground(ListClasses());
   hasSucceeded = false;
   environment = nullptr;
   machine->DetachCurrentThread();

@@ -29,6 +29,9 @@ constexpr const char *layerClass = "vlxslt/VLXSLTJavaLayer";
 // For the removal of unfinished outputs, when the program must end.
 constexpr auto discardTime = std::chrono::seconds(1);
 
+// From here on Java's second compiler pays off: measured with DITA topics.
+constexpr size_t jobsOfLongRun = 4400;
+
 using processors::JavaMachine;
 
 std::vector<std::string> SplitClassPath(const std::string &classPath) {
@@ -114,10 +117,10 @@ void XSLTManagedLayer::ApplyClassPath() {
   machine->Environment()->CallVoidMethod(methods.layer, methods.setClassPath, machine->MakeString(entries.c_str()));
 }
 
-bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
+bool XSLTManagedLayer::EnsureJava(const std::string &factory) {
   const bool isNewClassPath = std::exchange(hasNewClassPath, false);
   if (!isStarted)
-    Start(purpose);
+    Start(factory);
   else if (problem.empty() && (isParked || isNewClassPath) && !pump.RunOnJava([this] { ResumeOnJava(); }))
     problem = processors::MachineWords();
   if (!problem.empty())
@@ -125,25 +128,28 @@ bool XSLTManagedLayer::EnsureJava(const std::string &purpose) {
   return problem.empty();
 }
 
-void XSLTManagedLayer::Start(const std::string &purpose) {
-  isStarted = true;
+processors::MachineSetup XSLTManagedLayer::MakeSetup(const std::string &factory, std::string &reason) {
   const processors::JavaInstallation java = processors::FindJava(kit::GetString(V_SESSION, V_SP_JAVA_HOME));
-  problem = java.problem.empty() ? NameMissingJar() : java.problem;
-  if (!problem.empty())
-    return;
+  reason = java.problem.empty() ? NameMissingJar() : java.problem;
+  processors::MachineSetup setup{java.home, java.library, factory, OwnJars(),
+                                 kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS)};
   // The jars before the first folder. From there on all go to a loader of their own, in their order: with a folder on
   // the class path proper, Java would refuse to keep an archive of its classes.
-  jarsFromStart = OwnJars();
   for (const std::string &path : ReadClassPath(classPath)) {
     if (kit::IsFolder(path))
       break;
-    jarsFromStart.push_back(path);
+    setup.classPath.push_back(path);
   }
-  const processors::MachineSetup setup{
-      java.home, java.library, purpose, jarsFromStart, kit::GetStrings(V_SESSION, V_SP_JAVA_OPTIONS), [this] {
-        pump.Abandon();
-      }};
-  if (!pump.RunOnJava([&] { StartOnJava(setup); }))
+  setup.abandon = [this] { pump.Abandon(); };
+  setup.isForLongRun = expectedJobs >= jobsOfLongRun;
+  return setup;
+}
+
+void XSLTManagedLayer::Start(const std::string &factory) {
+  isStarted = true;
+  const processors::MachineSetup setup = MakeSetup(factory, problem);
+  jarsFromStart = setup.classPath;
+  if (problem.empty() && !pump.RunOnJava([&] { StartOnJava(setup); }))
     problem = processors::MachineWords();
 }
 
@@ -347,7 +353,7 @@ processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &
 }
 
 processors::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const processors::Factory &factory) {
-  if (!EnsureJava("probe"))
+  if (!EnsureJava({}))
     return {.error = problem};
   const auto probe = RunInJava<processors::ProcessorProbe>(
       [called = methods, factory](const JavaMachine &java, processors::ProcessorProbe &found) {
@@ -361,11 +367,28 @@ processors::ProcessorProbe XSLTManagedLayer::ProbeProcessor(const processors::Fa
           return processors::ReadString(environment,
                                         static_cast<jstring>(environment->GetObjectArrayElement(fields, index)));
         };
-        found = {field(0), field(1), field(2), field(3)};
+        found = {field(0), field(1), java.OriginalOf(field(2)), field(3)};
       });
   if (!probe)
     NoteLoss();
   return probe.value_or(processors::ProcessorProbe{.error = problem});
+}
+
+// Needs no machine here, and makes none.
+bool XSLTManagedLayer::PrepareStart(const processors::Factory &factory) {
+  std::string reason;
+  const processors::MachineSetup setup = MakeSetup(factory.className, reason);
+  if (!reason.empty())
+    report::ReportProblem(reason);
+  return reason.empty() && processors::PrepareMachine(setup);
+}
+
+std::string XSLTManagedLayer::AdviseOnStart() {
+  const processors::JavaInstallation used = processors::FindJava(kit::GetString(V_SESSION, V_SP_JAVA_HOME));
+  const processors::JavaInstallation faster = processors::FindFasterJava(used);
+  return faster.home.empty() ? std::string()
+                             : report::FormatMessage(report::MessageId::JavaFasterInstalled,
+                                                     {used.version, used.home, faster.version, faster.home});
 }
 
 void XSLTManagedLayer::ShutDown() {

@@ -7,6 +7,7 @@
 #include "processors/java/java_pump.h"
 #include "processors/processor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -21,12 +22,15 @@ public:
 
   void SetClassPath(const std::string &given) override;
   void SetPolicy(const processors::Policy &given) override;
+  void ExpectJobs(size_t count) override { expectedJobs = count; }
   [[nodiscard]] bool SelectFactory(const processors::Factory &factory) override;
   [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
   void SetThreads(int32_t threads) override;
   void ExpectJob(const processors::Job &job) override;
   void EndRun() override;
   [[nodiscard]] processors::ProcessorProbe ProbeProcessor(const processors::Factory &factory) override;
+  [[nodiscard]] bool PrepareStart(const processors::Factory &factory) override;
+  [[nodiscard]] std::string AdviseOnStart() override;
   void ShutDown() override;
 
 private:
@@ -46,9 +50,11 @@ private:
     jmethodID discardOutputs = nullptr;
   };
 
-  // `purpose` tells apart what is worth a class archive of its own.
-  [[nodiscard]] bool EnsureJava(const std::string &purpose);
-  void Start(const std::string &purpose);
+  // The class of the factory that is used first; empty when none is to be.
+  [[nodiscard]] bool EnsureJava(const std::string &factory);
+  void Start(const std::string &factory);
+  // A reason when there can be no machine.
+  [[nodiscard]] processors::MachineSetup MakeSetup(const std::string &factory, std::string &reason);
   void StartOnJava(const processors::MachineSetup &setup);
   [[nodiscard]] bool ConnectLayer();
   void ResumeOnJava();
@@ -73,6 +79,7 @@ private:
   std::unique_ptr<processors::JavaMachine> machine; // made and destroyed on the Java thread
   Methods methods;
   std::string problem; // why Java cannot be used; asked for again every time
+  size_t expectedJobs = 0;
   bool isStarted = false;
   bool isParked = false; // between a shutdown and the next use
   bool hasNewClassPath = true;
