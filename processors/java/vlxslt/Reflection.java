@@ -4,6 +4,9 @@ import java.lang.reflect.InvocationTargetException;
 import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
 import java.lang.reflect.Proxy;
+import java.util.Map;
+import java.util.Optional;
+import java.util.concurrent.ConcurrentHashMap;
 
 /** Calls into a processor's own classes, which the layer is not compiled against. */
 final class Reflection {
@@ -11,6 +14,15 @@ final class Reflection {
   interface Callback {
     Object called(String method, Object[] arguments) throws Exception;
   }
+
+  private record Signature(String name, int parameterCount) {}
+
+  private static final ClassValue<Map<Signature, Optional<Method>>> METHODS = new ClassValue<>() {
+    @Override
+    protected Map<Signature, Optional<Method>> computeValue(Class<?> type) {
+      return new ConcurrentHashMap<>();
+    }
+  };
 
   private Reflection() {}
 
@@ -43,8 +55,14 @@ final class Reflection {
 
   /** A public method by its name and the number of its parameters; null when there is none. */
   static Method method(Class<?> type, String name, int parameterCount) {
+    return METHODS.get(type)
+        .computeIfAbsent(new Signature(name, parameterCount), wanted -> Optional.ofNullable(search(type, wanted)))
+        .orElse(null);
+  }
+
+  private static Method search(Class<?> type, Signature wanted) {
     for (Method method : type.getMethods()) {
-      if (method.getName().equals(name) && method.getParameterCount() == parameterCount
+      if (method.getName().equals(wanted.name) && method.getParameterCount() == wanted.parameterCount
           && Modifier.isPublic(method.getDeclaringClass().getModifiers()))
         return method;
     }

@@ -13,8 +13,6 @@ final class SaxonDocuments implements URIResolver {
   /** A document that was read, and what its file was like before. */
   private record Reading(KeptTrees.Key key, FilesRead files, FileStamp before) {}
 
-  private static final String FUNCTIONS = "net.sf.saxon.functions.";
-
   private final SaxonTrees trees;
   private final Object controller;
   private final Object stylesheet;
@@ -39,7 +37,7 @@ final class SaxonDocuments implements URIResolver {
       throw new TransformerException(e.getMessage(), e);
     }
     String address = source.getInputSource().getSystemId();
-    if (!isAskedForTree())
+    if (!trees.areAskedFor())
       return source;
     KeptTrees.Key key = new KeptTrees.Key(stylesheet, address, job.start().includes());
     KeptTrees.Entry kept = job.documents().findTree(key, job.filesRead());
@@ -55,18 +53,6 @@ final class SaxonDocuments implements URIResolver {
     } catch (Exception e) {
       throw new TransformerException(e);
     }
-  }
-
-  // Saxon asks for other purposes too, and for the transformations that a stylesheet starts.
-  private static boolean isAskedForTree() {
-    return StackWalker.getInstance().walk(frames -> {
-      boolean[] asks = {false};
-      boolean isNested = frames.anyMatch(frame -> {
-        asks[0] |= frame.getMethodName().equals("makeDoc") && frame.getClassName().equals(FUNCTIONS + "DocumentFn");
-        return frame.getClassName().equals(FUNCTIONS + "TransformFn");
-      });
-      return asks[0] && !isNested;
-    });
   }
 
   /** After the transformation. Two documents of one address, or what became of none, are not kept. */

@@ -32,7 +32,12 @@ final class SaxonTrees {
   private static final long BYTES_OF_ATTRIBUTE = 80;
   private static final long BYTES_OF_LETTER = 2;
 
+  private static final StackWalker STACK = StackWalker.getInstance(StackWalker.Option.RETAIN_CLASS_REFERENCE);
+  private static final int MAX_FRAMES_TO_READER = 30;
+
   private final Class<?> treeType;
+  private final Class<?> documentFunction;
+  private final Class<?> transformFunction;
   private final Constructor<?> newTree;
   private final Object smallest;
   private final List<Field> shared = new ArrayList<>();
@@ -43,6 +48,8 @@ final class SaxonTrees {
 
   private SaxonTrees(ClassLoader loader) throws ReflectiveOperationException {
     treeType = Class.forName("net.sf.saxon.tree.tiny.TinyTree", true, loader);
+    documentFunction = Class.forName("net.sf.saxon.functions.DocumentFn", true, loader);
+    transformFunction = Class.forName("net.sf.saxon.functions.TransformFn", true, loader);
     Class<?> statistics = Class.forName("net.sf.saxon.tree.tiny.Statistics", true, loader);
     smallest = statistics.getConstructor(int.class, int.class, int.class, int.class).newInstance(1, 1, 1, 1);
     newTree = treeType.getConstructor(Class.forName("net.sf.saxon.Configuration", true, loader), statistics);
@@ -67,6 +74,16 @@ final class SaxonTrees {
     } catch (ReflectiveOperationException | RuntimeException e) {
       return null;
     }
+  }
+
+  /**
+   * Whether what calls a resolver now makes a tree that the transformation itself uses. A resolver is asked for other
+   * purposes too, and for the transformations that a stylesheet starts, which have rules of their own.
+   */
+  boolean areAskedFor() {
+    boolean isReader = STACK.walk(frames -> frames.limit(MAX_FRAMES_TO_READER)
+        .anyMatch(frame -> frame.getDeclaringClass() == documentFunction && frame.getMethodName().equals("makeDoc")));
+    return isReader && STACK.walk(frames -> frames.noneMatch(frame -> frame.getDeclaringClass() == transformFunction));
   }
 
   /** The trees of all documents that a transformation has read. */
