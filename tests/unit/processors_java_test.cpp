@@ -70,8 +70,8 @@ TEST_F(JavaProcessors, ReadsTheSameFromAKeptGrammar) {
   EXPECT_EQ(Read("out").rfind("<d a=\"own\">mine</d>", 0), 0U) << Read("out");
   EXPECT_EQ(Run(plain, xsl), "");
   EXPECT_EQ(Read("out"), first);
-  // The module was not asked for again; once it changes, it is read again.
-  EXPECT_EQ(CountKind("resolveentity"), 2);
+  // Nothing is asked for again in a run; once the module changes, it is read again.
+  EXPECT_EQ(CountKind("resolveentity"), 0);
   Write("real module.mod", "<!ENTITY word 'from the newer module'><!ATTLIST d a CDATA 'newer'>");
   (void)Run(plain, xsl);
   EXPECT_EQ(Read("out").rfind("<d a=\"newer\">from the newer module", 0), 0U) << Read("out");
