@@ -42,12 +42,12 @@ final class SaxonDocuments implements URIResolver {
     KeptTrees.Key key = new KeptTrees.Key(stylesheet, address, job.start().includes());
     KeptTrees.Entry kept = job.documents().findTree(key, job.filesRead());
     if (kept != null)
-      return open((SaxonTrees.Kept) kept.tree);
+      return open(kept.tree);
     readings.add(new Reading(key, files, FileStamp.of(address)));
     return source;
   }
 
-  private Source open(SaxonTrees.Kept kept) throws TransformerException {
+  private Source open(Object kept) throws TransformerException {
     try {
       return trees.open(kept, Reflection.call(controller, "getSpaceStrippingRule"));
     } catch (Exception e) {
@@ -66,7 +66,7 @@ final class SaxonDocuments implements URIResolver {
         if (reading.key.address().equals(Reflection.find(SaxonTrees.rootOf(tree), "getSystemId")))
           found.add(tree);
       boolean isOnly = readings.stream().filter(other -> other.key.equals(reading.key)).count() == 1;
-      SaxonTrees.Kept kept = isOnly && found.size() == 1 ? trees.keep(found.get(0)) : null;
+      Object kept = isOnly && found.size() == 1 ? trees.keep(found.get(0)) : null;
       if (kept != null)
         job.documents().keepTree(
             reading.key, kept, reading.files, reading.before, trees.bytesOf(kept));

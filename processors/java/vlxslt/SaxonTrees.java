@@ -17,9 +17,6 @@ import javax.xml.transform.Source;
  * fills in later, it fills in in the copy.
  */
 final class SaxonTrees {
-  /** What is kept of a tree: a copy that no transformation uses, and the root's base. */
-  record Kept(Object tree, Object baseUri) {}
-
   // Each copy has its own of these: its identity, and what is found out while it is used.
   private static final Set<String> OWN = Set.of("root", "documentRoot", "documentNumber", "userData", "idTable",
       "knownBaseUris", "spaceStrippingRule", "prior", "localNameIndex", "typedValueArray", "attTypedValue");
@@ -96,28 +93,25 @@ final class SaxonTrees {
     return Reflection.call(tree, "getRootNode");
   }
 
-  /** Of a tree that no transformation uses any more; null when it cannot be kept. */
-  Kept keep(Object tree) throws Exception {
-    if (tree.getClass() != treeType || foreign != null && foreign.get(tree) != null)
-      return null;
-    return new Kept(copy(tree), Reflection.call(rootOf(tree), "getBaseURI"));
+  /** A copy for no transformation, of a tree that none uses any more; null when it cannot be kept. */
+  Object keep(Object tree) throws Exception {
+    return tree.getClass() != treeType || foreign != null && foreign.get(tree) != null ? null : copy(tree);
   }
 
   /** The document node of another copy, as a source; the white space that `rule` names was left out of it. */
-  Source open(Kept kept, Object rule) throws Exception {
-    Object tree = copy(kept.tree);
+  Source open(Object kept, Object rule) throws Exception {
+    Object tree = copy(kept);
     Reflection.call(tree, "getDocumentNumber"); // has it from now on, as a tree that was built
     Reflection.call(tree, "setSpaceStrippingRule", rule);
     Object root = rootOf(tree);
-    Reflection.call(root, "setBaseURI", kept.baseUri);
     return root instanceof Source source ? source : (Source) Reflection.call(root, "asActiveSource");
   }
 
   /** An estimate of what a tree occupies. */
-  long bytesOf(Kept kept) throws Exception {
-    long nodes = (Integer) Reflection.call(kept.tree, "getNumberOfNodes");
-    long attributes = (Integer) Reflection.call(kept.tree, "getNumberOfAttributes");
-    long letters = (Integer) Reflection.call(texts.get(kept.tree), "length");
+  long bytesOf(Object kept) throws Exception {
+    long nodes = (Integer) Reflection.call(kept, "getNumberOfNodes");
+    long attributes = (Integer) Reflection.call(kept, "getNumberOfAttributes");
+    long letters = (Integer) Reflection.call(texts.get(kept), "length");
     return nodes * BYTES_OF_NODE + attributes * BYTES_OF_ATTRIBUTE + letters * BYTES_OF_LETTER;
   }
 
