@@ -21,7 +21,7 @@ TESTS = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.dirname(TESTS)
 SKIPPED = 77
 STEP_SECONDS = 240
-KEPT_VARIABLES = ("USER", "LOGNAME", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
+KEPT_VARIABLES = ("USER", "LOGNAME", "ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
 
 # Blanks and non-ASCII letters in the path of every case.
 WORK_NAME = "Übung mit Leerzeichen"
