@@ -83,7 +83,7 @@ class Place:
 
     def await_news(self, before: dict[Path, int]) -> Path:
         """The list of an archive that was not there, or is a new one."""
-        deadline = time.monotonic() + 300
+        deadline = time.monotonic() + 800
         while time.monotonic() < deadline:
             for path in self.ready():
                 # The claim goes last of all.
