@@ -7,7 +7,6 @@ import os
 import shutil
 import sys
 import tempfile
-import time
 from pathlib import Path
 
 from measure import Command, Limit, Report, best, run
@@ -70,17 +69,9 @@ class Session:
     def peer(self, tool: Tool, source: Path) -> Command:
         return lambda _: tool.compose(source, self.new_folder())
 
-    @staticmethod
-    def await_archive() -> None:
-        """It is written in the background after the first run."""
-        cache = Path(os.environ["XDG_CACHE_HOME"]) / "vlxslt"
-        deadline = time.monotonic() + 120
-        while time.monotonic() < deadline:
-            names = [path.name for path in cache.iterdir()] if cache.is_dir() else []
-            if names and all(Path(name).suffix in (".jsa", ".aot") for name in names):
-                return
-            time.sleep(0.2)
-        sys.exit("no class archive was written within two minutes")
+    def prepare(self, configuration: Path) -> None:
+        """As an installation does: a class archive beside the program, or else in the user's cache."""
+        run([str(self.vlxslt), "--config", str(configuration), "processors", "--prepare"])
 
 
 def limit_of(topics: int, tool: Tool, java: Java) -> Limit | None:
@@ -89,20 +80,16 @@ def limit_of(topics: int, tool: Tool, java: Java) -> Limit | None:
 
 
 def measure_first_run(session: Session, java: Java, rounds: int) -> None:
-    """As after an installation: the user's cache is empty."""
+    """As after an installation, which prepares the configured processors: the user's cache is empty."""
     configuration, topic = session.configure(java), session.topics[0]
+    session.prepare(configuration)
 
     def own(number: int) -> list[str]:
         os.environ["XDG_CACHE_HOME"] = str(session.new_folder())
         return session.own(topic, configuration)(number)
 
     tool = session.tools.saxon(peers.SAXON_12, java)
-
-    def peer(number: int) -> list[str]:
-        session.await_archive()  # its writer must not run beside the peer
-        return session.peer(tool, topic)(number)
-
-    first, of_peer = best([own, peer], rounds)
+    first, of_peer = best([own, session.peer(tool, topic)], rounds)
     os.environ["XDG_CACHE_HOME"] = str(session.folder / "cache")
     session.report.compare(f"first run, {java.name}", first, tool.name, of_peer, FIRST_RUN)
 
@@ -227,9 +214,6 @@ def main() -> int:
         report.head()
         for java in javas:
             measure_first_run(session, java, options.rounds)
-            # All that follows are later runs of the same user.
-            run(session.own(session.topics[0], session.configure(java))(0))
-            session.await_archive()
         measure_tools(session, javas, options.rounds)
         measure_sync(session, javas[0], options.rounds)
         measure_messages(session, javas[0], options.rounds)

@@ -214,6 +214,8 @@ class Player:
             # Shared by all cases: what Java keeps there makes every later start faster.
             "XDG_CACHE_HOME": os.path.join(self.build, "tests", "cache"),
             "VLXSLT_CONFIG": os.path.join(self.work, "vlxslt.toml"),
+            # Not what else is installed on this machine.
+            "VLXSLT_JAVA_FOLDERS": os.path.join(self.top, "home", "java"),
             "TMPDIR": self.temp,
             "LC_ALL": "C.UTF-8",
             "TERM": "dumb",

@@ -103,6 +103,23 @@ constexpr std::array ownOptions = {
 
 bool ChoosesCollector(const std::string &option) { return option.starts_with("-XX:+Use") && option.ends_with("GC"); }
 
+// How much memory a run begins with. By default that goes by the size of the machine, and the time by how much of it is
+// touched before it is collected.
+constexpr std::array ownHeap = {"-Xms128m", "-XX:NewSize=96m"};
+
+bool ChoosesHeap(std::string_view text) {
+  return std::ranges::any_of(std::array{"-Xm", "HeapSize", "NewSize", "NewRatio", "MaxRAM", "RAMPercentage"},
+                             [text](const char *part) { return text.find(part) != text.npos; });
+}
+
+bool IsHeapChosen(const std::vector<std::string> &options) {
+  const auto isChosenBy = [](const char *variable) {
+    const char *value = std::getenv(variable);
+    return value && ChoosesHeap(value);
+  };
+  return std::ranges::any_of(options, ChoosesHeap) || isChosenBy("JAVA_TOOL_OPTIONS") || isChosenBy("_JAVA_OPTIONS");
+}
+
 // Measured: the second compiler costs more than it brings until a run lasts for minutes.
 constexpr const char *quickCompilerOnly = "-XX:TieredStopAtLevel=1";
 
@@ -119,6 +136,8 @@ std::vector<std::string> ComposeOptions(const MachineSetup &setup) {
   // Measured: it starts faster and needs less memory than the others on inputs of a few megabytes.
   if (std::ranges::none_of(setup.options, ChoosesCollector))
     options.emplace_back("-XX:+UseSerialGC");
+  if (!IsHeapChosen(setup.options))
+    options.insert(options.end(), ownHeap.begin(), ownHeap.end());
   options.insert(options.end(), setup.options.begin(), setup.options.end());
   return options;
 }

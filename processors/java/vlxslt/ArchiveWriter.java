@@ -18,8 +18,8 @@ import java.util.zip.ZipFile;
 import java.util.zip.ZipOutputStream;
 
 /**
- * A program that makes what a virtual machine starts quickly with, in a folder: copies of signed jars without their
- * signatures, the archive of classes, and last of all the list of these files.
+ * A program that makes what a virtual machine starts quickly with, in a folder: copies of jars that Java would not
+ * archive as they are, without their signatures, the archive of classes, and last of all the list of these files.
  */
 final class ArchiveWriter {
   private static final Pattern SIGNATURE =
@@ -60,11 +60,20 @@ final class ArchiveWriter {
     for (String jar : jars) {
       Path path = Path.of(jar);
       try (ZipFile zip = new ZipFile(path.toFile())) {
-        if (zip.stream().anyMatch(entry -> SIGNATURE.matcher(entry.getName()).matches()))
+        if (isSigned(zip) || !isPlain(path) && isPlain(folder))
           path = copy(zip, folder.resolve(classPath.size() + "-" + path.getFileName()));
       }
       classPath.add(path);
     }
+  }
+
+  private static boolean isSigned(ZipFile jar) {
+    return jar.stream().anyMatch(entry -> SIGNATURE.matcher(entry.getName()).matches());
+  }
+
+  // Java 17 does not recognise jars whose URLs have escapes, and archives nothing of them.
+  private static boolean isPlain(Path path) {
+    return path.toString().matches("[\\w/.-]*");
   }
 
   private static Path copy(ZipFile from, Path to) throws IOException {
