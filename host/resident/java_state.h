@@ -8,7 +8,8 @@
 
 namespace resident {
 
-// Equal texts: one Java machine serves both. Holds the state of every jar, and of every file in a folder of classes.
+// Equal texts: one Java machine serves both. Holds the state of every jar, and of every file in a folder of classes;
+// and of the catalogs, since compiled stylesheets are kept, whose modules other catalogs may resolve differently.
 [[nodiscard]] std::string DescribeJavaNeeds(const host::Configuration &configuration);
 // Whether this process has loaded one.
 [[nodiscard]] bool HasLoadedJava();

@@ -1,14 +1,19 @@
 #include "host/resident/java_state.h"
 
 #include "kit/paths.h"
+#include "kit/read_file.h"
 
 #include <dlfcn.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <regex>
+#include <set>
 #include <sstream>
 #include <system_error>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -43,6 +48,43 @@ std::string DescribeFolder(const std::string &path) {
   return text;
 }
 
+constexpr size_t maxCatalogs = 1000;
+
+// The catalogs that a catalog goes on to, read again when the file has changed.
+const std::vector<std::string> &FindNextCatalogs(const std::string &path, const std::string &state) {
+  struct Known {
+    std::string state;
+    std::vector<std::string> next;
+  };
+  static std::map<std::string, Known> known;
+  Known &file = known[path];
+  if (file.state == state)
+    return file.next;
+  file = {state, {}};
+  static const std::regex reference(R"(\scatalog\s*=\s*["']([^"']+)["'])");
+  const std::string text = kit::ReadFile(path).bytes;
+  for (std::sregex_iterator each(text.begin(), text.end(), reference), end; each != end; ++each) {
+    const std::string named = kit::UrlToPath((*each)[1].str());
+    file.next.push_back(kit::IsAbsolutePath(named) ? named : kit::JoinPath(kit::FolderOf(path), named));
+  }
+  return file.next;
+}
+
+std::string DescribeCatalogs(std::vector<std::string> paths) {
+  std::string text;
+  std::set<std::string> seen;
+  for (size_t index = 0; index < paths.size() && index < maxCatalogs; ++index) {
+    const std::string path = paths[index];
+    if (!seen.insert(path).second)
+      continue;
+    const std::string state = DescribeFile(path);
+    text += state;
+    const std::vector<std::string> &next = FindNextCatalogs(path, state);
+    paths.insert(paths.end(), next.begin(), next.end());
+  }
+  return text;
+}
+
 } // namespace
 
 std::string DescribeJavaNeeds(const host::Configuration &configuration) {
@@ -59,7 +101,7 @@ std::string DescribeJavaNeeds(const host::Configuration &configuration) {
     for (std::string entry; std::getline(entries, entry, ';');)
       text += kit::IsFolder(entry) ? DescribeFolder(entry) : DescribeFile(entry);
   }
-  return text;
+  return text + DescribeCatalogs(configuration.catalogs);
 }
 
 bool HasLoadedJava() {

@@ -145,10 +145,12 @@ public:
 
   // Lost before the worker began: it may be tried again.
   [[nodiscard]] State Begin(int request, int folder, const PassedSignals &signals, std::string &problem) {
-    if (!Send(connection.Get(), {MessageKind::Request}, {request, folder, STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}))
+    if (!Send(connection.Get(), {MessageKind::Hello}))
       return State::Lost;
     if (const State state = Await(MessageKind::Accepted, maxAnswerWait, signals, problem); state != State::Offered)
       return state;
+    if (!Send(connection.Get(), {MessageKind::Request}, {request, folder, STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}))
+      return State::Lost;
     if (const State state = Await(MessageKind::Offer, maxWorkerWait, signals, problem); state != State::Offered)
       return state;
     if (!Send(connection.Get(), {MessageKind::Go}))

@@ -34,6 +34,8 @@ public:
     lastUse = std::chrono::steady_clock::now();
     while (listening || !pool.IsEmpty()) {
       Wait();
+      if (pool.IsServing())
+        lastUse = std::chrono::steady_clock::now();
       HandleSignals();
       pool.Reap();
       // Workers first: the one that has just answered a client is free for the client's next request.
@@ -123,6 +125,9 @@ private:
     if (message.kind == MessageKind::Status) {
       static_cast<void>(Send(connection.Get(),
                              {MessageKind::Status, 0, "server " + std::to_string(getpid()) + ": " + pool.Describe()}));
+    } else if (message.kind == MessageKind::Hello) {
+      if (Send(connection.Get(), {MessageKind::Accepted}))
+        newcomers.push_back(std::move(connection));
     } else if (message.kind == MessageKind::Stop) {
       stopping.push_back(std::move(connection));
       Close();
@@ -137,7 +142,7 @@ private:
     if (message.descriptors.size() != count)
       return std::nullopt;
     const std::optional<ResidentRequest> content = ReadRequest(message.descriptors[0].Get());
-    if (!content || !Send(connection.Get(), {MessageKind::Accepted}))
+    if (!content)
       return std::nullopt;
     WaitingRequest request{
         std::move(connection),

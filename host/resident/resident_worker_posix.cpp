@@ -6,6 +6,7 @@
 #include "host/resident/resident_request.h"
 #include "host/resident/socket_message.h"
 #include "host/resident/start_process.h"
+#include "kit/paths.h"
 
 #include <fcntl.h>
 #include <stdio_ext.h>
@@ -135,8 +136,12 @@ public:
 private:
   // As the command will read it; what is wrong with it is said then.
   [[nodiscard]] host::Configuration ReadSettings(int count, char **words) const {
-    const std::string named = ReadCommandWords(count, words).configuration;
-    return host::ReadConfiguration(host::FindConfigurationFile(named, installation), installation).configuration;
+    const CommandWords named = ReadCommandWords(count, words);
+    const std::string file = host::FindConfigurationFile(named.configuration, installation);
+    host::Configuration configuration = host::ReadConfiguration(file, installation).configuration;
+    for (const std::string &catalog : named.catalogs)
+      configuration.catalogs.push_back(kit::AbsolutePath(kit::UrlToPath(catalog)));
+    return configuration;
   }
 
   // The client may have turned elsewhere meanwhile, and nothing may run twice.

@@ -1,8 +1,10 @@
 // What the client, the server and its workers say to one another, over sockets that keep messages apart. A socket is
 // closed by its owner; descriptors that arrive with a message belong to it. Nothing waits but AwaitMessage.
 //
-//   client to server   Request, with the file of the request, the working folder and the three standard streams
-//   server to client   Accepted: it is alive, and a worker will be found
+//   client to server   Hello
+//   server to client   Accepted: it is alive
+//   client to server   Request, with the file of the request, the working folder and the three standard streams, which
+//                      a server that does not answer would hold open
 //   server to worker   Work: the request with the client's connection
 //   worker to server   Misfit: its Java cannot serve this one, or Withdrawn: the client has gone; nothing has begun
 //   worker to client   Offer; client to worker Go; worker to client Begun. Until then the client may turn elsewhere
@@ -25,8 +27,9 @@
 namespace resident {
 
 enum class MessageKind : uint32_t {
-  Request = 1,
+  Hello = 1,
   Accepted,
+  Request,
   Work,
   Misfit,
   Withdrawn,

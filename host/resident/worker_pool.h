@@ -85,6 +85,7 @@ private:
   PoolLimits limits;
   std::list<Worker> workers;
   std::deque<WaitingRequest> queue;
+  bool isClosed = false;
   int started = 0;
   uint64_t total = 0;
 };

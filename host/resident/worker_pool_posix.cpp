@@ -151,7 +151,7 @@ void WorkerPool::Hear(Worker &worker, MessageKind kind) {
     break;
   case MessageKind::Done:
     SetState(worker, State::Idle);
-    if (IsOverdrawn(worker))
+    if (isClosed || IsOverdrawn(worker))
       Retire(worker);
     break;
   default:
@@ -220,6 +220,7 @@ void WorkerPool::Reap() {
 }
 
 void WorkerPool::Close() {
+  isClosed = true;
   queue.clear();
   for (Worker &worker : workers)
     if (worker.state == State::Idle || worker.state == State::Offered) {
