@@ -32,6 +32,8 @@ HOLD = HEAD + """<xsl:template match="/"><xsl:message>busy</xsl:message><r><xsl:
 <xsl:if test="unparsed-text-available(concat('release', substring('x', 2 + (. mod 2))))"><xsl:break/></xsl:if>
 </xsl:iterate></r></xsl:template></xsl:stylesheet>"""
 COPY = HEAD + '<xsl:template match="/"><out><xsl:value-of select="a"/></out></xsl:template></xsl:stylesheet>'
+EXIT = """<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform" xmlns:j="http://xml.apache.org/xalan/java">
+<xsl:template match="/"><x><xsl:value-of select="j:java.lang.System.exit(3)"/></x></xsl:template></xsl:stylesheet>"""
 SAXON = ("Saxon-HE.jar", "xmlresolver.jar", "xmlresolver-data.jar")
 
 
@@ -199,6 +201,21 @@ def test_dead_worker(bench):
     check(not os.path.exists(bench.path("held.xml")), "there is an output")
     bench.copy()
     os.kill(bench.status()[1][0][0], signal.SIGKILL)  # an idle one
+    bench.copy()
+
+
+def test_failures(bench):
+    """A worker stays after a failure, unless that took its Java away."""
+    bench.copy()
+    worker = bench.status()[1][0][0]
+    code, _, errors = bench.run("--connect", "run", "bad.xml", "--xsl", "copy.xsl", "-o", "x.xml")
+    check(code == 1 and "bad.xml" in errors, f"a bad input does not fail: {errors}")
+    bench.copy()
+    check([each[0] for each in bench.status()[1]] == [worker], "the worker was replaced for a bad input")
+    bench.write("exit.xsl", EXIT)
+    line = ["--connect", "run", "a.xml", "--xsl", "exit.xsl", "--processor", "Xalan", "--allow-extensions", "-o", "x.xml"]
+    check(bench.run(*line)[0] == 1, "System.exit does not fail")
+    wait_until(lambda: not is_running(worker), "the worker without Java ended")
     bench.copy()
 
 
