@@ -27,9 +27,10 @@ COMPONENTS = {
     "host/dialogs": {"kit"},
     "host/record": {"kit"},
     "host/fronts": {"host/dialogs", "host/record", "kit"},
+    "host/resident": {"host/configuration", "kit"},
     "host": {"host/configuration", "host/documents", "host/dialogs", "host/record", "host/fronts", "kit"},
 }
-COMPONENTS["host/cli"] = COMPONENTS["host"] | {"host"}
+COMPONENTS["host/cli"] = COMPONENTS["host"] | {"host", "host/resident"}
 COMPONENTS["host/desktop"] = COMPONENTS["host"] | {"host"}
 
 # Foreign headers and the only component that may see them.

@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
 """Plays the cases of tests/cases through the command line and shows a diff where the outcome differs.
 
-usage: run_cases.py --build FOLDER [--update] [--windows] [--keep] [CASE...]
+usage: run_cases.py --build FOLDER [--update] [--windows] [--connect] [--keep] [CASE...]
 
 The form of a case is described in tests/README.md. Exit status: 0 all as expected, 1 something differs, 2 a case or
 the command line is malformed, 77 a case needs something outside the project that is not there.
 """
 
 import argparse
+import contextlib
 import difflib
 import os
 import re
@@ -15,6 +16,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import urllib.parse
 
 TESTS = os.path.dirname(os.path.abspath(__file__))
@@ -163,7 +165,9 @@ class Player:
         self.case = os.path.join(options.cases, name)
         self.build = os.path.abspath(options.build)
         self.windows = options.windows
-        self.top = os.path.join(self.build, "tests", "windows" if options.windows else "work", name)
+        self.runtime = getattr(options, "runtime", None)
+        place = "windows" if options.windows else "connected" if self.runtime else "work"
+        self.top = os.path.join(self.build, "tests", place, name)
         self.work = os.path.join(self.top, WORK_NAME)
         self.temp = os.path.join(self.top, "tmp")
         self.variables = {"WORK": self.work, "CASE": self.case, "PROCESSORS": os.path.join(self.build, "share", "vlxslt", "processors")}
@@ -220,6 +224,8 @@ class Player:
             "LC_ALL": "C.UTF-8",
             "TERM": "dumb",
         }
+        if self.runtime:
+            environment |= {"VLXSLT_CONNECT": "1", "XDG_RUNTIME_DIR": self.runtime}
         if self.windows:
             # A vlxslt in front of the real one shows in windows what a script works.
             environment["PATH"] = os.pathsep.join([os.path.join(TESTS, "desktop", "bin"), environment["PATH"]])
@@ -299,6 +305,27 @@ def play_case(options, name):
     return 1
 
 
+@contextlib.contextmanager
+def resident_server(options):
+    """With --connect: a runtime folder of its own, whose server has served something and is stopped in the end."""
+    options.runtime = None
+    if not options.connect:
+        yield
+        return
+    with tempfile.TemporaryDirectory(prefix="vlxslt-resident-") as options.runtime:
+        serve = [os.path.join(os.path.abspath(options.build), "bin", "vlxslt"), "serve"]
+        environment = os.environ | {"XDG_RUNTIME_DIR": options.runtime}
+        try:
+            yield
+            answer = subprocess.run([*serve, "--status"], env=environment, capture_output=True, text=True, check=False)
+            served = re.search(r": (\d+) requests", answer.stdout)
+            if not served or int(served[1]) == 0:
+                raise Malformed(f"no command reached the resident server: {answer.stdout}{answer.stderr}")
+            print(f"{served[1]} commands ran in workers")
+        finally:
+            subprocess.run([*serve, "--stop"], env=environment, capture_output=True, check=False)
+
+
 def report(name, transcript, before, after, leftovers, work):
     relative = os.path.relpath(transcript, ROOT)
     for line in difflib.unified_diff(before, after, f"{relative} (expected)", f"{relative} (actual)", lineterm="", n=4):
@@ -314,6 +341,7 @@ def main(arguments):
     parser.add_argument("--cases", default=os.path.join(TESTS, "cases"), help=argparse.SUPPRESS)
     parser.add_argument("--update", action="store_true", help="rewrite the expectations; read the difference afterwards")
     parser.add_argument("--windows", action="store_true", help="scripts work windows, on the display of DISPLAY")
+    parser.add_argument("--connect", action="store_true", help="commands run in the workers of a resident server")
     parser.add_argument("--keep", action="store_true", help="keep the folders of cases that passed")
     parser.add_argument("names", nargs="*", metavar="CASE")
     options = parser.parse_args(arguments)
@@ -322,7 +350,8 @@ def main(arguments):
         each for each in os.listdir(options.cases) if os.path.exists(os.path.join(options.cases, each, "case.txt")))
     sys.stdout.reconfigure(errors="backslashreplace")
     try:
-        results = [play_case(options, name) for name in names]
+        with resident_server(options):
+            results = [play_case(options, name) for name in names]
     except (Malformed, FileNotFoundError) as problem:
         print(f"run_cases.py: {problem}", file=sys.stderr)
         return 2

@@ -3,6 +3,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <CLI/Validators.hpp>
 
 #include <memory>
 
@@ -34,6 +35,7 @@ struct Parsed {
   RunOptions run;
   CatalogueOptions catalogue;
   RecordOptions record;
+  ServeOptions serve;
   std::string stylesheet;
   std::string dialog;
   bool preparesStart = false;
@@ -207,6 +209,29 @@ void AddCatalogueCommands(CLI::App &app, const std::shared_ptr<Parsed> &parsed) 
   AddRepeatable(edit, "--drop-param", record.droppedParameters, "a parameter to take out", "NAME");
 }
 
+void AddServe(CLI::App &app, const std::shared_ptr<Parsed> &parsed) {
+  ServeOptions &serve = parsed->serve;
+  CLI::App &command = *app.add_subcommand("serve", "stay resident and run what --connect brings, with Java kept warm");
+  command.add_option("--idle", serve.idleMinutes, "minutes without a request after which workers and server end")
+      ->type_name("MINUTES")
+      ->check(CLI::PositiveNumber);
+  command.add_option("--max-workers", serve.maxWorkers, "how many requests run at once; the cores, if not given")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber);
+  command.add_option("--max-memory", serve.maxMegabytes, "a worker that keeps more megabytes is replaced")
+      ->type_name("MB")
+      ->check(CLI::PositiveNumber);
+  command.add_option("--max-requests", serve.maxRequests, "a worker that has served so many is replaced")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber);
+  CLI::Option *status = command.add_flag("--status", serve.showsStatus, "say what the resident server is doing");
+  command.add_flag("--stop", serve.stops, "end it, when what it runs is done")->excludes(status);
+  // How the program starts itself.
+  command.add_flag("--started", serve.isStarted)->group("");
+  command.add_flag("--worker", serve.isWorker)->group("");
+  command.parse_complete_callback([&serve] { serve.isWanted = true; });
+}
+
 } // namespace
 
 std::optional<CommandLine> ParseCommandLine(int count, char **arguments, ExitCode &code) {
@@ -215,11 +240,14 @@ std::optional<CommandLine> ParseCommandLine(int count, char **arguments, ExitCod
   app.footer(examples);
   app.set_version_flag("--version", std::string("vlxslt ") + VLXSLT_VERSION);
   AddText(app, "--config", parsed->session.configuration, "the configuration file", "FILE");
+  app.add_flag("--connect", parsed->serve.isConnected,
+               "run in a resident worker, which starts at once; of call, dialog --script, processors, run");
   app.require_subcommand(1);
   app.fallthrough();
   AddRun(app, parsed);
   AddRequestCommands(app, parsed);
   AddCatalogueCommands(app, parsed);
+  AddServe(app, parsed);
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError &fault) {
@@ -232,7 +260,8 @@ std::optional<CommandLine> ParseCommandLine(int count, char **arguments, ExitCod
     code = app.exit(fault) == 0 ? ExitCode::Done : ExitCode::BadCommand;
     return std::nullopt;
   }
-  return CommandLine{parsed->session, [parsed](Environment environment) { return parsed->command(environment); }};
+  return CommandLine{parsed->session, parsed->serve,
+                     [parsed](Environment environment) { return parsed->command(environment); }};
 }
 
 } // namespace cli

@@ -12,6 +12,7 @@ namespace cli {
 
 struct CommandLine {
   SessionOptions session;
+  ServeOptions serve;
   std::function<ExitCode(Environment)> command;
 };
 

@@ -26,6 +26,8 @@ struct Environment {
 [[nodiscard]] ExitCode ListTransformations(Environment environment, const CatalogueOptions &catalogue);
 [[nodiscard]] ExitCode ListParameters(Environment environment, const std::string &stylesheet);
 [[nodiscard]] ExitCode ListProcessors(Environment environment, bool prepares);
+// Whether every configured processor loads, as far as that can be told without a word to anybody.
+[[nodiscard]] bool LoadsProcessors(host::Session &session);
 [[nodiscard]] ExitCode AddTransformation(Environment environment, const CatalogueOptions &catalogue,
                                          const RecordOptions &record);
 [[nodiscard]] ExitCode EditTransformation(Environment environment, const CatalogueOptions &catalogue,

@@ -94,6 +94,19 @@ struct RecordOptions {
   bool replacesInvalid = false; // of `add`
 };
 
+struct ServeOptions {
+  bool isWanted = false;    // the command is `serve`
+  bool isConnected = false; // --connect, which was seen to before the grammar
+  bool stops = false;
+  bool showsStatus = false;
+  bool isStarted = false; // by a client, which waits
+  bool isWorker = false;
+  double idleMinutes = 30;
+  unsigned maxWorkers = 0; // 0: the cores, but two at least
+  uint64_t maxMegabytes = 1024;
+  uint64_t maxRequests = 20000;
+};
+
 } // namespace cli
 
 #endif

@@ -72,6 +72,9 @@ constexpr std::array dialogNames = {
     DialogName{"xsl", "XSLTChooseXSLDlg ", false},
 };
 
+// Of what is told about a processor.
+constexpr size_t errorField = 6;
+
 std::vector<std::string> ReadTexts(const V_TypedValT &value) {
   std::vector<std::string> texts;
   if (value.kind == V_KIND_STRINGS)
@@ -156,6 +159,16 @@ ExitCode OpenDialog(Environment environment, const std::string &name) {
   return SendAndPrint(environment, kit::xsltName, std::string(dialog->request));
 }
 
+bool LoadsProcessors(host::Session &session) {
+  const host::ClientReply reply = session.Send(kit::xsltName, "VlxsltProcessors");
+  bool loads = reply.error.empty() && reply.values.Size() > 0;
+  for (uint32_t index = 0; index < reply.values.Size(); ++index) {
+    std::vector<std::string> fields = ReadTexts(reply.values.Get().val[index]);
+    loads = loads && fields.size() > errorField && fields[errorField].empty();
+  }
+  return loads;
+}
+
 ExitCode ListProcessors(Environment environment, bool prepares) {
   const host::ClientReply reply =
       environment.session.Send(kit::xsltName, prepares ? "VlxsltProcessors -prepare" : "VlxsltProcessors");
@@ -167,7 +180,7 @@ ExitCode ListProcessors(Environment environment, bool prepares) {
   std::string text;
   for (uint32_t index = 0; index < reply.values.Size(); ++index) {
     std::vector<std::string> fields = ReadTexts(reply.values.Get().val[index]);
-    fields.resize(7);
+    fields.resize(errorField + 1);
     const auto &[name, path, className, implementation, version, location, error] =
         std::tie(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5], fields[6]);
     if (error.empty())
