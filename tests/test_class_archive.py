@@ -10,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import zipfile
 from pathlib import Path
 
 PROJECT = Path(__file__).resolve().parents[1]
@@ -192,6 +193,24 @@ def check_unwilling_java(place: Place) -> None:
     print("done without where Java does not write one")
 
 
+def check_changed_jar(place: Place) -> None:
+    """A class is other than it was signed: Java refuses the jar, and no copy makes it pass."""
+    place.configure()
+    jar, changed = place.jars / "Saxon-HE.jar", place.top / "changed.jar"
+    with zipfile.ZipFile(jar) as old, zipfile.ZipFile(changed, "w") as new:
+        for name in old.namelist():
+            new.writestr(name, old.read(name) + (b" " if name == "net/sf/saxon/Controller.class" else b""))
+    before = jar.read_bytes()
+    changed.replace(jar)
+    for command in (["processors", "--prepare"], ["run", "a.xml", "--xsl", "a.xsl", "-o", "b.out"]):
+        done = subprocess.run([place.vlxslt, "--config", "vlxslt.toml", *command], cwd=place.top, capture_output=True,
+                              env=os.environ | {"XDG_CACHE_HOME": str(place.cache)})  # fmt: skip
+        assert not place.ready(), "a jar that was changed is copied"
+    assert done.returncode == 1 and not (place.top / "b.out").exists(), "a jar that was changed is used"
+    jar.write_bytes(before)
+    print("jars that do not fit their signature are refused")
+
+
 def check_long_run(place: Place) -> None:
     inputs = place.top / "many"
     inputs.mkdir()
@@ -223,6 +242,7 @@ def main() -> int:
         check_other_jar(place)
         check_installation(place, options.build)
         check_unwilling_java(place)
+        check_changed_jar(place)
         check_long_run(place)
     return 0
 

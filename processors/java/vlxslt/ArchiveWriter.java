@@ -9,12 +9,12 @@ import java.nio.file.attribute.PosixFilePermissions;
 import java.util.ArrayList;
 import java.util.Enumeration;
 import java.util.List;
+import java.util.jar.JarEntry;
 import java.util.jar.JarFile;
 import java.util.jar.Manifest;
 import java.util.regex.Pattern;
 import java.util.zip.CRC32;
 import java.util.zip.ZipEntry;
-import java.util.zip.ZipFile;
 import java.util.zip.ZipOutputStream;
 
 /**
@@ -59,7 +59,8 @@ final class ArchiveWriter {
   private void copyJars(String[] jars) throws IOException {
     for (String jar : jars) {
       Path path = Path.of(jar);
-      try (ZipFile zip = new ZipFile(path.toFile())) {
+      // Reads what is signed only as it was signed; of a jar that was changed since there is no copy.
+      try (JarFile zip = new JarFile(path.toFile(), true)) {
         if (isSigned(zip) || !isPlain(path) && isPlain(folder))
           path = copy(zip, folder.resolve(classPath.size() + "-" + path.getFileName()));
       }
@@ -67,7 +68,7 @@ final class ArchiveWriter {
     }
   }
 
-  private static boolean isSigned(ZipFile jar) {
+  private static boolean isSigned(JarFile jar) {
     return jar.stream().anyMatch(entry -> SIGNATURE.matcher(entry.getName()).matches());
   }
 
@@ -76,10 +77,10 @@ final class ArchiveWriter {
     return path.toString().matches("[\\w/.-]*");
   }
 
-  private static Path copy(ZipFile from, Path to) throws IOException {
+  private static Path copy(JarFile from, Path to) throws IOException {
     Path unfinished = to.resolveSibling(to.getFileName() + ".new");
     try (ZipOutputStream output = new ZipOutputStream(Files.newOutputStream(unfinished))) {
-      for (Enumeration<? extends ZipEntry> entries = from.entries(); entries.hasMoreElements();) {
+      for (Enumeration<JarEntry> entries = from.entries(); entries.hasMoreElements();) {
         ZipEntry entry = entries.nextElement();
         if (SIGNATURE.matcher(entry.getName()).matches())
           continue;
@@ -105,7 +106,7 @@ final class ArchiveWriter {
     return manifest;
   }
 
-  private static void putStored(ZipOutputStream output, ZipEntry entry, ZipFile from) throws IOException {
+  private static void putStored(ZipOutputStream output, ZipEntry entry, JarFile from) throws IOException {
     byte[] content;
     try (InputStream input = from.getInputStream(entry)) {
       content = input.readAllBytes();
