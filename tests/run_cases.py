@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Plays the cases of tests/cases through the command line and shows a diff where the outcome differs.
 
-usage: run_cases.py --build FOLDER [--update] [--windows] [--connect] [--keep] [CASE...]
+usage: run_cases.py --build FOLDER [--update] [--windows] [--connect] [--keep] [--prepare] [CASE...]
 
 The form of a case is described in tests/README.md. Exit status: 0 all as expected, 1 something differs, 2 a case or
 the command line is malformed, 77 a case needs something outside the project that is not there.
@@ -217,6 +217,7 @@ class Player:
             "HOME": os.path.join(self.top, "home"),
             # Shared by all cases: what Java keeps there makes every later start faster.
             "XDG_CACHE_HOME": os.path.join(self.build, "tests", "cache"),
+            "VLXSLT_NO_CLASS_ARCHIVE": "new",
             "VLXSLT_CONFIG": os.path.join(self.work, "vlxslt.toml"),
             # Not what else is installed on this machine.
             "VLXSLT_JAVA_FOLDERS": os.path.join(self.top, "home", "java"),
@@ -335,6 +336,18 @@ def report(name, transcript, before, after, leftovers, work):
     print(f"FAILED {name}; its folder was kept: {work}")
 
 
+def write_class_archives(options):
+    """What Java starts quickly with in the common configuration; runs of cases write none."""
+    start = os.path.join(options.build, "lib", "vlxslt", "start")
+    jar = os.path.join(options.build, "lib", "vlxslt", "vlxslt-java.jar")
+    if os.path.isdir(start) and os.path.getmtime(start) < os.path.getmtime(jar):
+        remove_tree(start)
+    player = Player(options, "class archives")
+    player.prepare([])
+    return subprocess.run(["vlxslt", "processors", "--prepare"], cwd=player.work, env=player.environment(),
+                          stdout=subprocess.DEVNULL, check=False).returncode
+
+
 def main(arguments):
     parser = argparse.ArgumentParser(description="Plays the cases of tests/cases.")
     parser.add_argument("--build", required=True, help="the build tree that holds bin/vlxslt")
@@ -342,10 +355,13 @@ def main(arguments):
     parser.add_argument("--update", action="store_true", help="rewrite the expectations; read the difference afterwards")
     parser.add_argument("--windows", action="store_true", help="scripts work windows, on the display of DISPLAY")
     parser.add_argument("--connect", action="store_true", help="commands run in the workers of a resident server")
+    parser.add_argument("--prepare", action="store_true", help="write the archives of classes that the cases use, no more")
     parser.add_argument("--keep", action="store_true", help="keep the folders of cases that passed")
     parser.add_argument("names", nargs="*", metavar="CASE")
     options = parser.parse_args(arguments)
     options.cases = os.path.abspath(options.cases)
+    if options.prepare:
+        return write_class_archives(options)
     names = options.names or sorted(
         each for each in os.listdir(options.cases) if os.path.exists(os.path.join(options.cases, each, "case.txt")))
     sys.stdout.reconfigure(errors="backslashreplace")

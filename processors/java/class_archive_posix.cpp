@@ -28,6 +28,8 @@ namespace {
 constexpr auto maxUnused = std::chrono::hours(24 * 30);
 // Says what the archive is, and what all its files were like when it was written; written last.
 constexpr const char *manifestName = "ready";
+// The value of VLXSLT_NO_CLASS_ARCHIVE that lets archives be used, but none be written behind a run.
+constexpr std::string_view noNewArchive = "new";
 // Options by which users manage archives themselves; Java refuses most of them together with ours.
 constexpr std::array ownWays = {"-Xshare",
                                 "-XX:SharedArchiveFile",
@@ -118,7 +120,9 @@ void DropUnused(const std::string &cache) {
 } // namespace
 
 ClassArchive::ClassArchive(ArchiveSubject given) : subject(std::move(given)), classPath(subject.classPath) {
-  if (std::getenv("VLXSLT_NO_CLASS_ARCHIVE") || IsManagedByUser(subject.options))
+  const char *refusal = std::getenv("VLXSLT_NO_CLASS_ARCHIVE");
+  const bool writesNone = refusal && std::string_view(refusal) == noNewArchive;
+  if ((refusal && !writesNone) || IsManagedByUser(subject.options))
     return;
   const std::string name = NameOf(subject);
   if (Read(kit::JoinPath(InstalledFolder(), name)))
@@ -131,6 +135,8 @@ ClassArchive::ClassArchive(ArchiveSubject given) : subject(std::move(given)), cl
   std::error_code error;
   if (Read(folder))
     fs::last_write_time(kit::JoinPath(folder, manifestName), fs::file_time_type::clock::now(), error);
+  else if (writesNone)
+    folder.clear();
 }
 
 bool ClassArchive::Read(const std::string &from) {
