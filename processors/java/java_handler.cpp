@@ -8,6 +8,7 @@
 #include "report/xslt_error_handler.h"
 
 #include <array>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,6 +41,22 @@ template <class Call> void OnHost(Call call) noexcept {
   }
 }
 
+// What the host does when it comes to it, and how many bytes it holds until then.
+struct Left {
+  std::function<void()> call;
+  size_t size;
+};
+
+// This thread goes on: what needs no answer would have it wait for two changes of threads.
+template <class Make> void LeaveToHost(const Make &make) noexcept {
+  try {
+    const Left left = make();
+    pumpOfMachine->LeaveToHost([call = left.call] { Guard(call); }, left.size);
+  } catch (...) {
+    return; // for lack of memory
+  }
+}
+
 VLXSLTJavaHandlerImpl &Handler() { return VLXSLTJavaHandlerImpl::GetInstance(); }
 
 using ReportDiagnostic = void (VLXSLTJavaHandlerImpl::*)(const VLXSLTJavaHandlerImpl::Diagnostic &);
@@ -47,19 +64,22 @@ using ReportDiagnostic = void (VLXSLTJavaHandlerImpl::*)(const VLXSLTJavaHandler
 template <ReportDiagnostic Method>
 void JNICALL NativeReport(JNIEnv *environment, jobject, jstring message, jstring publicId, jstring systemId, jint line,
                           jint column, jstring code) noexcept {
-  OnHost([diagnostic = VLXSLTJavaHandlerImpl::Diagnostic{
-              ReadString(environment, message), ReadString(environment, publicId), ReadString(environment, systemId),
-              ReadString(environment, code), line, column}] { (Handler().*Method)(diagnostic); });
+  LeaveToHost([&] {
+    const VLXSLTJavaHandlerImpl::Diagnostic diagnostic{ReadString(environment, message),
+                                                       ReadString(environment, publicId),
+                                                       ReadString(environment, systemId),
+                                                       ReadString(environment, code),
+                                                       line,
+                                                       column};
+    return Left{[diagnostic] { (Handler().*Method)(diagnostic); }, diagnostic.message.size()};
+  });
 }
 
 void JNICALL NativeMessage(JNIEnv *environment, jobject, jstring message) noexcept {
-  try {
-    std::string text = ReadString(environment, message);
-    const size_t size = text.size();
-    pumpOfMachine->LeaveToHost([text = std::move(text)] { Guard([&] { Handler().Message(text); }); }, size);
-  } catch (...) {
-    return; // for lack of memory
-  }
+  LeaveToHost([&] {
+    const std::string text = ReadString(environment, message);
+    return Left{[text] { Handler().Message(text); }, text.size()};
+  });
 }
 
 jstring JNICALL NativeResolve(JNIEnv *environment, jobject, jstring, jstring publicId, jstring baseUri,
@@ -72,11 +92,14 @@ jstring JNICALL NativeResolve(JNIEnv *environment, jobject, jstring, jstring pub
 }
 
 void JNICALL NativeStart(JNIEnv *environment, jobject, jstring filePath) noexcept {
-  OnHost([path = ReadString(environment, filePath)] { Handler().StartDocument(path); });
+  LeaveToHost([&] {
+    const std::string path = ReadString(environment, filePath);
+    return Left{[path] { Handler().StartDocument(path); }, path.size()};
+  });
 }
 
 void JNICALL NativeEnd(JNIEnv *, jobject) noexcept {
-  OnHost([] { Handler().EndDocument(); });
+  LeaveToHost([] { return Left{[] { Handler().EndDocument(); }, 0}; });
 }
 
 std::vector<std::string> ReadStrings(JNIEnv *environment, jobjectArray array) {
