@@ -63,7 +63,7 @@ public:
 
   RunResult Run() {
     Report(report::RunBegins{static_cast<int32_t>(plan.jobs.size())});
-    processor.ExpectJobs(plan.jobs.size());
+    processor.SetJobCount(plan.jobs.size());
     RunResult result = SelectProcessor(processor, plan.processor) ? RunJobs() : SkipJobs(JobStatus::Failed);
     if (!sync.Sync())
       result = RunResult::Failed;

@@ -79,7 +79,7 @@ public:
   // The same; false too when it does not take an attribute. One class with other attributes is another factory.
   [[nodiscard]] virtual bool SelectFactory(const Factory &factory) = 0;
   // How many jobs the next run has; told before its factory is selected.
-  virtual void ExpectJobs(size_t) {}
+  virtual void SetJobCount(size_t) {}
   [[nodiscard]] virtual JobResult TransformXMLFile(const Job &job) = 0;
   // How many jobs of the run that SelectFactory begins may be done at once; 0 leaves that to the processor.
   virtual void SetThreads(int32_t threads) = 0;

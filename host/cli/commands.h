@@ -26,7 +26,7 @@ struct Environment {
 [[nodiscard]] ExitCode ListTransformations(Environment environment, const CatalogueOptions &catalogue);
 [[nodiscard]] ExitCode ListParameters(Environment environment, const std::string &stylesheet);
 [[nodiscard]] ExitCode ListProcessors(Environment environment, bool prepares);
-// Whether every configured processor loads, as far as that can be told without a word to anybody.
+// Whether every configured processor loads, as far as that shows without a run; prints nothing.
 [[nodiscard]] bool LoadsProcessors(host::Session &session);
 [[nodiscard]] ExitCode AddTransformation(Environment environment, const CatalogueOptions &catalogue,
                                          const RecordOptions &record);

@@ -159,7 +159,7 @@ ExitCode RunCommandLine(int count, char **arguments) {
   return RunWithFront(*line, read.configuration, installation, terminal);
 }
 
-// Shows nothing, and asks nobody.
+// Shows and asks nothing.
 class SilentFront : public host::Front {
 public:
   host::Answer Alert(host::AlertKind, const std::string &) override { return host::Answer::Decline; }

@@ -137,11 +137,11 @@ Descriptor ConnectOrStart(const ResidentPlace &place, std::string &problem) {
 }
 
 // One request, from the offer to the exit code.
-class Errand {
+class ClientRequest {
 public:
   enum class State { Refused, Lost, Offered, Begun, Ended };
 
-  explicit Errand(Descriptor opened) : connection(std::move(opened)) {}
+  explicit ClientRequest(Descriptor opened) : connection(std::move(opened)) {}
 
   // Lost before the worker began: it may be tried again.
   [[nodiscard]] State Begin(int request, int folder, const PassedSignals &signals, std::string &problem) {
@@ -234,10 +234,10 @@ std::optional<int> TryOnce(const ResidentPlace &place, int request, int folder, 
   Descriptor connection = ConnectOrStart(place, problem);
   if (!connection)
     return std::nullopt;
-  Errand errand(std::move(connection));
+  ClientRequest pending(std::move(connection));
   const PassedSignals signals;
-  if (errand.Begin(request, folder, signals, problem) == Errand::State::Begun)
-    return errand.Finish(signals);
+  if (pending.Begin(request, folder, signals, problem) == ClientRequest::State::Begun)
+    return pending.Finish(signals);
   return std::nullopt;
 }
 

@@ -163,7 +163,7 @@ Descriptor ResidentPlace::Connect(std::string &problem) const {
 }
 
 Descriptor ResidentPlace::Listen(std::string &problem) const {
-  // Beside its place, and then put there, so that nobody finds a socket that does not listen yet.
+  // Beside its place, and then put there, so that no client finds a socket that does not listen yet.
   const std::string fresh = name + "-" + std::to_string(getpid());
   unlinkat(folder.Get(), fresh.c_str(), 0);
   Descriptor made = MakeSocket();

@@ -67,15 +67,15 @@ void RenewStreams() {
 }
 
 // This process in the place of the client's, until it goes.
-class Disguise {
+class ClientContext {
 public:
-  explicit Disguise(Work &work) : environment(PointersTo(work.request.environment)) {
+  explicit ClientContext(Work &work) : environment(PointersTo(work.request.environment)) {
     environ = environment.data();
     tzset();
     umask(work.request.fileMask);
     isAtPlace = fchdir(work.folder.Get()) == 0;
   }
-  ~Disguise() {
+  ~ClientContext() {
     std::fflush(stdout);
     std::fflush(stderr);
     const Descriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
@@ -86,8 +86,8 @@ public:
     static std::array<char *, 1> none = {nullptr};
     environ = none.data();
   }
-  Disguise(const Disguise &) = delete;
-  Disguise &operator=(const Disguise &) = delete;
+  ClientContext(const ClientContext &) = delete;
+  ClientContext &operator=(const ClientContext &) = delete;
 
   [[nodiscard]] bool IsAtPlace() const { return isAtPlace; }
   // The standard streams come last: until then nothing can be said on them.
@@ -112,16 +112,16 @@ public:
   [[nodiscard]] MessageKind Serve(Work work, Descriptor &connection, int &code) {
     std::vector<char *> words = PointersTo(work.request.arguments);
     const int count = static_cast<int>(work.request.arguments.size());
-    const Disguise disguise(work);
+    const ClientContext context(work);
     const host::Configuration configuration = ReadSettings(count, words.data());
     const std::string needs = DescribeJavaNeeds(configuration);
     if (hasServed && needs != servedNeeds)
       return MessageKind::Misfit;
-    if (!disguise.IsAtPlace() || !Begin(work.connection.Get()))
+    if (!context.IsAtPlace() || !Begin(work.connection.Get()))
       return MessageKind::Withdrawn;
     servedNeeds = needs;
     hasServed = true;
-    Disguise::TakeStreams(work);
+    ClientContext::TakeStreams(work);
     bool isStopped = false;
     {
       const ClientWatch watch(work.connection.Get());

@@ -76,7 +76,7 @@ WorkerPool::Worker *WorkerPool::FindIdle(const WaitingRequest &request) {
   return best;
 }
 
-// An idle worker that serves nobody here gives way.
+// An idle worker that fits no waiting request gives way.
 bool WorkerPool::MakeRoom() {
   const auto count = std::ranges::count_if(workers, [](const Worker &each) { return each.state != State::Ending; });
   if (static_cast<size_t>(count) < limits.maxWorkers)

@@ -29,7 +29,7 @@ public:
   // The option that reads it; empty when there is none.
   [[nodiscard]] std::string Option() const;
   // The jar that one of the class path is a copy of.
-  [[nodiscard]] const std::string &OriginalOf(const std::string &jar) const;
+  [[nodiscard]] std::string OriginalOf(const std::string &jar) const;
   // Whether it could be written but is not there.
   [[nodiscard]] bool IsMissing() const { return !folder.empty() && archive.empty(); }
   // Starts a detached Java that uses the processor a little, loads the classes of these names, and leaves the archive

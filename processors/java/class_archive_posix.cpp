@@ -161,9 +161,11 @@ std::string ClassArchive::Option() const {
   return (archive.ends_with(".aot") ? "-XX:AOTCache=" : "-XX:SharedArchiveFile=") + archive;
 }
 
-const std::string &ClassArchive::OriginalOf(const std::string &jar) const {
-  const auto found = std::ranges::find(classPath, jar);
-  return found == classPath.end() ? jar : subject.classPath[static_cast<size_t>(found - classPath.begin())];
+std::string ClassArchive::OriginalOf(const std::string &jar) const {
+  // Java names jars without links.
+  const auto found = std::ranges::find(classPath, kit::RealPath(jar), kit::RealPath);
+  return found == classPath.end() ? jar
+                                  : kit::RealPath(subject.classPath[static_cast<size_t>(found - classPath.begin())]);
 }
 
 void ClassArchive::WriteInBackground(const std::vector<std::string> &classNames) const {

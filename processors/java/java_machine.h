@@ -50,7 +50,7 @@ public:
   // The machine has done work that is worth an archive of its classes.
   void NoteSuccess() { hasSucceeded = true; }
   // The jar that was configured, where its classes come from a copy of it.
-  [[nodiscard]] const std::string &OriginalOf(const std::string &jar) const { return archive.OriginalOf(jar); }
+  [[nodiscard]] std::string OriginalOf(const std::string &jar) const { return archive.OriginalOf(jar); }
   // What a pending exception says, which is cleared; empty when there is none.
   [[nodiscard]] std::string TakeException() const;
 

@@ -22,7 +22,7 @@ public:
 
   void SetClassPath(const std::string &given) override;
   void SetPolicy(const processors::Policy &given) override;
-  void ExpectJobs(size_t count) override { expectedJobs = count; }
+  void SetJobCount(size_t count) override { expectedJobs = count; }
   [[nodiscard]] bool SelectFactory(const processors::Factory &factory) override;
   [[nodiscard]] processors::JobResult TransformXMLFile(const processors::Job &job) override;
   void SetThreads(int32_t threads) override;
