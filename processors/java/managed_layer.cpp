@@ -334,8 +334,11 @@ processors::JobResult XSLTManagedLayer::TransformXMLFile(const processors::Job &
             environment->CallVoidMethod(called.layer, called.setThreads, static_cast<jint>(*newThreads));
           for (const processors::Job &each : following) {
             const processors::LocalFrame frame(environment);
-            environment->CallVoidMethodA(called.layer, called.expectJob, JobArguments(java, each).data());
+            if (each.number > job.number && !environment->ExceptionCheck())
+              environment->CallVoidMethodA(called.layer, called.expectJob, JobArguments(java, each).data());
           }
+          if (environment->ExceptionCheck())
+            return;
           if (environment->CallIntMethodA(called.layer, called.transform, JobArguments(java, job).data()) == success)
             done.status = processors::JobStatus::Done;
         },

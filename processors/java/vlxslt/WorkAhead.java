@@ -29,7 +29,7 @@ final class WorkAhead {
 
   private static final long STACK_SIZE = 256L << 20; // as that of the host's Java thread
   private static final int IDLE_SECONDS = 10;
-  private static final int MAX_DROPPED = 3; // then the run goes on one by one
+  private static final int MAX_DROPPED = 3;
   private static final long BYTES_PER_THREAD = 128L << 20;
   private static final long BYTES_PER_BYTE = 16; // of an input, as a tree
   private static final int BYTES_OF_JOB = 4 << 10;
@@ -100,18 +100,19 @@ final class WorkAhead {
     if (ahead == null)
       return null;
     if (Failures.isOutOfMemory(ahead.failure)) {
-      makeRoom();
+      drop(ahead);
+      runAlone();
       return null;
     }
     if (!ahead.isGood(writtenSince(ahead.began))) {
-      drop(ahead);
+      dropTaken(ahead);
       return null;
     }
     try {
       ahead.job.beginTurn(request.output());
     } catch (Exception | OutOfMemoryError e) {
       ahead.job.close();
-      drop(ahead);
+      dropTaken(ahead);
       return null;
     }
     ahead.goOn();
@@ -135,19 +136,21 @@ final class WorkAhead {
     startMore();
   }
 
-  /**
-   * A job ran out of memory: from now on fewer run at once, and none until the turn ends. Returns when all have let go of
-   * theirs; false when there was none.
-   */
+  /** The job ran out of memory while others ran too: returns when they have let go of theirs. False when none did. */
   synchronized boolean makeRoom() {
-    List<Ahead> others = beginAnew();
-    if (others.isEmpty())
+    if (begun.isEmpty())
       return false;
+    runAlone();
+    return true;
+  }
+
+  // From now on fewer run at once, and none beside this one until the turn ends.
+  private synchronized void runAlone() {
     threads = Math.max(1, threads / 2);
     isAlone = true;
+    List<Ahead> others = beginAnew();
     while (others.stream().anyMatch(ahead -> ahead.state != State.DONE))
       await(this);
-    return true;
   }
 
   /** What is under way ahead is dropped and done again. Returns that. */
@@ -186,9 +189,14 @@ final class WorkAhead {
     return paths;
   }
 
-  private synchronized void drop(Ahead ahead) {
-    if (ahead.isTaken && ++dropped >= MAX_DROPPED)
+  // The work was in vain; a run of which that is true too often goes on one by one.
+  private synchronized void dropTaken(Ahead ahead) {
+    if (++dropped >= MAX_DROPPED)
       threads = 1;
+    drop(ahead);
+  }
+
+  private synchronized void drop(Ahead ahead) {
     ahead.isDropped = true;
     begun.remove(ahead);
     held -= ahead.held;
@@ -207,7 +215,13 @@ final class WorkAhead {
       next.began = clock;
       next.state = State.RUNNING;
       next.loader = Thread.currentThread().getContextClassLoader();
-      pool.execute(next);
+      try {
+        pool.execute(next);
+      } catch (OutOfMemoryError e) {
+        // No more threads are to be had: the job is done in its turn.
+        begun.remove(next);
+        threads = 1;
+      }
     }
   }
 
