@@ -7,6 +7,8 @@ import java.nio.file.attribute.FileTime;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Objects;
+import java.util.stream.Collectors;
+import java.util.stream.Stream;
 
 /**
  * Several runs of one process over a stylesheet that reads a document: what is kept of it, when it is read anew, and that
@@ -31,11 +33,14 @@ public final class KeptDocuments implements IVLXSLTJavaHandler {
     this.folder = folder;
   }
 
+  /** The argument is the folder of a Saxon's jars. */
   public static void main(String[] arguments) throws IOException {
     Path folder = Files.createTempDirectory("kept").toRealPath();
     KeptDocuments test = new KeptDocuments(folder);
     test.layer.SetVLXSLTJavaHandler(test);
-    test.layer.SetClassPath(arguments[0]);
+    try (Stream<Path> jars = Files.list(Path.of(arguments[0]))) {
+      test.layer.SetClassPath(jars.map(Path::toString).collect(Collectors.joining(";")));
+    }
     try {
       test.play();
     } finally {
