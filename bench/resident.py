@@ -9,7 +9,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-import processors
+import measure
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/processors"))
 import peers  # noqa: E402
@@ -50,20 +50,23 @@ def main() -> int:
             (folder / f"saxon{number}").mkdir()
             return peers.peer_command(peers.SAXON_12, flat, folder / f"saxon{number}", keys)
 
+        report = measure.Report(arguments.rounds)
         try:
-            first = processors.measure(own(topics[:1], "first")(0))
-            print(f"the first request, which starts server, worker and Java: {first[0]:.2f} s")
+            first = measure.run(own(topics[:1], "first")(0))
+            report.state("the first request, which starts server, worker and Java", first.wall, "s")
             # Warm as after some requests of a day.
             for number in range(5):
-                processors.measure(own(topics[:1], "warm")(number) + ["--yes"])
-            good = processors.report("one topic against xsltproc",
-                                     *processors.best([own(topics[:1], "one"), xsltproc], 4 * arguments.rounds), 1.0)  # fmt: skip
-            processors.measure(own(topics, "warm-all")(0))
-            good &= processors.report(f"{len(topics)} topics against Saxon's own command line",
-                                      *processors.best([own(topics, "all"), saxon], arguments.rounds), 0.5)  # fmt: skip
+                measure.run(own(topics[:1], "warm")(number) + ["--yes"])
+            measure.run(own(topics, "warm-all")(0))
+            report.head()
+            one, of_peer = measure.best([own(topics[:1], "one"), xsltproc], 4 * arguments.rounds)
+            report.compare("1 topic, warm", one, "xsltproc", of_peer, measure.Limit(wall=1.0))
+            everything, of_peer = measure.best([own(topics, "all"), saxon], arguments.rounds)
+            report.compare(f"{len(topics)} topics, warm", everything, "Saxon 12's command line", of_peer,
+                           measure.Limit(wall=0.1))  # fmt: skip
         finally:
-            processors.measure([str(vlxslt), "serve", "--stop"])
-        return 0 if good else 1
+            measure.run([str(vlxslt), "serve", "--stop"])
+        return report.close(None)
 
 
 if __name__ == "__main__":
