@@ -25,7 +25,7 @@ import run_cases  # noqa: E402
 from checks import Failure, check  # noqa: E402
 
 SECONDS = 120
-NOBODY = 65534
+OTHER_USER = 65534
 HEAD = '<xsl:stylesheet version="3.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">'
 # Says that it is at work, and goes on when the file `release` is there.
 HOLD = HEAD + """<xsl:template match="/"><xsl:message>busy</xsl:message><r><xsl:iterate select="1 to 1000000000">
@@ -374,21 +374,21 @@ def test_users(bench):
     os.chmod(bench.runtime_folder, 0o755)
     os.chmod(bench.place, 0o755)
     os.chmod(os.path.join(bench.place, name), 0o777)
-    as_nobody = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups"]
+    as_other = ["setpriv", f"--reuid={OTHER_USER}", f"--regid={OTHER_USER}", "--clear-groups"]
     ask = ("import socket, sys; s = socket.socket(socket.AF_UNIX, socket.SOCK_SEQPACKET); s.connect(sys.argv[1]); "
            "s.send(b'\\x0f\\0\\0\\0\\0\\0\\0\\0'); print(len(s.recv(9000)))")  # fmt: skip
     python = "/usr/bin/python3"
     asked = [python, "-c", ask, os.path.join(bench.place, name)]
     served = subprocess.run(asked, capture_output=True, text=True, check=False)
     check(served.stdout.strip() not in ("", "0"), f"this user has no answer: {served}")
-    refused = subprocess.run([*as_nobody, *asked], capture_output=True, text=True, check=False)
+    refused = subprocess.run([*as_other, *asked], capture_output=True, text=True, check=False)
     check(refused.stdout.strip() in ("", "0"), f"another user is served: {refused.stdout}")
     # The other way round: a server of another user in the place where the client looks for its own.
     code, _, errors = bench.run("--connect", "run", "a.xml", "--xsl", "copy.xsl", "-o", "-")
     check(code == 0 and "is open to other users" in errors, f"an open folder is used: {errors}")
     os.chmod(bench.place, 0o700)
     bench.run("serve", "--stop")
-    os.chown(bench.place, NOBODY, NOBODY)
+    os.chown(bench.place, OTHER_USER, OTHER_USER)
     code, _, errors = bench.run("--connect", "run", "a.xml", "--xsl", "copy.xsl", "-o", "-")
     check(code == 0 and "belongs to another user; running without it" in errors, f"a strange folder is used: {errors}")
     os.chown(bench.place, 0, 0)
@@ -397,7 +397,7 @@ def test_users(bench):
         listening.bind(name)
         os.chdir("/")
         pretend = "import socket, sys; s = socket.socket(fileno=0); s.listen(); print('ready', flush=True); sys.stdin.close(); s.accept()"
-        stranger = subprocess.Popen([*as_nobody, python, "-c", pretend], stdin=listening, stdout=subprocess.PIPE)
+        stranger = subprocess.Popen([*as_other, python, "-c", pretend], stdin=listening, stdout=subprocess.PIPE)
         stranger.stdout.readline()
         code, _, errors = bench.run("--connect", "run", "a.xml", "--xsl", "copy.xsl", "-o", "-")
         stranger.kill()

@@ -43,6 +43,7 @@ final class WorkAhead {
   // Guarded by this.
   private final Deque<Ahead> expected = new ArrayDeque<>(); // in the order of the run
   private final Deque<Written> written = new ArrayDeque<>(); // since the oldest job ahead was begun
+  private List<Path> lastResults = List.of(); // of the turn before
   private final Set<Ahead> begun = new HashSet<>();
   private int threads = 1;
   private int dropped;
@@ -73,6 +74,7 @@ final class WorkAhead {
     dropAll();
     expected.clear();
     written.clear();
+    lastResults = List.of();
     dropped = 0;
     isAlone = false;
     isTurnRunning = true; // of the first job
@@ -85,6 +87,7 @@ final class WorkAhead {
     dropAll();
     expected.clear();
     written.clear();
+    lastResults = List.of();
   }
 
   /** A job that will be asked for after those before it, unless it is left out. */
@@ -128,11 +131,7 @@ final class WorkAhead {
   synchronized void endTurn(List<Path> results) {
     isTurnRunning = false;
     isAlone = false;
-    if (threads > 1)
-      results.forEach(path -> written.add(new Written(++clock, path)));
-    long oldest = begun.stream().mapToLong(ahead -> ahead.began).min().orElse(clock);
-    while (!written.isEmpty() && written.peek().time <= oldest)
-      written.remove();
+    lastResults = threads > 1 ? results : List.of();
     startMore();
   }
 
@@ -164,6 +163,7 @@ final class WorkAhead {
 
   // The job in question, which waits or is done; null when it was not begun.
   private synchronized Ahead awaitRest(int number, Job.Request request) {
+    noteLastResults();
     while (!expected.isEmpty() && expected.peek().number < number)
       expected.remove();
     begun.stream().filter(ahead -> ahead.number < number).toList().forEach(this::drop);
@@ -181,6 +181,15 @@ final class WorkAhead {
       await(this);
     ahead.isTaken = true;
     return ahead;
+  }
+
+  // Not before the next turn: the caller may have put them in place after the last one had ended.
+  private void noteLastResults() {
+    lastResults.forEach(path -> written.add(new Written(++clock, path)));
+    lastResults = List.of();
+    long oldest = begun.stream().mapToLong(ahead -> ahead.began).min().orElse(clock);
+    while (!written.isEmpty() && written.peek().time <= oldest)
+      written.remove();
   }
 
   private synchronized Set<Path> writtenSince(long time) {
