@@ -2,6 +2,7 @@
 
 #include "host/resident/resident_request.h"
 #include "host/resident/socket_message.h"
+#include "kit/hash.h"
 #include "kit/paths.h"
 
 #include <fcntl.h>
@@ -79,7 +80,7 @@ std::string DescribeProcess() {
 std::string ComposeName(const host::Installation &installation) {
   std::array<char, 20> digits{};
   const uint64_t hash =
-      Hash(std::to_string(protocolVersion) + '\n' + DescribeInstallation(installation) + DescribeProcess());
+      kit::Hash(std::to_string(protocolVersion) + '\n' + DescribeInstallation(installation) + DescribeProcess());
   std::snprintf(digits.data(), digits.size(), "%016lx", hash);
   return digits.data();
 }

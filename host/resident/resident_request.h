@@ -29,10 +29,6 @@ struct ResidentRequest {
 // the terminal, the shell and the session, which differ from window to window, and those that only this program reads
 // do not count.
 [[nodiscard]] uint64_t FingerprintEnvironment(const std::vector<std::string> &environment);
-[[nodiscard]] uint64_t Hash(const std::string &text);
-
-// For calls of the system, null at the end; valid as long as the texts.
-[[nodiscard]] std::vector<char *> PointersTo(std::vector<std::string> &texts);
 
 } // namespace resident
 

@@ -1,5 +1,6 @@
 #include "host/resident/resident_request.h"
 
+#include "kit/hash.h"
 #include "kit/system_call.h"
 
 #include <sys/mman.h>
@@ -111,14 +112,6 @@ std::optional<ResidentRequest> ReadRequest(int file) {
   return isWhole && !request.arguments.empty() ? std::optional(std::move(request)) : std::nullopt;
 }
 
-// FNV-1a.
-uint64_t Hash(const std::string &text) {
-  uint64_t hash = 0xcbf29ce484222325U;
-  for (const char letter : text)
-    hash = (hash ^ static_cast<unsigned char>(letter)) * 0x100000001b3U;
-  return hash;
-}
-
 uint64_t FingerprintEnvironment(const std::vector<std::string> &environment) {
   std::vector<std::string> counted;
   std::ranges::copy_if(environment, std::back_inserter(counted), Counts);
@@ -126,16 +119,7 @@ uint64_t FingerprintEnvironment(const std::vector<std::string> &environment) {
   std::string joined;
   for (const std::string &setting : counted)
     joined.append(setting).push_back('\0');
-  return Hash(joined);
-}
-
-std::vector<char *> PointersTo(std::vector<std::string> &texts) {
-  std::vector<char *> pointers;
-  pointers.reserve(texts.size() + 1);
-  for (std::string &text : texts)
-    pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
+  return kit::Hash(joined);
 }
 
 } // namespace resident

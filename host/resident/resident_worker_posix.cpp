@@ -7,6 +7,7 @@
 #include "host/resident/socket_message.h"
 #include "host/resident/start_process.h"
 #include "kit/paths.h"
+#include "kit/program_words.h"
 
 #include <fcntl.h>
 #include <stdio_ext.h>
@@ -69,7 +70,7 @@ void RenewStreams() {
 // This process in the place of the client's, until it goes.
 class ClientContext {
 public:
-  explicit ClientContext(Work &work) : environment(PointersTo(work.request.environment)) {
+  explicit ClientContext(Work &work) : environment(kit::PointersTo(work.request.environment)) {
     environ = environment.data();
     tzset();
     umask(work.request.fileMask);
@@ -110,7 +111,7 @@ public:
 
   // What the server is told. Done or Leaving: the client on `connection` gets `code` then.
   [[nodiscard]] MessageKind Serve(Work work, Descriptor &connection, int &code) {
-    std::vector<char *> words = PointersTo(work.request.arguments);
+    std::vector<char *> words = kit::PointersTo(work.request.arguments);
     const int count = static_cast<int>(work.request.arguments.size());
     const ClientContext context(work);
     const host::Configuration configuration = ReadSettings(count, words.data());

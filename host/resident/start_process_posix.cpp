@@ -2,6 +2,7 @@
 
 #include "host/resident/resident_request.h"
 #include "kit/paths.h"
+#include "kit/program_words.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -58,8 +59,8 @@ pid_t StartProgramAgain(std::vector<std::string> words, std::vector<std::string>
   const Actions actions(connection);
   const Attributes attributes;
   pid_t child = -1;
-  errno = posix_spawn(&child, program.c_str(), actions.Get(), attributes.Get(), PointersTo(words).data(),
-                      PointersTo(environment).data());
+  errno = posix_spawn(&child, program.c_str(), actions.Get(), attributes.Get(), kit::PointersTo(words).data(),
+                      kit::PointersTo(environment).data());
   return errno == 0 ? child : -1;
 }
 

@@ -1,6 +1,7 @@
 #include "processors/java/archive_writer.h"
 
 #include "kit/paths.h"
+#include "kit/program_words.h"
 
 #include <chrono>
 #include <fcntl.h>
@@ -18,15 +19,6 @@ namespace {
 
 // So long the list of a writer that died, or failed, keeps others from trying.
 constexpr auto claimTime = std::chrono::minutes(5);
-
-// Made before the fork: nothing may be allocated between fork and exec.
-std::vector<char *> PointersTo(std::vector<std::string> &texts) {
-  std::vector<char *> pointers;
-  for (std::string &text : texts)
-    pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
 
 // Names of files are UTF-8, whatever the locale says.
 std::vector<std::string> ReadEnvironment() {
@@ -86,8 +78,8 @@ void ArchiveWriter::Start(const std::vector<std::string> &classNames) {
   for (const std::string &name : classNames)
     names << name << '\n';
   names.close();
-  const std::vector<char *> command = PointersTo(words);
-  const std::vector<char *> variables = PointersTo(environment);
+  const std::vector<char *> command = kit::PointersTo(words);
+  const std::vector<char *> variables = kit::PointersTo(environment);
   // Twice, so that the writer is no child of this process, which would have to wait for it.
   const pid_t between = fork();
   if (between == 0) {
@@ -105,8 +97,8 @@ void ArchiveWriter::Start(const std::vector<std::string> &classNames) {
 bool ArchiveWriter::Run() {
   // What another process has begun is done again.
   std::ofstream(list).close();
-  const std::vector<char *> command = PointersTo(words);
-  const std::vector<char *> variables = PointersTo(environment);
+  const std::vector<char *> command = kit::PointersTo(words);
+  const std::vector<char *> variables = kit::PointersTo(environment);
   const pid_t java = fork();
   if (java == 0)
     BecomeJava(command, variables);

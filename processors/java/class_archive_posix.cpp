@@ -1,5 +1,6 @@
 #include "processors/java/class_archive.h"
 
+#include "kit/hash.h"
 #include "kit/paths.h"
 #include "processors/java/archive_writer.h"
 #include "processors/java/own_folder.h"
@@ -58,14 +59,6 @@ std::string FindCacheFolder() {
 
 std::string InstalledFolder() { return kit::JoinPath(OwnFolder(), "start"); }
 
-// FNV-1a; a collision would be noticed by the virtual machine, which checks the class path itself.
-uint64_t Hash(const std::string &text) {
-  uint64_t hash = 0xcbf29ce484222325U;
-  for (const char letter : text)
-    hash = (hash ^ static_cast<unsigned char>(letter)) * 0x100000001b3U;
-  return hash;
-}
-
 // "SIZE MILLISECONDS PATH", as the writer's manifest has it.
 std::string DescribeFile(const std::string &file) {
   struct stat status {};
@@ -82,7 +75,7 @@ std::string NameOf(const ArchiveSubject &subject) {
   for (const std::string &option : subject.options)
     key += option + '\n';
   std::ostringstream name;
-  name << "start-" << std::hex << Hash(key);
+  name << "start-" << std::hex << kit::Hash(key);
   return name.str();
 }
 
